@@ -1,0 +1,41 @@
+# ztdecode_core: the decoders and their ground. ztdecode: the shared object around it.
+
+set(core_globs)
+foreach(folder core decode digital digital/options ip he object convert)
+    list(APPEND core_globs ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
+endforeach()
+file(GLOB core_sources CONFIGURE_DEPENDS ${core_globs})
+file(GLOB abi_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/abi/*.cpp)
+
+add_library(ztdecode_core STATIC ${core_sources})
+target_include_directories(ztdecode_core PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
+target_link_libraries(ztdecode_core PUBLIC ztdecode_fmt ${CMAKE_DL_LIBS})
+set_target_properties(ztdecode_core PROPERTIES
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+
+if(NOT abi_sources)
+    return()
+endif()
+
+add_library(ztdecode SHARED ${abi_sources})
+target_link_libraries(ztdecode PRIVATE ztdecode_core)
+target_include_directories(ztdecode INTERFACE ${PROJECT_SOURCE_DIR}/include)
+set_target_properties(ztdecode PROPERTIES
+    VERSION ${PROJECT_VERSION}
+    SOVERSION ${PROJECT_VERSION_MAJOR}
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+
+set(export_map ${PROJECT_SOURCE_DIR}/abi/libztdecode.map)
+if(EXISTS ${export_map})
+    target_link_options(ztdecode PRIVATE "LINKER:--version-script=${export_map}")
+    set_property(TARGET ztdecode APPEND PROPERTY LINK_DEPENDS ${export_map})
+endif()
+
+# Functions are bound inside the library; exported data is not, since a host's executable may hold copies of it.
+target_link_options(ztdecode PRIVATE LINKER:-Bsymbolic-functions LINKER:--as-needed LINKER:--exclude-libs,ALL)
+if(NOT ZTDECODE_SANITIZED)
+    # With the C++ runtime inside, a host needs the C library alone.
+    target_link_options(ztdecode PRIVATE LINKER:-z,defs LINKER:--gc-sections -static-libstdc++ -static-libgcc)
+endif()

@@ -1,0 +1,17 @@
+# The command. All of it but main.cpp is a library of its own, so that its parts can be tested.
+
+file(GLOB tool_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tool/*.cpp)
+set(tool_main ${PROJECT_SOURCE_DIR}/tool/main.cpp)
+if(NOT tool_main IN_LIST tool_sources)
+    return()
+endif()
+list(REMOVE_ITEM tool_sources ${tool_main})
+
+add_executable(ztdecode_tool ${tool_main})
+set_target_properties(ztdecode_tool PROPERTIES OUTPUT_NAME ztdecode)
+target_link_libraries(ztdecode_tool PRIVATE ztdecode_core)
+if(tool_sources)
+    add_library(ztdecode_tool_parts STATIC ${tool_sources})
+    target_link_libraries(ztdecode_tool_parts PUBLIC ztdecode_core)
+    target_link_libraries(ztdecode_tool PRIVATE ztdecode_tool_parts)
+endif()
