@@ -1,0 +1,74 @@
+#include "core/message.hpp"
+
+#include <algorithm>
+
+#include "core/provenance.hpp"
+
+namespace ztdecode {
+
+namespace {
+
+std::uint32_t within_capacity(std::size_t n) noexcept {
+    return static_cast<std::uint32_t>(std::min<std::size_t>(n, message_capacity));
+}
+
+}  // namespace
+
+Message::Message(const std::uint8_t* bytes, std::size_t length, std::size_t extent) noexcept
+    : bytes_(bytes),
+      length_(within_capacity(length)),
+      direct_(std::min(length_, within_capacity(extent))),
+      covered_(within_capacity(extent)) {}
+
+// Dropping leading bytes moves only the bytes of the message down; those behind its new end stay where they were. So a
+// byte below the length is the ancestor's byte `shift_` further on, and any other one its byte of the same number.
+std::uint8_t Message::indirect(std::size_t k) const noexcept {
+    if (provenance_ != nullptr) {
+        provenance_->read(k < length_ ? origin_ + static_cast<std::uint32_t>(k) : Provenance::behind_the_end,
+                          reassembled_);
+    }
+    for (const Message* m = this;; m = m->before_) {
+        if (k < m->covered_) return m->bytes_[k];
+        if (m->before_ == nullptr) return 0;
+        if (k < m->length_) k += m->shift_;
+    }
+}
+
+Message Message::without_first(std::uint32_t n) const noexcept {
+    Message m = *this;
+    m.bytes_ += std::min(n, covered_);
+    m.length_ -= n;
+    m.covered_ = std::min(m.length_, covered_ - std::min(n, covered_));
+    m.shift_ = n;
+    m.origin_ += n;
+    m.before_ = this;
+    m.direct_ = provenance_ == nullptr ? m.covered_ : 0;
+    return m;
+}
+
+Message Message::with_length(std::uint32_t n) const noexcept {
+    Message m = *this;
+    m.length_ = within_capacity(n);
+    m.shift_ = 0;
+    m.before_ = this;
+    m.direct_ = provenance_ == nullptr ? std::min(m.length_, covered_) : 0;
+    return m;
+}
+
+Message Message::part(std::uint32_t first, std::uint32_t n) const noexcept {
+    const std::uint32_t found = first < covered_ ? std::min(n, covered_ - first) : 0;
+    Message m(bytes_ + (found == 0 ? 0 : first), n, found);
+    m.direction = direction;
+    m.route = route;
+    m.origin_ = origin_ + first;
+    m.reassembled_ = reassembled_;
+    m.observe(provenance_);
+    return m;
+}
+
+void Message::observe(Provenance* provenance) noexcept {
+    provenance_ = provenance;
+    direct_ = provenance == nullptr ? std::min(length_, covered_) : 0;
+}
+
+}  // namespace ztdecode

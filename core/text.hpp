@@ -1,0 +1,139 @@
+#pragma once
+
+#include <fmt/compile.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "core/message.hpp"
+
+namespace ztdecode {
+
+using namespace fmt::literals;  // "..."_cf: a format that the compiler takes apart
+
+// The one sink that all texts are written to: a string that grows and keeps its room when it is emptied.
+//
+// Texts are C strings to those who read them. Where bytes of a message are copied into a piece of text, a zero byte ends
+// that piece: put a Text::Piece around it. What is written to the piece behind the zero byte is dropped at its end.
+class Text {
+public:
+    Text() = default;
+    Text(const Text&) = delete;
+    Text& operator=(const Text&) = delete;
+    Text(Text&&) = default;
+    Text& operator=(Text&&) = default;
+    ~Text() = default;
+
+    std::size_t size() const noexcept { return size_; }
+    bool empty() const noexcept { return size_ == 0; }
+    const char* data() const noexcept { return bytes_.get(); }
+    std::string_view view() const noexcept { return {bytes_.get(), size_}; }
+    const char* c_str() {
+        *room(1) = '\0';
+        return bytes_.get();
+    }
+    std::string_view from(std::size_t begin) const noexcept { return view().substr(begin); }
+
+    void clear() noexcept { size_ = 0; }
+    // Keeps the first n characters, n <= size().
+    void cut(std::size_t n) noexcept { size_ = n; }
+
+    void add(std::string_view s) {
+        if (s.empty()) return;
+        std::memcpy(room(s.size()), s.data(), s.size());
+        size_ += s.size();
+    }
+
+    // One character as it stands; a zero ends the piece.
+    void put(std::uint8_t c) {
+        *room(1) = static_cast<char>(c);
+        if (c == 0 && zero_at_ == none) zero_at_ = size_;
+        ++size_;
+    }
+
+    // Writes a format with its arguments: integers, string_views and characters that are not zero.
+    template <class Format, class... Args>
+    void print(const Format& format, const Args&... args) {
+        char* at = room(literal_size<Format>() + (std::size_t{0} + ... + bound(args)));
+        size_ = static_cast<std::size_t>(fmt::format_to(at, format, args...) - bytes_.get());
+    }
+
+    // "%.2x" and "%.2X" of one byte.
+    void hex(std::uint8_t byte) { two_digits(byte, "0123456789abcdef"); }
+    void HEX(std::uint8_t byte) { two_digits(byte, "0123456789ABCDEF"); }
+
+    // Bytes first ... first+n-1 of the message as characters, as they stand; a zero byte ends the piece.
+    void copy(const Message& m, std::size_t first, std::size_t n) {
+        for (std::size_t k = 0; k < n; ++k) put(m[first + k]);
+    }
+    // The same up to the first zero byte, as "%s" shows them: what is written next follows there.
+    void copy_string(const Message& m, std::size_t first, std::size_t n) {
+        for (std::size_t k = 0; k < n && m[first + k] != 0; ++k) put(m[first + k]);
+    }
+
+    // A piece of text that is a C string of its own.
+    class Piece {
+    public:
+        explicit Piece(Text& text) noexcept : text_(text), outer_(text.zero_at_) { text_.zero_at_ = none; }
+        Piece(const Piece&) = delete;
+        Piece& operator=(const Piece&) = delete;
+        ~Piece() {
+            if (text_.zero_at_ < text_.size_) text_.size_ = text_.zero_at_;
+            text_.zero_at_ = outer_;
+        }
+
+    private:
+        Text& text_;
+        std::size_t outer_;
+    };
+
+private:
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
+    char* room(std::size_t n) {
+        if (capacity_ - size_ < n) grow(n);
+        return bytes_.get() + size_;
+    }
+    void grow(std::size_t n);
+
+    void two_digits(std::uint8_t byte, const char* digits) {
+        char* at = room(2);
+        at[0] = digits[byte >> 4];
+        at[1] = digits[byte & 15];
+        size_ += 2;
+    }
+
+    // The most characters that an argument takes; the longest padding in use is 18.
+    template <class T>
+    static constexpr std::size_t bound(const T& arg) noexcept {
+        if constexpr (std::is_convertible_v<const T&, std::string_view>) {
+            return std::string_view(arg).size() + 18;
+        } else {
+            static_assert(std::is_integral_v<T>, "a text has integers and strings for arguments");
+            return 24;
+        }
+    }
+    // Every format literal is at most its own source; replacement fields only make it shorter.
+    template <class Format>
+    static constexpr std::size_t literal_size() noexcept {
+        return static_cast<fmt::basic_string_view<char>>(Format()).size();
+    }
+
+    struct Freed {
+        void operator()(char* p) const noexcept { std::free(p); }  // NOLINT: memory that realloc gave
+    };
+    std::unique_ptr<char, Freed> bytes_;
+    std::size_t size_ = 0;
+    std::size_t capacity_ = 0;
+    std::size_t zero_at_ = none;
+};
+
+// Half-decibel steps as "%.1f": a signed byte, so 0xF3 is "-6.5".
+std::string_view half_decibels(std::uint8_t steps) noexcept;
+
+}  // namespace ztdecode
