@@ -1,0 +1,122 @@
+#include "core/session.hpp"
+
+// The way in: one captured message. A super message is split here, each part under a line of its bytes; every single
+// message goes to the dispatcher.
+
+namespace ztdecode {
+
+namespace {
+
+constexpr std::uint8_t super_type1 = 11;  // parts with a length byte
+constexpr std::uint8_t super_type2 = 23;  // parts with two length bytes, low byte first
+
+// Puts what is written while it lives in the colour of the direction.
+class Coloured {
+public:
+    Coloured(const Session& session, std::uint32_t direction, Text& out) : on_(session.switches.color), out_(out) {
+        if (on_) out_.add(direction == to_dhs ? "\033[0;31m" : "\033[0;32m");
+    }
+    void end() {
+        if (on_) out_.add("\033[0m");
+    }
+
+private:
+    bool on_;
+    Text& out_;
+};
+
+// Two newlines at the end of a decoded text become one.
+void trim_doubled_newline(std::size_t begin, Text& out) {
+    if (out.from(begin).ends_with("\n\n")) out.cut(out.size() - 1);
+}
+
+void dispatch_clean(Session& session, Message& m, std::uint32_t direction, Text& out) {
+    Coloured colour(session, direction, out);
+    const std::size_t begin = out.size();
+    dispatch_message(session, m, out);
+    trim_doubled_newline(begin, out);
+    colour.end();
+}
+
+// A part of type 1 gets the newline that it lacks; a doubled one stays. (Type 2 trims a doubled one and adds none.)
+void dispatch_with_newline(Session& session, Message& m, std::uint32_t direction, Text& out) {
+    Coloured colour(session, direction, out);
+    const std::size_t begin = out.size();
+    dispatch_message(session, m, out);
+    const bool newline_lacks = out.size() > begin && out.view().back() != '\n';
+    colour.end();
+    if (newline_lacks) out.add("\n");
+}
+
+// The bytes of a part as a trace line that the readers take: "\t> zt LL 00 B0 B1 ... Bn\n".
+void msg_hexline(const Message& m, Text& out) {
+    out.print("\t> zt {:02x} 00"_cf, m.length());
+    for (std::uint32_t k = 0; k < m.length(); ++k) {
+        out.add(" ");
+        out.hex(m[k]);
+    }
+    out.add("\n");
+}
+
+struct SuperKind {
+    std::string_view header;
+    std::uint32_t width;  // of the length field
+    void (*dispatch)(Session&, Message&, std::uint32_t direction, Text&);
+};
+
+void split_super_message(Session& session, const Message& m, const SuperKind& kind, Text& out) {
+    out.add(kind.header);
+    std::uint32_t at = 1;
+    do {
+        const std::uint32_t remaining = m.length() - at;
+        const std::uint32_t length =
+            remaining < kind.width ? 0 : m[at] + (kind.width == 2 ? 256U * m[at + 1] : 0U);
+        if (remaining < kind.width + length) {
+            out.add("\t- bad residual length!!!");
+            return;
+        }
+        Message part = m.part(at + kind.width, length);
+        msg_hexline(part, out);
+        kind.dispatch(session, part, m.direction, out);
+        at += kind.width + length;
+    } while (at != m.length());
+}
+
+constexpr SuperKind type1 = {"\t- super message:\n", 1, dispatch_with_newline};
+constexpr SuperKind type2 = {"\t- super message, type 2:\n", 2, dispatch_clean};
+
+}  // namespace
+
+void decode_carried(Session& session, Message& m, Text& out) {
+    if (m.length() == 0) return;
+    if (session.switches.debug) {
+        session.standard_output(fmt::format("entree decode, lng=0x{:02x}  sens= {}\n"_cf, m.length(),
+                                            m.direction == to_dhs ? "to DHS" : "from DHS"));
+    }
+    switch (m[0]) {
+        case super_type1: split_super_message(session, m, type1, out); break;
+        case super_type2: split_super_message(session, m, type2, out); break;
+        default: dispatch_clean(session, m, m.direction, out); break;
+    }
+}
+
+Outcome decode(Session& session, Message& m, Text& out) {
+    if (session.provenance != nullptr) {
+        session.provenance->start(out);
+        m.observe(session.provenance);
+    }
+    Outcome outcome = Outcome::decoded;
+    const Text::Piece whole(out);
+    try {
+        decode_carried(session, m, out);
+    } catch (const UnknownClass&) {
+        outcome = Outcome::unknown_class;
+        if (session.switches.color) out.add("\033[0m");
+        session.digital.reassembly.depth = 0;
+        session.digital.super_depth = 0;
+    }
+    if (session.provenance != nullptr) session.provenance->finish();
+    return outcome;
+}
+
+}  // namespace ztdecode

@@ -1,0 +1,224 @@
+#include "decode/readers.hpp"
+
+#include <algorithm>
+#include <cstdlib>
+
+namespace ztdecode {
+
+namespace {
+
+constexpr std::uint8_t no_digit = 16;
+
+consteval std::array<std::uint8_t, 256> digit_values() {
+    std::array<std::uint8_t, 256> values{};
+    values.fill(no_digit);
+    for (std::uint8_t d = 0; d < 10; ++d) values[static_cast<std::size_t>('0' + d)] = d;
+    for (std::uint8_t d = 0; d < 6; ++d) {
+        values[static_cast<std::size_t>('a' + d)] = static_cast<std::uint8_t>(10 + d);
+        values[static_cast<std::size_t>('A' + d)] = static_cast<std::uint8_t>(10 + d);
+    }
+    return values;
+}
+constexpr auto digits = digit_values();
+
+constexpr std::int64_t very_large = 0x7FFFFFFF;
+constexpr std::int64_t not_hex = -1;
+
+Line from_column(Line line, std::size_t column) {
+    return {line.text + column, line.length - column};
+}
+
+char character(Line line, std::size_t column) {
+    return column < line.length ? line.text[column] : '\0';
+}
+
+// A field: two hexadecimal digits, and every further digit behind them counts as well. Values above 31 bits are very
+// large; their low byte is that of strtol, which stops at its largest number.
+struct Field {
+    std::int64_t value;
+    std::uint8_t low;
+};
+
+Field long_field(Line line, std::size_t at) {
+    const long long v = std::strtoll(line.text + at, nullptr, 16);
+    return {std::min<std::int64_t>(v, very_large), static_cast<std::uint8_t>(v & 0xFF)};
+}
+
+Field hex_pair(Line line, std::size_t at) {
+    const std::uint8_t high = hex_digit(character(line, at));
+    const std::uint8_t low = hex_digit(character(line, at + 1));
+    if (high == no_digit || low == no_digit) return {not_hex, 0xFF};
+    if (hex_digit(character(line, at + 2)) != no_digit) return long_field(line, at);
+    const auto value = static_cast<std::uint8_t>(high << 4 | low);
+    return {value, value};
+}
+
+// A number column as strtol reads it in base 16: white space, sign and "0x" in front are fine, nothing is 0.
+std::int64_t number(Line line, std::size_t column) {
+    if (column >= line.length) return 0;
+    if (hex_digit(line.text[column]) != no_digit && hex_digit(character(line, column + 1)) != no_digit &&
+        hex_digit(character(line, column + 2)) == no_digit) {
+        return hex_pair(line, column).value;
+    }
+    return std::min<std::int64_t>(std::strtoll(line.text + column, nullptr, 16), very_large);
+}
+
+ReadResult refuse(Text& out, std::size_t begin, std::string_view why) {
+    out.cut(begin);
+    out.add(why);
+    return ReadResult::refused;
+}
+
+bool has_sr_column(Line text) {
+    return character(text, 6) == 'S' || character(text, 6) == 'R';
+}
+
+Outcome decode_with(LineReader::Decode decoder, void* context, Session& session, Message& m, Text& out) {
+    return decoder == nullptr ? decode(session, m, out) : decoder(context, session, m, out);
+}
+
+}  // namespace
+
+std::uint8_t hex_digit(char c) noexcept {
+    return digits[static_cast<std::uint8_t>(c)];
+}
+
+ReadResult LineReader::decode_record(std::uint64_t length, std::uint32_t direction, Text& out) {
+    const auto n = static_cast<std::size_t>(std::min<std::uint64_t>(length, message_capacity));
+    Message m(record_.data(), n, behind_ == Behind::zeros ? n : record_.size());
+    m.direction = direction;
+    return decode_with(decode_, context_, session_, m, out) == Outcome::decoded ? ReadResult::decoded
+                                                                              : ReadResult::unknown_class;
+}
+
+// "LL B0 B1 ... Bn". 255 bytes are accepted though the refusal speaks of 256.
+ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
+    const std::size_t begin = out.size();
+    if (text.length < 2) return refuse(out, begin, "line: really too short");
+    const std::int64_t n = hex_pair(text, 0).value;
+    if (n == not_hex || n == 0) return refuse(out, begin, "line does not start with length byte");
+    if (n > 255) return refuse(out, begin, "line: longueur > 256");
+    const auto count = static_cast<std::size_t>(n);
+    if (text.length < 3 * count + 2) {
+        out.print("line too short: expected: {}, real: {}"_cf, 3 * n + 2, text.length);
+        return ReadResult::refused;
+    }
+    for (std::size_t i = 0; i < count; ++i) {
+        const Field byte = hex_pair(text, 3 + 3 * i);
+        if (byte.value == not_hex) return refuse(out, begin, "line1: ill formed hex value");
+        record_[i] = byte.low;
+    }
+    return decode_record(count, direction, out);
+}
+
+// "LL HH B0 B1 ... Bn", and more of them behind a separator. A line that ends too early is filled up with 0xff.
+ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) {
+    const std::size_t begin = out.size();
+    const std::size_t total = text.length;
+    if (total < 5) return refuse(out, begin, "line_lng2: line really too short");
+    if (total == 5) return ReadResult::decoded;
+    for (std::size_t at = 0;;) {
+        const std::int64_t low = hex_pair(text, at).value;
+        const std::int64_t high = hex_pair(text, at + 3).value;
+        if (low == not_hex || high == not_hex) return ReadResult::decoded;
+        const std::int64_t n = low + 256 * high;
+        if (n == 0) return refuse(out, begin, "line does not start with 2 length bytes");
+        const auto count = static_cast<std::uint64_t>(n);
+        if (total < 3 * count + 5) {
+            out.cut(begin);
+            out.print("line too short: expected: {}, real: {}, padded with 0xff\n\n"_cf, 3 * n + 5, total);
+        }
+        for (std::size_t i = 0; i < std::min<std::uint64_t>(count, message_capacity); ++i) {
+            record_[i] = hex_pair(text, at + 6 + 3 * i).low;
+        }
+        const ReadResult result = decode_record(count, direction, out);
+        if (result != ReadResult::decoded) return result;
+        if (at + 3 * count + 6 + 5 >= total) return ReadResult::decoded;
+        at += static_cast<std::size_t>(3 * count + 6);
+        out.add("\n");
+    }
+}
+
+// A second field of 00 is the high length byte, any other one the first byte of the message, unless the line is longer
+// than a one-byte length can say.
+bool has_two_length_bytes(Line body) {
+    const std::int64_t high = number(body, 3);
+    return (high == 0 && body.length >= 6) || (high > 0 && body.length >= 766);
+}
+
+ReadResult LineReader::line_any_length(Line text, std::uint32_t direction, Text& out) {
+    return has_two_length_bytes(text) ? line_lng2(text, direction, out) : line(text, direction, out);
+}
+
+ReadResult LineReader::line_tzt(Line text, std::uint32_t direction, Text& out) {
+    const std::string_view all(text.text, text.length);
+    if (!all.starts_with("zt ")) {
+        const Text::Piece whole(out);
+        out.add(" err: awaiting 'zt ', received '");
+        for (std::size_t k = 0; k < 3; ++k) out.put(static_cast<std::uint8_t>(character(text, k)));
+        out.add("'");
+        return ReadResult::refused;
+    }
+    return line_any_length(from_column(text, 3), direction, out);
+}
+
+// "xxxxxxS LL ...": where the hexadecimal part ends decides whether there is room for two length bytes.
+SpztBody spzt_body(Line text) {
+    if (!has_sr_column(text)) return SpztBody::no_sr_column;
+    const std::int64_t n = number(text, 8);
+    const std::int64_t high = number(text, 11);
+    std::size_t end = 13;
+    if (text.length >= 14) {
+        while (end < text.length && (text.text[end] == ' ' || hex_digit(text.text[end]) != no_digit)) ++end;
+    }
+    const auto last = static_cast<std::int64_t>(end);
+    if (last < 3 * n + 10) return SpztBody::too_short;
+    const bool room_for_two = last >= 100 || 3 * (n + 256 * high) + 13 <= last;
+    return room_for_two ? SpztBody::two_length_bytes : SpztBody::one_length_byte;
+}
+
+Line spzt_line(Line text) {
+    return text.length < 8 ? Line{"", 0} : from_column(text, 8);
+}
+
+std::uint32_t spzt_direction(Line text) {
+    return text.text[6] == 'S' ? from_dhs : to_dhs;
+}
+
+void refuse_spzt(Line text, Text& out) {
+    out.add(has_sr_column(text) ? "-> line too short" : "-> not in spzt format: msg[6] should be S or R");
+}
+
+ReadResult LineReader::line_spzt(Line text, Text& out) {
+    switch (spzt_body(text)) {
+        case SpztBody::one_length_byte: return line(spzt_line(text), spzt_direction(text), out);
+        case SpztBody::two_length_bytes: return line_lng2(spzt_line(text), spzt_direction(text), out);
+        default: refuse_spzt(text, out); return ReadResult::refused;
+    }
+}
+
+ReadResult LineReader::line_spzt_lng2(Line text, Text& out) {
+    if (!has_sr_column(text)) {
+        refuse_spzt(text, out);
+        return ReadResult::refused;
+    }
+    return line_lng2(spzt_line(text), spzt_direction(text), out);
+}
+
+ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction, Text& out) {
+    auto byte = [bytes](std::size_t k) { return k < bytes.size() ? bytes[k] : std::uint8_t{0}; };
+    for (std::size_t at = 0; at < bytes.size();) {
+        const std::size_t length = byte(at) + 256U * byte(at + 1);
+        at += 2;
+        const std::span<const std::uint8_t> rest = bytes.subspan(std::min(at, bytes.size()));
+        Message m(rest.data(), length, std::min(length, rest.size()));
+        m.direction = direction;
+        const std::size_t begin = out.size();
+        if (decode(session, m, out) != Outcome::decoded) return ReadResult::unknown_class;
+        if (!out.from(begin).ends_with('\n')) out.add("\n");
+        at += length;
+    }
+    return ReadResult::decoded;
+}
+
+}  // namespace ztdecode
