@@ -1,0 +1,182 @@
+#include <algorithm>
+#include <cstdio>
+#include <memory>
+
+#include "abi/process.hpp"
+#include "decode/readers.hpp"
+
+// The frame and the readers.
+
+using namespace ztdecode;
+using namespace ztdecode::abi;
+
+namespace {
+
+// One working text for everything that goes out as a heap block: a host's calls do not overlap.
+Text& working_text() {
+    static Text text;
+    text.clear();
+    return text;
+}
+
+constexpr char empty_text[] = "";
+
+// `line` and `line_lng2` share one record, so that bytes behind a short message are those of earlier lines.
+LineReader& shared_reader() {
+    static LineReader reader(session(), LineReader::Behind::earlier_lines);
+    session();  // takes the switches as they are now
+    return reader;
+}
+
+Line as_line(const char* text) {
+    return text == nullptr ? Line{empty_text, 0} : Line{text, std::strlen(text)};
+}
+
+using Reading = ReadResult (LineReader::*)(Line, std::uint32_t, Text&);
+
+// A refusal and the texts of lines with two length bytes stay in `buffer`, a decoded message goes to the heap.
+const char* read_line(Text& buffer, Reading reading, bool owned_by_caller, Line text, std::uint32_t direction) {
+    try {
+        buffer.clear();
+        const ReadResult result = (shared_reader().*reading)(text, direction, buffer);
+        if (result == ReadResult::unknown_class) end_for_unknown_class(buffer);
+        return owned_by_caller && result == ReadResult::decoded ? heap_copy(buffer.view()) : buffer.c_str();
+    } catch (...) {
+        return empty_text;
+    }
+}
+
+const char* line_one_byte(Line text, std::uint32_t direction) {
+    static Text buffer;
+    return read_line(buffer, &LineReader::line, true, text, direction);
+}
+
+const char* line_two_bytes(Line text, std::uint32_t direction) {
+    static Text buffer;
+    return read_line(buffer, &LineReader::line_lng2, false, text, direction);
+}
+
+}  // namespace
+
+extern "C" {
+
+char* decode(MessageRecord record) {
+    if (record.length == 0) return const_cast<char*>(empty_text);  // NOLINT: the contract's constant
+    try {
+        Text& out = working_text();
+        Message m = view(record);
+        if (ztdecode::decode(session(), m, out) == Outcome::unknown_class) end_for_unknown_class(out);
+        return heap_copy(out.view());
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+void decale(MessageRecord* record, int n) {
+    if (record == nullptr) return;
+    const auto dropped = static_cast<std::uint32_t>(n);
+    if (record->length < dropped) {
+        std::fprintf(stderr, "decalage incorrect: demandé: %d, disponible: %d\n", n, static_cast<int>(record->length));
+        record->length = 0;
+        return;
+    }
+    record->length -= dropped;
+    if (dropped >= message_capacity) return;
+    const std::uint32_t moved = std::min(record->length, message_capacity - dropped);
+    std::memmove(record->data, record->data + dropped, moved);
+}
+
+MessageRecord* msgdup(const MessageRecord* record) {
+    auto* copy = static_cast<MessageRecord*>(std::malloc(sizeof(MessageRecord)));  // NOLINT: the host frees it
+    if (copy == nullptr) {
+        std::fputs("memory exhausted\n", stderr);
+        std::exit(1);  // NOLINT(concurrency-mt-unsafe): what the contract says
+    }
+    if (record == nullptr) {
+        std::memset(copy, 0, sizeof *copy);
+    } else {
+        std::memcpy(copy, record, sizeof *copy);
+    }
+    return copy;
+}
+
+void print_clean_message(char* out, MessageRecord record, char* text) {
+    if (text == nullptr) return;
+    const std::unique_ptr<char, void (*)(void*)> released(text, std::free);
+    if (out == nullptr) return;
+    std::size_t length = std::strlen(text);
+    if (length >= 2 && text[length - 1] == '\n' && text[length - 2] == '\n') --length;
+    char* at = out + std::strlen(out);
+    auto append = [&at](const char* from, std::size_t n) {
+        std::memcpy(at, from, n);
+        at += n;
+    };
+    if (useColor != 0) append(record.direction == to_dhs ? "\033[0;31m" : "\033[0;32m", 7);
+    append(text, length);
+    if (useColor != 0) append("\033[0m", 4);
+    *at = '\0';
+}
+
+const char* line(const char* text, int direction) {
+    return line_one_byte(as_line(text), static_cast<std::uint32_t>(direction));
+}
+
+const char* line_lng2(const char* text, int direction) {
+    return line_two_bytes(as_line(text), static_cast<std::uint32_t>(direction));
+}
+
+const char* line_tzt(const char* text, int direction) {
+    const Line all = as_line(text);
+    if (std::strncmp(all.text, "zt ", 3) != 0) {
+        static Text refusal;
+        return read_line(refusal, &LineReader::line_tzt, false, all, from_dhs);
+    }
+    const Line body = {all.text + 3, all.length - 3};
+    return has_two_length_bytes(body) ? line_lng2(body.text, direction) : line(body.text, direction);
+}
+
+const char* line_spzt(const char* text) {
+    static Text refusal;
+    const Line all = as_line(text);
+    switch (spzt_body(all)) {
+        case SpztBody::one_length_byte: return line_one_byte(spzt_line(all), spzt_direction(all));
+        case SpztBody::two_length_bytes: return line_two_bytes(spzt_line(all), spzt_direction(all));
+        default: return in_own_buffer(refusal, [&](Session&, Text& out) { refuse_spzt(all, out); });
+    }
+}
+
+const char* line_spzt_lng2(const char* text) {
+    static Text refusal;
+    const Line all = as_line(text);
+    if (spzt_body(all) == SpztBody::no_sr_column) {
+        return in_own_buffer(refusal, [&](Session&, Text& out) { refuse_spzt(all, out); });
+    }
+    return line_two_bytes(spzt_line(all), spzt_direction(all));
+}
+
+char* decode_bin_lng1(const std::uint8_t* buf, int direction) {
+    if (buf == nullptr) return heap_copy(empty_text);
+    try {
+        Text& out = working_text();
+        Message m(std::span<const std::uint8_t>(buf + 1, buf[0]));
+        m.direction = static_cast<std::uint32_t>(direction);
+        if (ztdecode::decode(session(), m, out) == Outcome::unknown_class) end_for_unknown_class(out);
+        return heap_copy(out.view());
+    } catch (...) {
+        return nullptr;
+    }
+}
+
+const char* decode_bin_lng2(const std::uint8_t* buf, int direction, int size) {
+    static Text buffer;
+    if (buf == nullptr || size <= 0) return empty_text;
+    return in_own_buffer(buffer, [&](Session& s, Text& out) {
+        const std::span<const std::uint8_t> bytes(buf, static_cast<std::size_t>(size));
+        if (ztdecode::decode_bin_lng2(s, bytes, static_cast<std::uint32_t>(direction), out) !=
+            ReadResult::decoded) {
+            end_for_unknown_class(out);
+        }
+    });
+}
+
+}  // extern "C"

@@ -1,0 +1,63 @@
+#include "abi/process.hpp"
+
+#include <cstdio>
+
+extern "C" {
+std::uint8_t useColor = 0;
+int audioOnly = 0;
+int debug = 0;
+const char* Version = "5.01";
+}
+
+namespace ztdecode::abi {
+
+namespace {
+
+class StandardStreams : public SideChannel {
+public:
+    void standard_output(std::string_view text) override { std::fwrite(text.data(), 1, text.size(), stdout); }
+    void standard_error(std::string_view text) override { std::fwrite(text.data(), 1, text.size(), stderr); }
+};
+
+}  // namespace
+
+// Made at the first call and never destroyed: a host may call in from its own exit handlers.
+Session& session() {
+    static Session& process_wide = *[] {
+        auto* s = new Session;  // NOLINT(cppcoreguidelines-owning-memory)
+        s->side = new StandardStreams;
+        return s;
+    }();
+    process_wide.switches = {.color = useColor != 0, .audio_only = audioOnly != 0, .debug = debug != 0};
+    return process_wide;
+}
+
+Message view(const MessageRecord& record) noexcept {
+    Message m(record.data, record.length, message_capacity);
+    m.direction = record.direction;
+    m.route = record.route;
+    m.status = static_cast<Status>(record.status);
+    m.reserved = record.reserved;
+    return m;
+}
+
+void put_back(const Message& m, MessageRecord& record) noexcept {
+    record.route = m.route;
+    record.status = static_cast<std::uint32_t>(m.status);
+    record.reserved = m.reserved;
+}
+
+char* heap_copy(std::string_view text) noexcept {
+    auto* copy = static_cast<char*>(std::malloc(text.size() + 1));  // NOLINT: the host frees it
+    if (copy == nullptr) return nullptr;
+    text.copy(copy, text.size());
+    copy[text.size()] = '\0';
+    return copy;
+}
+
+// The application buffer has the text already: whoever decodes an object-protocol message leaves it there.
+void end_for_unknown_class(const Text& /*text*/) noexcept {
+    std::exit(-1);  // NOLINT(concurrency-mt-unsafe): what the hosts expect of a corrupted class
+}
+
+}  // namespace ztdecode::abi
