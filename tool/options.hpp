@@ -1,0 +1,35 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace ztdecode::tool {
+
+// How the messages of a file are written. `recognised` tells the layouts of text apart line by line.
+enum class Layout { recognised, line, line_lng2, tagged, spzt, spzt_lng2, bin1, bin2 };
+
+enum class Color { automatic, always, never };
+
+struct Options {
+    std::vector<std::string> files;  // "-" is standard input
+    Layout layout = Layout::recognised;
+    std::uint32_t direction = 0;  // of layouts without a direction column
+    Color color = Color::automatic;
+    bool input = true;  // show the trace lines
+    bool audio_only = false;
+    bool debug = false;
+    bool explain = false;
+    unsigned jobs = 1;
+};
+
+// The options, or the exit status where the arguments ask for nothing more (help, version) or are wrong; what there is
+// to say then has been said.
+struct Arguments {
+    std::optional<Options> options;
+    int status = 0;
+};
+Arguments parse_arguments(int argc, char** argv);
+
+}  // namespace ztdecode::tool

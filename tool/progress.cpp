@@ -1,0 +1,48 @@
+#include "tool/progress.hpp"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <utility>
+
+namespace ztdecode::tool {
+
+namespace {
+
+constexpr std::chrono::milliseconds between_lines{200};
+constexpr std::uint64_t bytes_between_looks = 256 * 1024;
+
+}  // namespace
+
+Progress::Progress(std::string name, int input_descriptor, bool wanted)
+    : name_(std::move(name)), next_(std::chrono::steady_clock::now() + between_lines) {
+    struct stat status {};
+    if (wanted && ::isatty(STDERR_FILENO) != 0 && ::isatty(STDOUT_FILENO) == 0 &&
+        ::fstat(input_descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) {
+        total_ = static_cast<std::uint64_t>(status.st_size);
+    }
+}
+
+Progress::~Progress() {
+    hide();
+}
+
+void Progress::hide() {
+    if (!shown_) return;
+    std::fputs("\r\033[K", stderr);
+    shown_ = false;
+}
+
+void Progress::show(std::uint64_t bytes_read) {
+    if (bytes_read - seen_ < bytes_between_looks) return;
+    seen_ = bytes_read;
+    const auto now = std::chrono::steady_clock::now();
+    if (now < next_) return;
+    next_ = now + between_lines;
+    shown_ = true;
+    std::fprintf(stderr, "\rztdecode: %s: %u %%", name_.c_str(), static_cast<unsigned>(100 * bytes_read / total_));
+    std::fflush(stderr);
+}
+
+}  // namespace ztdecode::tool

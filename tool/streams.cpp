@@ -1,0 +1,99 @@
+#include "tool/streams.hpp"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+
+namespace ztdecode::tool {
+
+void Output::flush() {
+    std::string_view left = text.view();
+    while (!left.empty() && error_ == 0) {
+        const ssize_t written = ::write(descriptor_, left.data(), left.size());
+        if (written >= 0) {
+            left.remove_prefix(static_cast<std::size_t>(written));
+        } else if (errno != EINTR) {
+            error_ = errno;
+        }
+    }
+    text.clear();
+}
+
+namespace {
+
+constexpr std::size_t buffer_size = 256 * 1024;
+
+bool is_regular(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+}  // namespace
+
+Input::Input(int descriptor) : descriptor_(descriptor), regular_(is_regular(descriptor)), buffer_(buffer_size + 1) {}
+
+// Reads more behind what is there; room is made first. False at the end.
+bool Input::fill(Output& out) {
+    if (at_end_) return false;
+    if (begin_ > 0) {
+        std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
+        end_ -= begin_;
+        begin_ = 0;
+    }
+    if (end_ + 1 == buffer_.size()) buffer_.resize(buffer_.size() * 2 - 1);
+    if (!regular_) out.flush();
+    for (;;) {
+        const ssize_t n = ::read(descriptor_, buffer_.data() + end_, buffer_.size() - 1 - end_);
+        if (n > 0) {
+            end_ += static_cast<std::size_t>(n);
+            bytes_read_ += static_cast<std::uint64_t>(n);
+            return true;
+        }
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) error_ = errno;
+        at_end_ = true;
+        return false;
+    }
+}
+
+bool Input::next(Next& next, Output& out) {
+    for (;;) {
+        char* text = buffer_.data() + begin_;
+        const std::size_t present = end_ - begin_;
+        auto* newline = static_cast<char*>(std::memchr(text + searched_, '\n', present - searched_));
+        if (newline != nullptr) {
+            const auto length = static_cast<std::size_t>(newline - text);
+            *newline = '\0';
+            next = {{text, length}, true, in_long_line_};
+            begin_ += length + 1;
+            searched_ = 0;
+            in_long_line_ = false;
+            return true;
+        }
+        searched_ = present;
+        const bool too_long = present >= longest_line;
+        if (!too_long && fill(out)) continue;
+        if (present == 0) return false;
+        text = buffer_.data() + begin_;
+        text[present] = '\0';
+        next = {{text, present}, false, in_long_line_ || too_long};
+        in_long_line_ = too_long;
+        begin_ = end_;
+        searched_ = 0;
+        return true;
+    }
+}
+
+std::span<const std::uint8_t> Input::block(std::size_t n, Output& out) {
+    while (end_ - begin_ < n && fill(out)) {
+    }
+    const std::size_t present = std::min(n, end_ - begin_);
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(buffer_.data() + begin_);  // NOLINT: bytes as bytes
+    begin_ += present;
+    return {bytes, present};
+}
+
+}  // namespace ztdecode::tool

@@ -1,0 +1,213 @@
+#include "tool/trace.hpp"
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+#include "tool/explain.hpp"
+#include "tool/layout.hpp"
+
+namespace ztdecode::tool {
+
+namespace {
+
+bool blank(char c) {
+    return c == ' ' || c == '\t' || c == '\r';
+}
+
+bool blank_or_comment(Line line) {
+    const char* end = line.text + line.length;
+    const char* first = std::find_if_not(line.text, end, blank);
+    return first == end || *first == '#';
+}
+
+// What the line readers get: nothing behind the last field.
+Line without_trailing_blanks(Line line) {
+    while (line.length > 0 && blank(line.text[line.length - 1])) --line.length;
+    return line;
+}
+
+}  // namespace
+
+TraceDecoder::TraceDecoder(std::string name, const Options& options, bool color, Output& out, Output& diagnostics)
+    : name_(std::move(name)),
+      options_(options),
+      out_(out),
+      diagnostics_(diagnostics),
+      reader_(session_, LineReader::Behind::zeros, options.explain ? &decode_explained : nullptr, this) {
+    session_.switches = {.color = color, .audio_only = options.audio_only, .debug = options.debug};
+    session_.side = this;
+    if (options.explain) session_.provenance = &provenance_;
+}
+
+void TraceDecoder::decode(int descriptor) {
+    Input input(descriptor);
+    Progress progress(name_, descriptor, options_.jobs == 1);
+    if (options_.layout == Layout::bin1 || options_.layout == Layout::bin2) {
+        decode_binary(input, progress);
+    } else {
+        decode_text(input, progress);
+    }
+    out_.flush();
+    if (input.error() != 0) {
+        unreadable_ = true;
+        diagnostics_.text.print("ztdecode: {}: {}\n"_cf, name_, std::string_view(std::strerror(input.error())));
+    }
+    diagnostics_.flush();
+}
+
+void TraceDecoder::decode_text(Input& input, Progress& progress) {
+    for (Input::Next next{}; out_.error() == 0 && input.next(next, out_);) {
+        text_line(next);
+        message_done(input, progress);
+    }
+}
+
+// A line that is no trace line keeps its place, so that a log keeps its context.
+void TraceDecoder::text_line(const Input::Next& next) {
+    if (!next.piece) ++number_;
+    Layout layout = options_.layout;
+    if (!next.piece && is_trace_line(next.line, layout)) {
+        trace_line(next.line, layout);
+        return;
+    }
+    out_.text.add({next.line.text, next.line.length});
+    if (next.newline) out_.text.add("\n");
+    if (next.piece && next.newline) ++number_;
+}
+
+bool TraceDecoder::is_trace_line(Line line, Layout& layout) const {
+    if (blank_or_comment(line)) return false;
+    if (layout != Layout::recognised) return true;
+    switch (recognise(line)) {
+        case LineKind::bare: break;
+        case LineKind::tagged: layout = Layout::tagged; break;
+        case LineKind::spzt: layout = Layout::spzt; break;
+        case LineKind::none: return false;
+    }
+    return true;
+}
+
+ReadResult TraceDecoder::read(Line line, Layout layout) {
+    Text& out = out_.text;
+    switch (layout) {
+        case Layout::line: return reader_.line(line, options_.direction, out);
+        case Layout::line_lng2: return reader_.line_lng2(line, options_.direction, out);
+        case Layout::tagged: return reader_.line_tzt(line, options_.direction, out);
+        case Layout::spzt: return reader_.line_spzt(line, out);
+        case Layout::spzt_lng2: return reader_.line_spzt_lng2(line, out);
+        default: return reader_.line_any_length(line, options_.direction, out);
+    }
+}
+
+void TraceDecoder::trace_line(Line line, Layout layout) {
+    const std::size_t begin = out_.text.size();
+    if (options_.input) {
+        out_.text.add({line.text, line.length});
+        out_.text.add("\n");
+    }
+    const std::size_t text = out_.text.size();
+    const Line body = without_trailing_blanks(line);
+    // The readers look for a zero behind the line.
+    const char kept = body.text[body.length];
+    const_cast<char&>(body.text[body.length]) = '\0';  // NOLINT: the buffer is the input's own
+    const ReadResult result = read(body, layout);
+    const_cast<char&>(body.text[body.length]) = kept;  // NOLINT
+    finish_message(begin, text, result);
+}
+
+// `begin` is where the trace line stands in the output, `text` where its decoded text does.
+void TraceDecoder::finish_message(std::size_t begin, std::size_t text, ReadResult result) {
+    Text& out = out_.text;
+    if (result != ReadResult::decoded) {
+        const std::string why(out.from(text));
+        out.cut(text);
+        refused_ = true;
+        complain(why);
+    } else if (out.size() > text) {
+        if (out.view().back() != '\n') out.add("\n");
+    } else if (options_.audio_only) {
+        out.cut(begin);
+    }
+    if (!traced_.empty()) {
+        const std::string decoded(out.from(text));
+        out.cut(text);
+        out.add(traced_);
+        if (traced_.back() != '\n') out.add("\n");
+        out.add(decoded);
+        traced_.clear();
+    }
+}
+
+Outcome TraceDecoder::decode_explained(void* decoder, Session& session, Message& m, Text& out) {
+    auto& self = *static_cast<TraceDecoder*>(decoder);
+    const std::size_t begin = out.size();
+    const Outcome outcome = ztdecode::decode(session, m, out);
+    if (outcome != Outcome::decoded || out.size() == begin) return outcome;
+    const std::size_t end = out.size();
+    if (out.view().back() != '\n') out.add("\n");
+    explain(self.provenance_, begin, end, m.length(), out);
+    return outcome;
+}
+
+// A message of a binary file is shown as a tagged line, which the command reads again.
+void TraceDecoder::decode_binary(Input& input, Progress& progress) {
+    const std::size_t width = options_.layout == Layout::bin1 ? 1 : 2;
+    while (out_.error() == 0) {
+        const auto head = input.block(width, out_);
+        if (head.empty()) return;
+        ++number_;
+        const std::size_t length = head[0] + (head.size() == 2 ? 256U * head[1] : 0U);
+        const bool whole_head = head.size() == width;
+        const auto bytes = input.block(length, out_);
+        const std::size_t begin = out_.text.size();
+        if (options_.input) {
+            out_.text.print("zt {:02x} {:02x}"_cf, bytes.size() & 0xFF, bytes.size() >> 8);
+            for (const std::uint8_t byte : bytes) {
+                out_.text.add(" ");
+                out_.text.hex(byte);
+            }
+            out_.text.add("\n");
+        }
+        const std::size_t text = out_.text.size();
+        Message m(bytes);
+        m.direction = options_.direction;
+        const Outcome outcome = options_.explain ? decode_explained(this, session_, m, out_.text)
+                                                 : ztdecode::decode(session_, m, out_.text);
+        finish_message(begin, text,
+                       outcome == Outcome::decoded ? ReadResult::decoded : ReadResult::unknown_class);
+        if (bytes.size() < length || !whole_head) {
+            refused_ = true;
+            complain("the file ends inside the message");
+        }
+        message_done(input, progress);
+    }
+}
+
+// A diagnostic goes out behind the text before it: both often go to the same place.
+void TraceDecoder::message_done(Input& input, Progress& progress) {
+    if (complained_) {
+        progress.hide();
+        out_.flush();
+        diagnostics_.flush();
+        complained_ = false;
+    }
+    out_.flush_when_full();
+    progress.at(input.bytes_read());
+}
+
+void TraceDecoder::standard_output(std::string_view text) {
+    if (options_.debug) traced_ += text;
+}
+
+void TraceDecoder::standard_error(std::string_view text) {
+    while (text.ends_with('\n')) text.remove_suffix(1);
+    complain(text);
+}
+
+void TraceDecoder::complain(std::string_view why) {
+    diagnostics_.text.print("ztdecode: {}:{}: {}\n"_cf, name_, number_, why);
+    complained_ = true;
+}
+
+}  // namespace ztdecode::tool
