@@ -34,7 +34,7 @@ if(EXISTS ${export_map})
 endif()
 
 # Functions are bound inside the library; exported data is not, since a host's executable may hold copies of it.
-target_link_options(ztdecode PRIVATE LINKER:-Bsymbolic-functions LINKER:--as-needed LINKER:--exclude-libs,ALL)
+target_link_options(ztdecode PRIVATE LINKER:-Bsymbolic-functions LINKER:--as-needed)
 if(NOT ZTDECODE_SANITIZED)
     # With the C++ runtime inside, a host needs the C library alone.
     target_link_options(ztdecode PRIVATE LINKER:-z,defs LINKER:--gc-sections -static-libstdc++ -static-libgcc)

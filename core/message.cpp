@@ -20,6 +20,12 @@ Message::Message(const std::uint8_t* bytes, std::size_t length, std::size_t exte
       direct_(std::min(length_, within_capacity(extent))),
       covered_(within_capacity(extent)) {}
 
+Message Message::without_record(std::span<const std::uint8_t> bytes) noexcept {
+    Message m(bytes.first(0));
+    m.length_ = m.direct_ = m.covered_ = static_cast<std::uint32_t>(bytes.size());
+    return m;
+}
+
 // Dropping leading bytes moves only the bytes of the message down; those behind its new end stay where they were. So a
 // byte below the length is the ancestor's byte `shift_` further on, and any other one its byte of the same number.
 std::uint8_t Message::indirect(std::size_t k) const noexcept {

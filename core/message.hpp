@@ -48,6 +48,9 @@ public:
     explicit Message(std::span<const std::uint8_t> bytes) noexcept
         : Message(bytes.data(), bytes.size(), bytes.size()) {}
 
+    // Bytes that come in no record: all of them are the message, however many, and the bytes behind its end are 0.
+    static Message without_record(std::span<const std::uint8_t> bytes) noexcept;
+
     std::uint8_t operator[](std::size_t k) const noexcept { return k < direct_ ? bytes_[k] : indirect(k); }
     std::uint32_t length() const noexcept { return length_; }
 
@@ -64,6 +67,10 @@ public:
     Message with_length(std::uint32_t n) const noexcept;
     // Bytes first ... first+n-1, all below length(), as a message in a fresh record.
     Message part(std::uint32_t first, std::uint32_t n) const noexcept;
+
+    // The bytes of the message that lie in memory one behind the other: all, but for those that have to be 0 because
+    // there are none.
+    std::span<const std::uint8_t> bytes() const noexcept { return {bytes_, length_ < covered_ ? length_ : covered_}; }
 
     // Lets `provenance` note every byte that is read from here on (null: off). Sub-messages inherit it.
     void observe(Provenance* provenance) noexcept;

@@ -5,6 +5,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "core/message.hpp"
 #include "core/provenance.hpp"
@@ -54,9 +55,14 @@ struct DigitalState {
     // Announced number of segments of the S0 modules' messages, one total for each direction.
     std::int32_t s0_to_system_total = 0;
     std::int32_t s0_from_system_total = 0;
-    // Text of the super message of a module that is being walked; an inner one writes over the outer one's.
-    std::string super_message;
-    unsigned super_depth = 0;
+    // Super messages of modules. All of them write to one place, so that an inner one writes over the outer one's text.
+    unsigned super_depth = 0;     // those being walked inside each other right now
+    std::size_t super_cost = 0;   // of the outermost one and all inside it so far
+    bool super_ended = false;     // one has ended inside the part that is being decoded; set back before each part
+    std::string super_message;    // the text of the inner one that ended last
+    // A set emulation of a module is being decoded, and it turned out to carry another one.
+    bool emulation_open = false;
+    bool emulation_inside = false;
 };
 
 struct IpState {
@@ -69,9 +75,9 @@ struct HeState {
 
 // Object-protocol frames in segments.
 struct ObjectSegments {
-    std::string bytes;              // gathered so far; what a series claims but never sent is 0
-    std::uint32_t filled = 0;       // bytes of it that count
-    std::int64_t payload = 0;       // payload length of the first segment: every middle one counts as long
+    std::vector<std::uint8_t> bytes;  // gathered so far; what a series claims but never sent is 0
+    std::uint32_t filled = 0;         // how many the series has, also where they are too many to be kept
+    std::uint32_t payload = 0;        // payload length of the first segment: every middle one counts as long
     bool expects_first = true;
     std::string last_command_text;  // " %02X" of each byte of the last whole series
 };
@@ -79,7 +85,8 @@ struct ObjectSegments {
 struct ObjectState {
     const ztdecode_property_record* properties = nullptr;  // current class's table, set by every class look-up
     ObjectSegments segments;
-    // Called with the text of each object-protocol message of the CS and PRS routes once it is whole.
+    // Called with the text of each object-protocol message of the CS and PRS routes once it is whole, or ends with the
+    // error line of an unknown class.
     void (*on_decoded)(std::string_view text) = nullptr;
 };
 

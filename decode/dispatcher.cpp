@@ -1,9 +1,13 @@
 #include <array>
 
 #include "core/session.hpp"
+#include "decode/hub.hpp"
+#include "decode/ibs.hpp"
 #include "decode/identity.hpp"
+#include "decode/minor.hpp"
 #include "digital/digital.hpp"
 #include "he/he.hpp"
+#include "ip/ip.hpp"
 
 // One single message: its type byte says on which link it travels; the link's decoder of its direction writes the text.
 
@@ -21,9 +25,6 @@ struct RouteRow {
     Decoder to_dhs;
 };
 
-// The link's decoder is still to come: its messages show their prefix.
-void not_yet(Session& /*session*/, Message& /*m*/, Text& /*out*/) {}
-
 void dhs2he_or_digital(Session& session, Message& m, Text& out);
 void he2dhs_or_digital(Session& session, Message& m, Text& out);
 
@@ -34,13 +35,13 @@ constexpr auto route_rows = std::to_array<RouteRow>({
     {6, route_visiophone, "\t- ", dhs2rn, rn2dhs},
     {13, route_type13, "\t- ", dhs2rn, rn2dhs},
     {14, route_type14, "\t- ", dhs2rn, rn2dhs},
-    {15, route_osi, "\t- ", not_yet, not_yet},
-    {18, route_ibs, "\t- ", not_yet, not_yet},
-    {19, route_ip, "\tIP - ", not_yet, not_yet},
-    {20, route_hub, "\tHUB - ", not_yet, not_yet},
-    {21, route_cs, "\tRYM - ", not_yet, not_yet},
-    {22, route_prs, "\tRYM - ", not_yet, not_yet},
-    {24, route_debug, "\tDBG - ", not_yet, not_yet},
+    {15, route_osi, "\t- ", dhs2osi, osi2dhs},
+    {18, route_ibs, "\t- ", dhs2ibs, ibs2dhs},
+    {19, route_ip, "\tIP - ", dhs2ip, ip2dhs},
+    {20, route_hub, "\tHUB - ", dhs2hub, hub2dhs},
+    {21, route_cs, "\tRYM - ", dhs2cs, cs2dhs},
+    {22, route_prs, "\tRYM - ", dhs2prs, prs2dhs},
+    {24, route_debug, "\tDBG - ", dhs2dbg, dbg2dhs},
 });
 
 constexpr std::uint8_t he_type = 5;

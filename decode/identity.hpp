@@ -14,10 +14,11 @@ namespace ztdecode {
 class ShortText {
 public:
     template <class Format, class... Args>
-    explicit ShortText(const Format& format, const Args&... args)
-        : size_(static_cast<std::size_t>(fmt::format_to_n(text_.data(), text_.size(), format, args...).out -
-                                         text_.data())) {}
-    explicit ShortText(std::string_view words) : size_(words.copy(text_.data(), text_.size())) {}
+    explicit ShortText(const Format& format, const Args&... args) {
+        const auto written = fmt::format_to_n(text_.data(), text_.size(), format, args...);
+        size_ = static_cast<std::size_t>(written.out - text_.data());
+    }
+    explicit ShortText(std::string_view words) { size_ = words.copy(text_.data(), text_.size()); }
     std::string_view view() const noexcept { return {text_.data(), size_}; }
 
 private:

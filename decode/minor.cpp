@@ -1,0 +1,132 @@
+#include "decode/minor.hpp"
+
+#include "core/tables.hpp"
+#include "object/command.hpp"
+
+namespace ztdecode {
+
+namespace {
+
+// Tells the session what was written while this lives, also when an unknown class ended it.
+class Announced {
+  public:
+    Announced(const Session& session, const Text& out) : session_(session), out_(out), begin_(out.size()) {}
+    Announced(const Announced&) = delete;
+    Announced& operator=(const Announced&) = delete;
+    ~Announced() {
+        if (session_.object.on_decoded != nullptr) session_.object.on_decoded(out_.from(begin_));
+    }
+
+  private:
+    const Session& session_;
+    const Text& out_;
+    std::size_t begin_;
+};
+
+// The message with its type byte, which is the server's code.
+void to_server(std::string_view server, Session& session, Message& m, Text& out) {
+    m.status = Status::recognised;
+    out.add(server);
+    const Announced text(session, out);
+    analyse_cmd_term(session, m, out);
+}
+
+void from_server(std::string_view server, Session& session, Message& m, Text& out) {
+    m.status = Status::recognised;
+    out.add(server);
+    const Announced text(session, out);
+    analyse_cmd_pbx(session, m, out);
+}
+
+// byte 1 on: the text
+void debug_text(Message& m, Text& out) {
+    m.status = Status::recognised;
+    if (m.length() > 1) out.copy(m, 1, m.length() - 1);
+}
+
+constexpr auto memories = names({{1, "internal"}, {2, "external"}, {3, "code"}}, "unknown");
+
+constexpr auto transmit_states =
+    names({{16, "tx_idle"}, {17, "tx_prepare"}, {18, "tx_lng"}, {19, "tx_send"}, {20, "tx_sum"}}, "unknown");
+
+constexpr auto receive_states =
+    names({{32, "rx_idle"}, {33, "rx_rcv"}, {34, "rx_sum"}, {35, "rx_wait"}}, "unknown");
+
+constexpr auto link_states = names(
+    {
+        {0, "wait_connection"},
+        {1, "idle"},
+        {2, "send_zt3"},
+        {3, "send_wait_ack"},
+        {4, "wait_ack"},
+        {5, "send_ack"},
+        {6, "send_pc2"},
+        {7, "wfs_idle"},
+        {8, "wfs_send_ack"},
+    },
+    "unknown");
+
+void memory_value(Session& /*session*/, const Message& m, Text& out) {
+    out.print("osi: read memory, value= {:02x}"_cf, m[2]);
+}
+
+void pclink1_status(Session& /*session*/, const Message& m, Text& out) {
+    out.print("osi: pclink1 status {}, {}"_cf, transmit_states[m[2]], receive_states[m[3]]);
+}
+
+void pclink2_status(Session& /*session*/, const Message& m, Text& out) {
+    out.print("osi: pclink2 status: {}, {}"_cf, link_states[m[2]], m[3] == 1 ? "connected" : "not connected");
+}
+
+void read_memory(Session& /*session*/, const Message& m, Text& out) {
+    out.print("osi: read memory {}"_cf, memories[m[2]]);
+}
+
+void write_memory(Session& /*session*/, const Message& m, Text& out) {
+    out.print("osi: write memory {}"_cf, memories[m[2]]);
+}
+
+constexpr auto osi_reports = opcodes({
+    {0, memory_value},
+    {2, "osi: read vorna synchro"},
+    {3, "osi: pclink1 bouclage ON ack"},
+    {4, "osi: pclink1 bouclage off ack"},
+    {5, pclink1_status},
+    {6, pclink2_status},
+    {7, "osi: cti status"},
+});
+
+constexpr auto osi_commands = opcodes({
+    {0, read_memory},
+    {1, write_memory},
+    {2, "osi: read vorna synchro"},
+    {3, "osi: pclink1 bouclage ON"},
+    {4, "osi: pclink1 bouclage off"},
+    {5, "osi: pclink1 status"},
+    {6, "osi: pclink2 status"},
+    {7, "osi: cti status"},
+});
+
+}  // namespace
+
+void cs2dhs(Session& session, Message& m, Text& out) { to_server("call server", session, m, out); }
+
+void dhs2cs(Session& session, Message& m, Text& out) { from_server("call server", session, m, out); }
+
+void prs2dhs(Session& session, Message& m, Text& out) { to_server("presentation server", session, m, out); }
+
+void dhs2prs(Session& session, Message& m, Text& out) { from_server("presentation server", session, m, out); }
+
+void dbg2dhs(Session& /*session*/, Message& m, Text& out) { debug_text(m, out); }
+
+void dhs2dbg(Session& /*session*/, Message& m, Text& out) { debug_text(m, out); }
+
+void osi2dhs(Session& session, Message& m, Text& out) {
+    if (!osi_reports.write(m[1] & 0x7F, session, m, out)) out.add("??");
+}
+
+void dhs2osi(Session& session, Message& m, Text& out) {
+    if (!osi_commands.write(m[1] & 0x7F, session, m, out)) out.add("??");
+}
+
+}  // namespace ztdecode

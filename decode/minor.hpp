@@ -1,0 +1,23 @@
+#pragma once
+
+#include "core/session.hpp"
+
+// Routes that need little of their own.
+
+namespace ztdecode {
+
+// The object protocol's two servers. The session's `object.on_decoded` is told the message's text.
+void cs2dhs(Session& session, Message& m, Text& out);
+void dhs2cs(Session& session, Message& m, Text& out);
+void prs2dhs(Session& session, Message& m, Text& out);
+void dhs2prs(Session& session, Message& m, Text& out);
+
+// The debug channel: plain text.
+void dbg2dhs(Session& session, Message& m, Text& out);
+void dhs2dbg(Session& session, Message& m, Text& out);
+
+// OSI maintenance.
+void osi2dhs(Session& session, Message& m, Text& out);
+void dhs2osi(Session& session, Message& m, Text& out);
+
+}  // namespace ztdecode
