@@ -1,0 +1,15 @@
+#include "ip/ip.hpp"
+
+#include "abi/process.hpp"
+
+using namespace ztdecode;
+
+const char* ip2dhs(MessageRecord* record) {
+    static Text buffer;
+    return abi::decoded_in_own_buffer(buffer, record, ztdecode::ip2dhs);
+}
+
+const char* dhs2ip(MessageRecord* record) {
+    static Text buffer;
+    return abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2ip);
+}
