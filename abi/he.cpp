@@ -1,0 +1,34 @@
+#include "he/he.hpp"
+
+#include "abi/process.hpp"
+
+using ztdecode::Text;
+
+namespace {
+
+// The block of an application's name is always this large.
+constexpr std::size_t name_block = 30;
+
+}  // namespace
+
+extern "C" {
+
+const char* he2dhs(MessageRecord* record) {
+    static Text buffer;
+    return ztdecode::abi::decoded_in_own_buffer(buffer, record, ztdecode::he2dhs);
+}
+
+const char* dhs2he(MessageRecord* record) {
+    static Text buffer;
+    return ztdecode::abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2he);
+}
+
+// Numbers that no byte holds are shown as the hexadecimal number that they are.
+char* apId(int id) {
+    auto* block = static_cast<char*>(std::malloc(name_block));  // NOLINT: the host frees it
+    if (block == nullptr) return ztdecode::abi::heap_copy("memory exhausted: will crash on freeing this.\n");
+    const ztdecode::ShortText name = ztdecode::apId(static_cast<std::uint32_t>(id));
+    block[name.view().copy(block, name_block - 1)] = '\0';
+    return block;
+}
+}

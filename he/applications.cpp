@@ -1,0 +1,30 @@
+#include "core/tables.hpp"
+#include "he/he.hpp"
+
+namespace ztdecode {
+
+namespace {
+
+constexpr auto applications = names({{0, " firmware"},
+                                     {1, " telephony"},
+                                     {2, " desktop"},
+                                     {6, " data"},
+                                     {7, " mail"},
+                                     {248, " audio tool"},
+                                     {249, " manufacturing test"},
+                                     {250, " communication assistant"},
+                                     {251, " calendar"},
+                                     {252, " minitel"},
+                                     {253, " calculator"},
+                                     {254, " text editor"},
+                                     {255, " default"}},
+                                    "");
+
+}  // namespace
+
+ShortText apId(std::uint32_t id) {
+    const std::string_view name = applications[id];
+    return name.empty() ? ShortText(" {:02x}"_cf, id) : ShortText(name);
+}
+
+}  // namespace ztdecode
