@@ -1,0 +1,29 @@
+#pragma once
+
+#include <functional>
+
+#include "core/session.hpp"
+
+// Super messages of the modules: several messages of one module behind each other.
+//
+//   byte 0: the set's opcode   byte 1: sub-device   byte 2: the module's opcode 0x0B
+//   then for each part a length byte and as many bytes: the part's opcode and parameters
+
+namespace ztdecode {
+
+// Decodes one part, which looks like a message of its own: byte 2 is its opcode.
+using PartDecoder = std::function<void(Session&, const Message& part, Text& out)>;
+
+// The super message's parts line by line, each as `decode_part` describes it.
+//
+// What the length bytes claim is taken as it comes; what is left is counted in eight bits, so a message whose
+// lengths do not add up goes on behind its end until the count meets 0, 1 or 2, or comes back to where it
+// was.
+//
+// Super messages inside each other are followed 12 deep; a deeper one shows its heading alone. An outermost
+// one and all those inside it together have room for about 4 million characters, at 256 characters a part
+// besides its text; the parts behind that are left out, and a text is not written twice any more. No message
+// whose lengths add up, and none without super messages inside comes near that.
+void sub_super(Session& session, const Message& m, const PartDecoder& decode_part, Text& out);
+
+}  // namespace ztdecode
