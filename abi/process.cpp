@@ -2,6 +2,8 @@
 
 #include <cstdio>
 
+#include "abi/application_buffer.hpp"
+
 extern "C" {
 std::uint8_t useColor = 0;
 int audioOnly = 0;
@@ -26,6 +28,7 @@ Session& session() {
     static Session& process_wide = *[] {
         auto* s = new Session;  // NOLINT(cppcoreguidelines-owning-memory)
         s->side = new StandardStreams;
+        s->object.on_decoded = set_application_text;
         return s;
     }();
     process_wide.switches = {.color = useColor != 0, .audio_only = audioOnly != 0, .debug = debug != 0};

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+// The application buffer: `app_buf`, `app_buf_size` and `app_idx` of the C interface. A host may write all
+// three; nothing here trusts that they fit each other further than that `app_buf_size` bytes stand at
+// `app_buf`.
+
+namespace ztdecode::abi {
+
+// The next text begins the buffer anew.
+void restart_application_text() noexcept;
+
+// Appends text that was written in small pieces, however long it is as a whole.
+void add_application_text(std::string_view text) noexcept;
+
+// Appends one item as `p` does: what is longer than its line is cut, though the write position moves by the
+// whole length.
+void add_application_item(std::string_view item) noexcept;
+
+// Makes the buffer hold this text and nothing else.
+void set_application_text(std::string_view text);
+
+}  // namespace ztdecode::abi

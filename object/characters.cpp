@@ -1,0 +1,51 @@
+#include "object/characters.hpp"
+
+#include <dlfcn.h>
+
+#include "object/unicode.hpp"
+
+namespace ztdecode {
+
+CharacterNames::CharacterNames(const char* file) noexcept : library_(dlopen(file, RTLD_LAZY)) {
+    if (library_ != nullptr) name_ = reinterpret_cast<decltype(name_)>(dlsym(library_, "uniNamesList_name"));
+}
+
+CharacterNames::~CharacterNames() {
+    if (library_ != nullptr) dlclose(library_);
+}
+
+const CharacterNames& character_names() noexcept {
+    // Never destroyed: a host may ask from its own exit handlers.
+    static const CharacterNames& names = *new CharacterNames("libuninameslist.so");
+    return names;
+}
+
+void print_block_name(std::uint32_t code_point, Text& out) {
+    const char* block = block_name(code_point);
+    if (block == nullptr) {
+        out.add("???");
+        return;
+    }
+    out.print("{}-U+{:04X}"_cf, std::string_view(block), code_point);
+}
+
+void LookUtf8(std::uint32_t code_point, const CharacterNames& names, Text& out) {
+    if (const char* glyph = glyph_name(code_point)) {
+        out.add(glyph);
+    } else if (const char* name = names[code_point]) {
+        out.add(name);
+    } else {
+        print_block_name(code_point, out);
+    }
+}
+
+void LookUtf8(std::uint32_t code_point, Text& out) {
+    // The terminals' own characters do not need the library.
+    if (const char* glyph = glyph_name(code_point)) {
+        out.add(glyph);
+    } else {
+        LookUtf8(code_point, character_names(), out);
+    }
+}
+
+}  // namespace ztdecode

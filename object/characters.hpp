@@ -1,0 +1,41 @@
+#pragma once
+
+#include <cstdint>
+
+#include "core/text.hpp"
+
+// Names of the characters in UTF-8 values.
+
+namespace ztdecode {
+
+// A shared library that knows the names of characters, opened for as long as this lives.
+class CharacterNames {
+  public:
+    explicit CharacterNames(const char* file) noexcept;
+    CharacterNames(const CharacterNames&) = delete;
+    CharacterNames& operator=(const CharacterNames&) = delete;
+    ~CharacterNames();
+
+    // Null for a character without a name, and for all of them when the library or its function is missing.
+    const char* operator[](std::uint32_t code_point) const noexcept {
+        return name_ != nullptr ? name_(code_point) : nullptr;
+    }
+    bool available() const noexcept { return name_ != nullptr; }
+
+  private:
+    void* library_;
+    const char* (*name_)(unsigned long code_point) = nullptr;
+};
+
+// The one that the process uses: opened at the first need and never closed.
+const CharacterNames& character_names() noexcept;
+
+// The name of a character, from the first that has one: the terminals' own characters, the names library, the
+// character's block ("Greek Extended-U+1F16"). Else "???".
+void LookUtf8(std::uint32_t code_point, const CharacterNames& names, Text& out);
+void LookUtf8(std::uint32_t code_point, Text& out);
+
+// The last resort alone.
+void print_block_name(std::uint32_t code_point, Text& out);
+
+}  // namespace ztdecode
