@@ -446,8 +446,8 @@ ZTDECODE_API const char *FLEX_GetAsciiCode(char c);
 /* A command line as it is typed, with its line end, as a line of hexadecimal bytes for the terminal:
  *   "id\n"         "zt 0x03 0x18 0x69 0x64\r"   also lines that begin with "d " or "phonemodel"; the last character
  *                                               is taken for the line end whatever it is
- *   "zt 12\n"      "zt 0x12\n\r"                characters 6, 7 and 8 of such a line are dropped (counted from 0); the
- *                                               return cannot be seen when the line has more than eight characters
+ *   "zt 12 00 34"  "zt 0x12 0x34"               characters 6, 7 and 8 of such a line are dropped (counted from 0); a
+ *   "zt 12\n"      "zt 0x12\n\r"                return ends the text if the line has six, seven or eight characters
  *   "hello\n"      the same pointer again
  * A newline or return inside a line of the first kind ends the text there. Lines of any length are converted whole.
  * Result: buffer, or `line` itself for every other line; an empty constant for a null line or without memory.
