@@ -23,7 +23,11 @@ struct Item {
     std::uint32_t length;  // of the value
     std::uint32_t first;   // where the value begins in the message
 
-    std::uint8_t operator[](std::uint32_t k) const noexcept { return m[first + k]; }
+    // What a length claims beyond any message is 0 without a look: at the bottom of nested messages looks
+    // cost much.
+    std::uint8_t operator[](std::uint32_t k) const noexcept {
+        return first + k < message_capacity ? m[first + k] : std::uint8_t{0};
+    }
     std::uint32_t u16(std::uint32_t k = 0) const noexcept { return m.u16(first + k); }
 };
 

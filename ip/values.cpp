@@ -68,6 +68,8 @@ void ip_quoted(const Item& item, Text& out) {
     out.put('"');
 }
 
-void ip_characters(const Item& item, Text& out) { out.copy(item.m, item.first, item.length); }
+void ip_characters(const Item& item, Text& out) {
+    for (std::uint32_t k = 0; k < item.length; ++k) out.put(item[k]);
+}
 
 }  // namespace ztdecode::ip
