@@ -8,8 +8,9 @@ namespace ztdecode {
 namespace {
 
 constexpr unsigned deepest = 12;
-constexpr std::size_t part_cost = 256;
-constexpr std::size_t most_cost = std::size_t{4} << 20;
+constexpr std::size_t part_cost = 1024;
+constexpr std::size_t most_cost = std::size_t{64} << 20;
+constexpr std::size_t longest_twice = std::size_t{1} << 20;
 
 // One super message being walked, among those inside each other.
 class Walk {
@@ -60,16 +61,17 @@ class Remaining {
     std::bitset<256> met_;  // on the empty copy
 };
 
-// All super messages write to one place: when the part was, or carried, a super message, the inner text
-// stands there in place of what this one had written so far (from `begin` on), and the part's text follows
-// it.
-void put_inner_text_first(const DigitalState& digital, const Message& part, std::size_t begin,
+// All super messages write to one place: when the part was a super message, or carried one, the inner text
+// stands there in place of what this one had written so far (from `begin` on), and the part's text behind it.
+void put_inner_text_first(const Session& session, const Message& part, std::size_t begin,
                           std::size_t part_begin, Text& out) {
     const std::string part_text(out.from(part_begin));
     out.cut(begin);
-    for (std::uint32_t k = 0; k < part.length(); ++k)
-        static_cast<void>(part[k]);  // All of it comes from the part.
-    out.add(digital.super_message);
+    if (session.provenance != nullptr) {
+        // What follows comes from the whole part.
+        for (std::uint32_t k = 0; k < part.length(); ++k) static_cast<void>(part[k]);
+    }
+    out.add(session.digital.super_message);
     out.add(part_text);
 }
 
@@ -81,16 +83,16 @@ void line_of_part(Session& session, const Message& part, const PartDecoder& deco
     digital.super_ended = false;
     decode_part(session, part, out);
     digital.super_cost += part_cost + (out.size() - part_begin);
-    if (digital.super_ended && digital.super_cost < most_cost) {
-        put_inner_text_first(digital, part, begin, part_begin, out);
+    if (digital.super_ended && digital.super_message.size() <= longest_twice) {
+        put_inner_text_first(session, part, begin, part_begin, out);
     }
     out.add("\n");
 }
 
 void walk_parts(Session& session, const Message& m, const PartDecoder& decode_part, std::size_t begin,
                 Text& out) {
-    std::forward_list<Message>
-        copies;  // The message without ever more of its first bytes, the shortest in front.
+    // The message without ever more of its first bytes, the shortest in front.
+    std::forward_list<Message> copies;
     const Message* copy = &copies.emplace_front(decale(session, m, 1));
     Remaining remaining(copy->length());
     bool goes_on = true;
@@ -98,7 +100,8 @@ void walk_parts(Session& session, const Message& m, const PartDecoder& decode_pa
         const Message from_length = decale(session, *copy, 1);
         const std::uint32_t length = from_length[1];
         line_of_part(session, from_length.with_length(length + 2), decode_part, begin, out);
-        copy = &copies.emplace_front(decale(session, *copy, length + 1));
+        const Message rest = decale(session, *copy, length + 1);
+        if (copy->length() != 0) copy = &copies.emplace_front(rest);  // An empty one stays as it is.
         goes_on = remaining.goes_on_without(length + 1, copy->length() == 0);
     } while (goes_on && session.digital.super_cost < most_cost);
 }

@@ -20,10 +20,10 @@ using PartDecoder = std::function<void(Session&, const Message& part, Text& out)
 // lengths do not add up goes on behind its end until the count meets 0, 1 or 2, or comes back to where it
 // was.
 //
-// Super messages inside each other are followed 12 deep; a deeper one shows its heading alone. An outermost
-// one and all those inside it together have room for about 4 million characters, at 256 characters a part
-// besides its text; the parts behind that are left out, and a text is not written twice any more. No message
-// whose lengths add up, and none without super messages inside comes near that.
+// Super messages inside each other are followed 12 deep; a deeper one shows its heading alone. Since they can
+// overlap, an outermost one and all those inside it have room for 4 million characters together, a part
+// counting 64 besides its text: behind that the parts are left out. A super message without others inside
+// never comes to that.
 void sub_super(Session& session, const Message& m, const PartDecoder& decode_part, Text& out);
 
 }  // namespace ztdecode

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <initializer_list>
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "digital/options/options.hpp"
+#include "support/support.hpp"
+
+namespace ztdecode::testing {
+
+using ModuleDecoder = Decoding::ConstDecoder;
+
+struct Row {
+    std::string_view hex;
+    std::string_view text;
+};
+
+// Each row in a session of its own.
+inline void expect_texts(ModuleDecoder decoder, std::initializer_list<Row> rows) {
+    for (const Row& row : rows) {
+        EXPECT_EQ(Decoding().with(decoder, row.hex), row.text) << row.hex;
+    }
+}
+
+// Every value of byte 2, with and without bit 7: the text of its row, or what `other` says of the byte.
+// The parameters are 01 00, which is also a super message's one part, a "nop".
+template <class Other>
+void expect_opcodes(ModuleDecoder decoder, const std::map<unsigned, std::string_view>& texts, Other other) {
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        const auto row = texts.find(byte & 0x7F);
+        const std::string expected = row != texts.end() ? std::string(row->second) : other(byte);
+        const std::string hex = fmt::format("02 2a {:02x} 01 00", byte);
+        EXPECT_EQ(Decoding().with(decoder, hex), expected) << hex;
+    }
+}
+
+// Every value of byte `k`, the others as in `hex`: the text of its row, or `other`.
+inline void expect_values(ModuleDecoder decoder, std::string_view hex, std::size_t k,
+                          const std::map<unsigned, std::string_view>& texts, std::string_view other) {
+    for (unsigned value = 0; value < 256; ++value) {
+        const auto row = texts.find(value);
+        std::string changed(hex);
+        changed.replace(3 * k, 2, fmt::format("{:02x}", value));
+        EXPECT_EQ(Decoding().with(decoder, changed), row != texts.end() ? row->second : other) << changed;
+    }
+}
+
+}  // namespace ztdecode::testing

@@ -1,0 +1,383 @@
+#include "digital/options/super.hpp"
+
+#include <random>
+#include <set>
+
+#include "options/rows.hpp"
+
+namespace ztdecode::testing {
+namespace {
+
+std::string lines(std::string_view line, int n) {
+    std::string result;
+    while (n-- > 0) result += line;
+    return result;
+}
+
+std::string drop_error(std::uint32_t asked, std::uint32_t there) {
+    return fmt::format("decalage incorrect: demandé: {}, disponible: {}\n", asked, there);
+}
+
+// "LENGTH: B0 B1 ..." of each part, with `extra` bytes behind its end.
+std::vector<std::string> parts_of(std::string_view hex, std::size_t extra = 0) {
+    const auto data = bytes(hex);
+    Decoding d;
+    std::vector<std::string> result;
+    Text out;
+    const auto note = [&](Session&, const Message& part, Text&) {
+        std::string text = fmt::format("{}:", part.length());
+        for (std::size_t k = 0; k < part.length() + extra; ++k) text += fmt::format(" {:02x}", part[k]);
+        result.push_back(text);
+    };
+    sub_super(d.session(), Message(data), note, out);
+    return result;
+}
+
+TEST(SubSuper, HandsOverEachPartAsAMessageOfItsOwn) {
+    EXPECT_EQ(parts_of("04 2a 0b 02 01 05 01 03"),
+              (std::vector<std::string>{"4: 0b 02 01 05", "3: 05 01 03"}));
+    EXPECT_EQ(parts_of("02 10 8b 01 0e 03 0c 85 00 01 20"),
+              (std::vector<std::string>{"3: 8b 01 0e", "5: 0e 03 0c 85 00", "3: 00 01 20"}));
+}
+
+TEST(SubSuper, PartOfLength0ReadsItsOpcodeBehindItsEnd) {
+    EXPECT_EQ(parts_of("04 2a 0b 00"), (std::vector<std::string>{"2: 0b 00"}));
+    EXPECT_EQ(parts_of("04 2a 0b 00", 2), (std::vector<std::string>{"2: 0b 00 00 00"}));
+    expect_texts(decode_z_out,
+                 {{"02 2a 0b 00", "super message\n\t\t- nop\n"},
+                  {"02 2a 0b 00 01 0e", "super message\n\t\t- ?? <01>\n\t\t- version inquiry\n"}});
+}
+
+// What `decale` leaves behind the shortened copies: 1 byte once, then one of each dropped part.
+TEST(SubSuper, PartsSeeTheBytesThatStayedBehindTheEnd) {
+    EXPECT_EQ(
+        parts_of("04 2a 0b 02 01 05 01 03", 6),
+        (std::vector<std::string>{"4: 0b 02 01 05 01 03 03 03 00 00", "3: 05 01 03 03 05 01 03 03 00"}));
+}
+
+TEST(SubSuper, WritesALineForEachPart) {
+    expect_texts(decode_z_out,
+                 {{"02 2a 0b 02 01 05 01 03", "super message\n\t\t- ?? <01>\n\t\t- software reset\n"},
+                  {"02 2a 0b 02 29 06 02 4a 00 01 25",
+                   "super message\n"
+                   "\t\t- voice mode ringing\n"
+                   "\t\t- audio padded path: analog gain\n"
+                   "\t\t- disable dtmf\n"}});
+    expect_texts(decode_mpc, {{"04 10 0b 01 20 02 27 07 05 1f 00 01 02 03",
+                               "super message\n"
+                               "\t\t- I'm here\n"
+                               "\t\t- anomalie soft 7\n"
+                               "\t\t- reset hard mpc  soft=2.03\n"}});
+    expect_texts(decode_mpc_out, {{"02 10 0b 02 0c 81 02 0c 00",
+                                   "super message\n"
+                                   "\t\t- segment message debut, reste 1 messages\n"
+                                   "\t\t- segment message suite, reste 0 messages\n"}});
+    expect_texts(decode_eak_out, {{"02 23 0b 02 41 01 01 46",
+                                   "super message\n\t\t- key release config = on\n\t\t- all icons off\n"}});
+    expect_texts(decode_ks_out, {{"02 4a 0b 02 01 02 01 69",
+                                  "super message\n\t\t- production testend\n\t\t- write EEPROM\n"}});
+}
+
+TEST(SubSuper, CountOf0Or1Or2EndsIt) {
+    // Count 4 less 2, 3 and 4.
+    expect_texts(decode_z_out, {{"02 2a 0b 01 0e", "super message\n\t\t- version inquiry\n"},
+                                {"02 2a 0b 02 0e", "super message\n\t\t- version inquiry\n"},
+                                {"02 2a 0b 03 0e", "super message\n\t\t- version inquiry\n"}});
+}
+
+TEST(SubSuper, LengthBehindTheEndWalksOnOverTheEmptyCopy) {
+    // Count 4: less 6 is 254, then 21 times less 12 down to 2. The empty copy stays at 2a 0b 05: length 0b,
+    // opcode 05.
+    Decoding d;
+    EXPECT_EQ(d.with(decode_z_out, "02 2a 0b 05 03"),
+              "super message\n\t\t- software reset\n" + lines("\t\t- ?? <05>\n", 21));
+    EXPECT_EQ(d.error, drop_error(6, 4) + lines(drop_error(1, 0) + drop_error(12, 0), 21));
+}
+
+TEST(SubSuper, CountThatNeverGetsDownEndsWhereItBegan) {
+    // Count 4 less 9 is 251; taking 12 off 64 times leads back to it.
+    Decoding d;
+    EXPECT_EQ(d.with(decode_z_out, "02 2a 0b 08 03"),
+              "super message\n\t\t- software reset\n" + lines("\t\t- ?? <08>\n", 64));
+    // Length 255 behind the empty copy's first byte: the count stays as it is.
+    EXPECT_EQ(d.with(decode_z_out, "02 2a 0b 02 00 ff 09"),
+              "super message\n\t\t- nop\n\t\t- ?? <09>\n\t\t- ?? <09>\n");
+}
+
+TEST(SubSuper, CountHasEightBits) {
+    // 258 bytes behind the first count as 2: one part.
+    std::vector<std::uint8_t> data(259, 0);
+    data[2] = 0x0B;
+    Decoding d;
+    Text out;
+    decode_z_out(d.session(), Message(data), out);
+    EXPECT_EQ(out.view(), "super message\n\t\t- nop\n");
+    // One more counts as 3: a part of length 0 leaves 2.
+    data.push_back(0);
+    out.clear();
+    decode_z_out(d.session(), Message(data), out);
+    EXPECT_EQ(out.view(), "super message\n\t\t- nop\n");
+    data.push_back(0);
+    out.clear();
+    decode_z_out(d.session(), Message(data), out);
+    EXPECT_EQ(out.view(), "super message\n\t\t- nop\n\t\t- nop\n");
+    EXPECT_EQ(d.error, "");
+}
+
+TEST(SubSuper, MessageWithoutAnyPartHasALine) {
+    Decoding d;
+    Text out;
+    const auto nothing = [](Session&, const Message& part, Text& text) {
+        text.print("{}"_cf, part.length());
+    };
+    sub_super(d.session(), Message(bytes("")), nothing, out);
+    // Count 0 less 1 is 255, and so on down to 2.
+    EXPECT_EQ(out.view(), "super message\n" + lines("\t\t- 2\n", 254));
+    EXPECT_EQ(d.error, drop_error(1, 0) + lines(drop_error(1, 0) + drop_error(1, 0), 254));
+}
+
+TEST(SubSuper, InnerTextStandsInPlaceOfTheOuterOneAndThenAgain) {
+    expect_texts(decode_mpc_out, {{"02 10 0b 01 0e 03 0b 01 00 01 20",
+                                   "super message\n\t\t- nop\n"
+                                   "super message\n\t\t- nop\n\n"
+                                   "\t\t- are you there?\n"},
+                                  // The later one replaces the earlier one and what followed it.
+                                  {"02 10 0b 03 0b 01 00 01 20 03 8b 01 11 01 12",
+                                   "super message\n\t\t- ABC-A\n"
+                                   "super message\n\t\t- ABC-A\n\n"
+                                   "\t\t- TAPI\n"},
+                                  {"02 10 0b 07 0b 03 0b 01 21 01 22",
+                                   "super message\n\t\t- pabx type\n"
+                                   "super message\n\t\t- pabx type\n\n"
+                                   "\t\t- terminal type\n"
+                                   "super message\n\t\t- pabx type\n"
+                                   "super message\n\t\t- pabx type\n\n"
+                                   "\t\t- terminal type\n\n"}});
+}
+
+TEST(SubSuper, InnerTextInAnEmulatedMessageStandsInPlaceOfTheOuterOneToo) {
+    expect_texts(decode_mpc, {{"04 10 0b 01 21 07 26 04 10 0b 01 20 00 01 22",
+                               "super message\n"
+                               "\t\t- I'm here\n"
+                               "VTA emulation: [opt mac/pc adr 0] super message\n"
+                               "\t\t- I'm here\n\n"
+                               "\t\t- disconnection detected\n"}});
+}
+
+TEST(SubSuper, EmulationsInPartsEndWithTheirLine) {
+    expect_texts(decode_mpc, {{"04 10 26 04 11 0b 02 26 22 01 20",
+                               "VTA emulation: [opt mac/pc adr 1] super message\n"
+                               "\t\t- VTA emulation: I'm here\n"
+                               "\t\t- I'm here\n"},
+                              {"04 10 26 04 11 0b 05 26 04 12 26 22 02 26 01",
+                               "VTA emulation: [opt mac/pc adr 1] super message\n"
+                               "\t\t- VTA emulation: [opt mac/pc adr 2] VTA emulation: I'm here\n"
+                               "\t\t- VTA emulation: handset off hook\n"}});
+}
+
+// A message that was cut off behind its opcode: the opcode is the length, and the byte behind it the opcode.
+TEST(SubSuper, CutOffMessageIsOneInsideItself) {
+    const std::string inner = "super message\n" + lines("\t\t- nop\n", 10);
+    Decoding d;
+    EXPECT_EQ(d.with(decode_mpc_out, "02 10 0b"), inner + inner + "\n");
+}
+
+std::vector<std::uint8_t> nested(int depth) {
+    std::vector<std::uint8_t> body = {0x0B, 0x01, 0x00};
+    while (--depth > 0) {
+        body.insert(body.begin(), {0x0B, static_cast<std::uint8_t>(body.size())});
+    }
+    body.insert(body.begin(), {0x02, 0x10});
+    return body;
+}
+
+TEST(SubSuper, IsFollowed12Deep) {
+    std::string expected = "super message\n\t\t- nop\n";
+    std::string cut_off = "super message\n";
+    for (int depth = 1; depth <= 20; ++depth) {
+        Decoding d;
+        Text out;
+        const auto data = nested(depth);
+        decode_eak_out(d.session(), Message(data), out);
+        if (depth <= 12) {
+            EXPECT_EQ(out.view(), expected) << depth;
+            expected += expected + "\n";
+            cut_off += cut_off + "\n";
+        } else {
+            // The thirteenth shows its heading alone, twelve times doubled.
+            EXPECT_EQ(out.view(), cut_off) << depth;
+        }
+        EXPECT_EQ(d.session().digital.super_depth, 0U);
+        EXPECT_EQ(d.error, "");
+    }
+}
+
+// A second opinion: real records whose bytes are moved, and one text for all.
+class PlainWalk {
+  public:
+    struct Record {
+        std::vector<std::uint8_t> data;
+        std::uint32_t length;
+    };
+
+    PlainWalk(Decoding& d, ModuleDecoder decoder) : d_(d), decoder_(decoder) {}
+
+    const std::string& text_of(std::span<const std::uint8_t> message, std::size_t capacity) {
+        Record record{{message.begin(), message.end()}, static_cast<std::uint32_t>(message.size())};
+        record.data.resize(capacity);
+        walk(record, 1);
+        return text_;
+    }
+    // Too many parts to go on with.
+    bool given_up() const { return parts_ > 20000; }
+    std::string errors;
+
+  private:
+    void drop(Record& record, std::uint32_t n) {
+        if (record.length < n) {
+            errors += drop_error(n, record.length);
+            record.length = 0;
+            return;
+        }
+        record.length -= n;
+        for (std::uint32_t k = 0; k < record.length; ++k) record.data[k] = record.data[k + n];
+    }
+
+    void walk(const Record& record, int depth) {
+        text_ = "super message\n";
+        if (depth > 12) return;
+        Record rest = record;
+        drop(rest, 1);
+        int count = static_cast<int>(rest.length % 256);
+        std::set<int> counts_when_empty;
+        do {
+            if (++parts_, given_up()) return;
+            Record part = rest;
+            drop(part, 1);
+            const std::uint32_t length = part.data[1];
+            part.length = length + 2;
+            text_ += "\t\t- ";
+            const std::string described = describe(part, depth);
+            text_ += described + "\n";
+            drop(rest, length + 1);
+            count = (count - static_cast<int>(length) - 1 + 512) % 256;
+            if (rest.length == 0 && !counts_when_empty.insert(count).second) return;
+        } while (count > 2);
+    }
+
+    std::string describe(const Record& part, int depth) {
+        if ((part.data[2] & 0x7F) == 0x0B) {
+            walk(part, depth + 1);
+            return text_;
+        }
+        Text out;
+        decoder_(d_.session(), Message(part.data.data(), part.length, part.data.size()), out);
+        return std::string(out.view());
+    }
+
+    Decoding& d_;
+    ModuleDecoder decoder_;
+    std::string text_;
+    int parts_ = 0;
+};
+
+// False when the plain walk gave up.
+bool agrees_with_plain_walk(ModuleDecoder decoder, const std::vector<std::uint8_t>& data,
+                            std::size_t capacity) {
+    Decoding d;
+    PlainWalk plain(d, decoder);
+    const std::string expected = plain.text_of(data, capacity);
+    if (plain.given_up()) return false;
+    Text out;
+    decoder(d.session(), Message(data), out);
+    EXPECT_EQ(out.view(), expected) << fmt::format("{:02x}", fmt::join(data, " "));
+    EXPECT_EQ(d.error, plain.errors) << fmt::format("{:02x}", fmt::join(data, " "));
+    return true;
+}
+
+constexpr std::array<ModuleDecoder, 4> splitting_decoders = {decode_z_out, decode_mpc_out, decode_eak_out,
+                                                             decode_ks_out};
+
+TEST(SubSuper, EveryLengthByteAgreesWithThePlainWalk) {
+    for (const ModuleDecoder decoder : splitting_decoders) {
+        for (unsigned length = 0; length < 256; ++length) {
+            for (const std::string_view tail :
+                 {"", "00", "0e", "01 0e", "0e 01", "0e 02 29 06", "0b 03 03 03", "0b 0b 0b", "8b 01 00 02",
+                  "41 0b 41 0b 41 0b ff"}) {
+                const auto data = bytes(fmt::format("02 2a 0b {:02x} {}", length, tail));
+                EXPECT_TRUE(agrees_with_plain_walk(decoder, data, 600));
+            }
+        }
+    }
+}
+
+TEST(SubSuper, AnyBytesAgreeWithThePlainWalk) {
+    std::mt19937 random(20);  // NOLINT: the same every time
+    constexpr std::array<std::uint8_t, 8> likely = {0x0B, 0x00, 0x01, 0x02, 0x03, 0x0E, 0x41, 0x29};
+    int compared = 0;
+    for (int run = 0; run < 4000; ++run) {
+        std::vector<std::uint8_t> data(3 + random() % 40);
+        for (auto& byte : data) {
+            byte = random() % 3 == 0 ? likely[random() % likely.size()] : static_cast<std::uint8_t>(random());
+        }
+        data[2] = 0x0B;
+        const auto decoder = splitting_decoders[random() % splitting_decoders.size()];
+        compared += static_cast<int>(agrees_with_plain_walk(decoder, data, 600));
+    }
+    EXPECT_GT(compared, 3900);
+}
+
+TEST(SubSuper, LongMessagesAgreeWithThePlainWalk) {
+    std::mt19937 random(21);  // NOLINT: the same every time
+    for (int run = 0; run < 30; ++run) {
+        std::vector<std::uint8_t> data(200 + random() % 4900);
+        for (auto& byte : data) byte = static_cast<std::uint8_t>(random() % 4);
+        data[2] = 0x0B;
+        EXPECT_TRUE(agrees_with_plain_walk(decode_ks_out, data, message_capacity));
+    }
+}
+
+// Super messages that overlap lead through one another again and again.
+TEST(SubSuper, OverlappingOnesAreBounded) {
+    std::mt19937 random(22);  // NOLINT: the same every time
+    for (int run = 0; run < 100; ++run) {
+        std::vector<std::uint8_t> data(run < 90 ? 3 + random() % 300 : message_capacity);
+        for (auto& byte : data) {
+            byte = random() % 3 == 0 ? 0x0B : random() % 2 == 0 ? 0x8B : static_cast<std::uint8_t>(random());
+        }
+        data[2] = 0x0B;
+        Decoding d;
+        Text out;
+        decode_mpc(d.session(), Message(data), out);
+        EXPECT_LT(out.size(), std::size_t{9} << 20);
+        EXPECT_LT(d.error.size(), std::size_t{16} << 20);
+        EXPECT_EQ(d.session().digital.super_depth, 0U);
+    }
+}
+
+TEST(SubSuper, PartsKeepTheWayBackToTheirBytes) {
+    const auto data = bytes("02 10 0b 01 0e 02 0c 85");
+    Decoding d;
+    Provenance provenance;
+    Text out;
+    Message m(data);
+    provenance.start(out);
+    m.observe(&provenance);
+    decode_mpc_out(d.session(), m, out);
+    provenance.finish();
+    std::string found;
+    for (const Stretch& s : provenance.stretches()) {
+        found += fmt::format("'{}'", out.view().substr(s.begin, s.end - s.begin));
+        for (const ByteRange& r : s.bytes) found += fmt::format(" {}-{}", r.first, r.last);
+        found += "\n";
+    }
+    EXPECT_EQ(found,
+              "'super message\n' 2-2\n"
+              "'\t\t- ' 3-3\n"
+              "'version inquiry\n' 4-4\n"
+              "'\t\t- ' 5-5\n"
+              "'segment message debut, reste 5 messages\n' 6-7\n");
+}
+
+}  // namespace
+}  // namespace ztdecode::testing
