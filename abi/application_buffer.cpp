@@ -62,6 +62,8 @@ void complain_of_length(std::size_t length) noexcept {
 
 }  // namespace
 
+const char* application_text() noexcept { return app_buf != nullptr ? app_buf : ""; }
+
 void restart_application_text() noexcept { app_idx = 0; }
 
 void add_application_text(std::string_view text) noexcept {

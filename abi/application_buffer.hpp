@@ -9,6 +9,9 @@
 
 namespace ztdecode::abi {
 
+// What stands in the buffer; "" before the first output.
+const char* application_text() noexcept;
+
 // The next text begins the buffer anew.
 void restart_application_text() noexcept;
 

@@ -5,6 +5,7 @@
 #include <cstring>
 #include <optional>
 
+#include "abi/kept.hpp"
 #include "convert/flex.hpp"
 #include "convert/keyboard.hpp"
 #include "convert/screen.hpp"
@@ -13,6 +14,7 @@
 
 using ztdecode::FlexBuffer;
 using ztdecode::FlexLine;
+using ztdecode::abi::Kept;
 
 extern "C" {
 
@@ -21,7 +23,8 @@ const char* FLEX_GetAsciiCode(char c) { return ztdecode::FLEX_GetAsciiCode(c); }
 const char* TOFLEX_Convert(const char* line) {
     if (line == nullptr) return "";
     try {
-        static FlexBuffer& buffer = *new FlexBuffer;  // NOLINT: kept for calls from exit handlers
+        static Kept<FlexBuffer> kept;
+        FlexBuffer& buffer = kept;
         switch (ztdecode::TOFLEX_Convert(line, buffer)) {
             case FlexLine::command:
                 std::printf("TRZ DEBUG : FLEX CONVERTION [%s]\n", buffer.text());
@@ -40,7 +43,8 @@ const char* TOFLEX_Convert(const char* line) {
 const char* FROMFLEX_Convert(const char* line) {
     if (line == nullptr) return "";
     try {
-        static FlexBuffer& buffer = *new FlexBuffer;  // NOLINT: kept for calls from exit handlers
+        static Kept<FlexBuffer> kept;
+        FlexBuffer& buffer = kept;
         ztdecode::FROMFLEX_Convert(line, buffer);
         return buffer.text();
     } catch (...) {

@@ -14,7 +14,8 @@ namespace {
 
 // One working text for everything that goes out as a heap block: a host's calls do not overlap.
 Text& working_text() {
-    static Text text;
+    static KeptText kept;
+    Text& text = kept;
     text.clear();
     return text;
 }
@@ -35,25 +36,26 @@ Line as_line(const char* text) {
 using Reading = ReadResult (LineReader::*)(Line, std::uint32_t, Text&);
 
 // A refusal and the texts of lines with two length bytes stay in `buffer`, a decoded message goes to the heap.
-const char* read_line(Text& buffer, Reading reading, bool owned_by_caller, Line text, std::uint32_t direction) {
+const char* read_line(Text& buffer, Reading reading, bool owned_by_caller, Line text, std::uint32_t direction,
+                      const char* without_memory = empty_text) {
     try {
         buffer.clear();
         const ReadResult result = (shared_reader().*reading)(text, direction, buffer);
         if (result == ReadResult::unknown_class) end_for_unknown_class(buffer);
         return owned_by_caller && result == ReadResult::decoded ? heap_copy(buffer.view()) : buffer.c_str();
     } catch (...) {
-        return empty_text;
+        return without_memory;
     }
 }
 
 const char* line_one_byte(Line text, std::uint32_t direction) {
-    static Text buffer;
+    static KeptText buffer;
     return read_line(buffer, &LineReader::line, true, text, direction);
 }
 
 const char* line_two_bytes(Line text, std::uint32_t direction) {
-    static Text buffer;
-    return read_line(buffer, &LineReader::line_lng2, false, text, direction);
+    static KeptText buffer;
+    return read_line(buffer, &LineReader::line_lng2, false, text, direction, "line_lng2: malloc output error");
 }
 
 }  // namespace
@@ -128,7 +130,7 @@ const char* line_lng2(const char* text, int direction) {
 const char* line_tzt(const char* text, int direction) {
     const Line all = as_line(text);
     if (std::strncmp(all.text, "zt ", 3) != 0) {
-        static Text refusal;
+        static KeptText refusal;
         return read_line(refusal, &LineReader::line_tzt, false, all, from_dhs);
     }
     const Line body = {all.text + 3, all.length - 3};
@@ -136,7 +138,7 @@ const char* line_tzt(const char* text, int direction) {
 }
 
 const char* line_spzt(const char* text) {
-    static Text refusal;
+    static KeptText refusal;
     const Line all = as_line(text);
     switch (spzt_body(all)) {
         case SpztBody::one_length_byte: return line_one_byte(spzt_line(all), spzt_direction(all));
@@ -146,7 +148,7 @@ const char* line_spzt(const char* text) {
 }
 
 const char* line_spzt_lng2(const char* text) {
-    static Text refusal;
+    static KeptText refusal;
     const Line all = as_line(text);
     if (spzt_body(all) == SpztBody::no_sr_column) {
         return in_own_buffer(refusal, [&](Session&, Text& out) { refuse_spzt(all, out); });
@@ -168,7 +170,7 @@ char* decode_bin_lng1(const std::uint8_t* buf, int direction) {
 }
 
 const char* decode_bin_lng2(const std::uint8_t* buf, int direction, int size) {
-    static Text buffer;
+    static KeptText buffer;
     if (buf == nullptr || size <= 0) return empty_text;
     return in_own_buffer(buffer, [&](Session& s, Text& out) {
         const std::span<const std::uint8_t> bytes(buf, static_cast<std::size_t>(size));

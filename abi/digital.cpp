@@ -9,7 +9,7 @@ namespace {
 // Its text goes to the heap; a record without a message has none.
 char* decoded_on_heap(MessageRecord* record,
                       void (*decoder)(ztdecode::Session&, ztdecode::Message&, ztdecode::Text&)) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     if (record == nullptr || record->length == 0) return nullptr;
     return heap_copy(decoded_in_own_buffer(buffer, record, decoder));
 }

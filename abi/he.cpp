@@ -2,7 +2,7 @@
 
 #include "abi/process.hpp"
 
-using ztdecode::Text;
+using ztdecode::abi::KeptText;
 
 namespace {
 
@@ -14,12 +14,12 @@ constexpr std::size_t name_block = 30;
 extern "C" {
 
 const char* he2dhs(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return ztdecode::abi::decoded_in_own_buffer(buffer, record, ztdecode::he2dhs);
 }
 
 const char* dhs2he(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return ztdecode::abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2he);
 }
 

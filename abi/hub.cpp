@@ -6,21 +6,21 @@
 using namespace ztdecode;
 
 const char* hub2dhs(MessageRecord* record) {
-    static Text buffer;
+    static abi::KeptText buffer;
     return abi::decoded_in_own_buffer(buffer, record, ztdecode::hub2dhs);
 }
 
 const char* dhs2hub(MessageRecord* record) {
-    static Text buffer;
+    static abi::KeptText buffer;
     return abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2hub);
 }
 
 const char* ibs2dhs(MessageRecord* record) {
-    static Text buffer;
+    static abi::KeptText buffer;
     return abi::decoded_in_own_buffer(buffer, record, ztdecode::ibs2dhs);
 }
 
 const char* dhs2ibs(MessageRecord* record) {
-    static Text buffer;
+    static abi::KeptText buffer;
     return abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2ibs);
 }

@@ -23,7 +23,7 @@ const char* ring_cadence(std::uint32_t code) {
 
 // A host's label may be of any length.
 const char* version_logiciel(const char* label, std::uint32_t major, std::uint32_t minor) {
-    static Text buffer;
+    static KeptText buffer;
     return in_own_buffer(buffer, [&](Session&, Text& out) {
         out.add(" ");
         out.add(label == nullptr ? "" : label);
@@ -32,23 +32,23 @@ const char* version_logiciel(const char* label, std::uint32_t major, std::uint32
 }
 
 const char* dec_err(std::uint32_t code) {
-    static Text buffer;
+    static KeptText buffer;
     return in_own_buffer(buffer, [&](Session&, Text& out) { out.add(ztdecode::dec_err(code).view()); });
 }
 
 const char* dec_selftest(int bits) {
-    static Text buffer;
+    static KeptText buffer;
     return in_own_buffer(
         buffer, [&](Session&, Text& out) { ztdecode::dec_selftest(static_cast<std::uint32_t>(bits), out); });
 }
 
 const char* dec_warn(std::uint32_t code) {
-    static Text buffer;
+    static KeptText buffer;
     return in_own_buffer(buffer, [&](Session&, Text& out) { out.add(ztdecode::dec_warn(code).view()); });
 }
 
 const char* audio_config(MessageRecord record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, &record,
                                  [](Session& s, Message& m, Text& out) { ztdecode::audio_config(s, m, out); });
 }

@@ -5,11 +5,11 @@
 using namespace ztdecode;
 
 const char* ip2dhs(MessageRecord* record) {
-    static Text buffer;
+    static abi::KeptText buffer;
     return abi::decoded_in_own_buffer(buffer, record, ztdecode::ip2dhs);
 }
 
 const char* dhs2ip(MessageRecord* record) {
-    static Text buffer;
+    static abi::KeptText buffer;
     return abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2ip);
 }

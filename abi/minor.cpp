@@ -2,48 +2,48 @@
 
 #include "abi/process.hpp"
 
-using ztdecode::Text;
 using ztdecode::abi::decoded_in_own_buffer;
+using ztdecode::abi::KeptText;
 
 extern "C" {
 
 const char* cs2dhs(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::cs2dhs);
 }
 
 const char* dhs2cs(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::dhs2cs);
 }
 
 const char* prs2dhs(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::prs2dhs);
 }
 
 const char* dhs2prs(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::dhs2prs);
 }
 
 const char* dbg2dhs(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::dbg2dhs);
 }
 
 const char* dhs2dbg(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::dhs2dbg);
 }
 
 const char* osi2dhs(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::osi2dhs);
 }
 
 const char* dhs2osi(MessageRecord* record) {
-    static Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::dhs2osi);
 }
 }

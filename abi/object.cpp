@@ -47,7 +47,8 @@ std::string_view characters(const char* text) noexcept {
 // appended, and for an unknown class the process ends.
 template <class Write>
 void append(Write write) noexcept {
-    static Text piece;
+    static KeptText kept;
+    Text& piece = kept;
     try {
         piece.clear();
         write(session(), piece);
@@ -65,7 +66,7 @@ using Analyser = void (*)(Session&, const Message&, Text&);
 const char* analyse(Analyser analyser, const std::uint8_t* bytes, int length) noexcept {
     set_application_text("");
     append([&](Session& s, Text& out) { analyser(s, message(bytes, length), out); });
-    return app_buf != nullptr ? app_buf : "";
+    return application_text();
 }
 
 void add_frame_text(const FrameText& frame) noexcept {
@@ -85,7 +86,8 @@ void add_frame_text(const FrameText& frame) noexcept {
 }
 
 void decode_frame(const Message& frame, int way) noexcept {
-    static FrameText out;
+    static Kept<FrameText> kept;
+    FrameText& out = kept;
     try {
         analyse_cmd(session(), frame, way, out);
     } catch (const UnknownClass&) {
@@ -152,7 +154,7 @@ void vPutf8char(std::uint8_t c) {
 }
 
 const char* LookUtf8(std::uint32_t code_point, const ztdecode_glyph_record* table) {
-    static Text block;
+    static abi::KeptText block;
     if (table != nullptr) {
         if (const char* glyph = ztdecode::find_glyph(code_point, table)) return glyph;
     }

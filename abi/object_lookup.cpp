@@ -65,7 +65,8 @@ void ph(const char* format, ...) {
 }
 
 int ClassProp_Help(void) {
-    static Text listing;
+    static abi::KeptText kept;
+    Text& listing = kept;
     try {
         listing.clear();
         ztdecode::ClassProp_Help(listing);

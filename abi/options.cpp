@@ -47,69 +47,69 @@ class PartRecords {
 extern "C" {
 
 const char* decode_z(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_z);
 }
 
 const char* decode_z_out(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_z_out);
 }
 
 const char* decode_mpc(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_mpc);
 }
 
 const char* decode_mpc_out(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_mpc_out);
 }
 
 const char* decode_eak(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_eak);
 }
 
 const char* decode_eak_out(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_eak_out);
 }
 
 const char* decode_ks(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_ks);
 }
 
 const char* decode_ks_out(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_ks_out);
 }
 
 const char* decode_v24(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_v24);
 }
 
 const char* decode_v24_out(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_v24_out);
 }
 
 const char* decode_s0(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_s0);
 }
 
 const char* decode_s0_out(MessageRecord* record) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::decode_s0_out);
 }
 
 // The text is put together apart and then becomes the buffer: the host's decoder may call this function
 // again.
 const char* subSuper(MessageRecord* record, HostDecoder decoder) {
-    static ztdecode::Text buffer;
+    static KeptText buffer;
     if (record == nullptr || decoder == nullptr) return "";
     ztdecode::Text text;
     const char* result = in_own_buffer(text, [&](ztdecode::Session& s, ztdecode::Text& out) {
@@ -122,7 +122,7 @@ const char* subSuper(MessageRecord* record, HostDecoder decoder) {
         };
         ztdecode::sub_super(s, view(*record), decode_part, out);
     });
-    buffer = std::move(text);
+    buffer.get() = std::move(text);
     return result;
 }
 

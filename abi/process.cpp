@@ -23,14 +23,12 @@ public:
 
 }  // namespace
 
-// Made at the first call and never destroyed: a host may call in from its own exit handlers.
-Session& session() {
-    static Session& process_wide = *[] {
-        auto* s = new Session;  // NOLINT(cppcoreguidelines-owning-memory)
-        s->side = new StandardStreams;
-        s->object.on_decoded = set_application_text;
-        return s;
-    }();
+Session& session() noexcept {
+    static Kept<StandardStreams> streams;
+    static Kept<Session> kept;
+    Session& process_wide = kept;
+    process_wide.side = &streams.get();
+    process_wide.object.on_decoded = set_application_text;
     process_wide.switches = {.color = useColor != 0, .audio_only = audioOnly != 0, .debug = debug != 0};
     return process_wide;
 }

@@ -4,6 +4,7 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "abi/kept.hpp"
 #include "core/session.hpp"
 #include "ztdecode.h"
 
@@ -13,7 +14,10 @@
 namespace ztdecode::abi {
 
 // The process-wide session, with the switches as the host has set them now.
-Session& session();
+Session& session() noexcept;
+
+// The buffer of a function's text.
+using KeptText = Kept<Text>;
 
 // The host's record as a message, and what the decoders changed of it back in the record.
 Message view(const MessageRecord& record) noexcept;

@@ -35,7 +35,7 @@ std::uint8_t Message::indirect(std::size_t k) const noexcept {
     }
     for (const Message* m = this;; m = m->before_) {
         if (k < m->covered_) return m->bytes_[k];
-        if (m->before_ == nullptr) return 0;
+        if (m->before_ == nullptr || (m->fresh_ && k >= m->length_)) return 0;
         if (k < m->length_) k += m->shift_;
     }
 }
@@ -48,6 +48,7 @@ Message Message::without_first(std::uint32_t n) const noexcept {
     m.shift_ = n;
     m.origin_ += n;
     m.before_ = this;
+    m.fresh_ = false;
     m.direct_ = provenance_ == nullptr ? m.covered_ : 0;
     return m;
 }
@@ -57,6 +58,7 @@ Message Message::with_length(std::uint32_t n) const noexcept {
     m.length_ = within_capacity(n);
     m.shift_ = 0;
     m.before_ = this;
+    m.fresh_ = false;
     m.direct_ = provenance_ == nullptr ? std::min(m.length_, covered_) : 0;
     return m;
 }
@@ -66,6 +68,11 @@ Message Message::part(std::uint32_t first, std::uint32_t n) const noexcept {
     Message m(bytes_ + (found == 0 ? 0 : first), n, found);
     m.direction = direction;
     m.route = route;
+    if (found < n && before_ != nullptr) {
+        m.shift_ = first;
+        m.before_ = this;
+        m.fresh_ = true;
+    }
     m.origin_ = origin_ + first;
     m.reassembled_ = reassembled_;
     m.observe(provenance_);

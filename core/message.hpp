@@ -66,6 +66,7 @@ public:
     // *this must outlive the result.
     Message with_length(std::uint32_t n) const noexcept;
     // Bytes first ... first+n-1, all below length(), as a message in a fresh record.
+    // *this must outlive the result where those bytes came in by a longer length.
     Message part(std::uint32_t first, std::uint32_t n) const noexcept;
 
     // The bytes of the message that lie in memory one behind the other: all, but for those that have to be 0 because
@@ -98,6 +99,7 @@ private:
     std::uint32_t origin_ = 0;          // offset of byte 0 in the message as it was captured
     const Message* before_ = nullptr;   // what this one was cut from
     Provenance* provenance_ = nullptr;
+    bool fresh_ = false;                // behind length_ stands nothing of before_
     bool reassembled_ = false;
 };
 

@@ -39,9 +39,12 @@ public:
     }
     std::string_view from(std::size_t begin) const noexcept { return view().substr(begin); }
 
-    void clear() noexcept { size_ = 0; }
+    void clear() noexcept { cut(0); }
     // Keeps the first n characters, n <= size().
-    void cut(std::size_t n) noexcept { size_ = n; }
+    void cut(std::size_t n) noexcept {
+        size_ = n;
+        if (zero_at_ >= n) zero_at_ = none;
+    }
 
     void add(std::string_view s) {
         if (s.empty()) return;

@@ -103,7 +103,8 @@ ShortText version_logiciel(std::string_view label, std::uint32_t major, std::uin
         return ShortText(" {}={:x}.{:02}.{:02}"_cf, label, v / 10000, v % 10000 / 100, v % 100);
     }
     if (minor <= 153) return ShortText(" {}={:x}.{:02}"_cf, label, major, minor);
-    return ShortText(" {}={:x}.{:03}"_cf, label, major, static_cast<std::int32_t>(minor));
+    if (static_cast<std::int32_t>(minor) < 0) return ShortText(" {}={:x}.-{:03}"_cf, label, major, 0U - minor);
+    return ShortText(" {}={:x}.{:03}"_cf, label, major, minor);
 }
 
 ShortText dec_err(std::uint32_t code) {

@@ -21,6 +21,14 @@ consteval std::array<std::uint8_t, 256> digit_values() {
 }
 constexpr auto digits = digit_values();
 
+// Digits and the blanks between them.
+consteval std::array<bool, 256> field_characters() {
+    std::array<bool, 256> characters{};
+    for (std::size_t c = 0; c < characters.size(); ++c) characters[c] = c == ' ' || digits[c] != no_digit;
+    return characters;
+}
+constexpr auto in_fields = field_characters();
+
 constexpr std::int64_t very_large = 0x7FFFFFFF;
 constexpr std::int64_t not_hex = -1;
 
@@ -44,11 +52,15 @@ Field long_field(Line line, std::size_t at) {
     return {std::min<std::int64_t>(v, very_large), static_cast<std::uint8_t>(v & 0xFF)};
 }
 
-Field hex_pair(Line line, std::size_t at) {
-    const std::uint8_t high = hex_digit(character(line, at));
-    const std::uint8_t low = hex_digit(character(line, at + 1));
-    if (high == no_digit || low == no_digit) return {not_hex, 0xFF};
-    if (hex_digit(character(line, at + 2)) != no_digit) return long_field(line, at);
+// No digit stands behind the line: the zero at its end stops the look at the next column.
+inline Field hex_pair(Line line, std::size_t at) {
+    if (at >= line.length) return {not_hex, 0xFF};
+    const char* column = line.text + at;
+    const std::uint8_t high = hex_digit(column[0]);
+    if (high == no_digit) return {not_hex, 0xFF};
+    const std::uint8_t low = hex_digit(column[1]);
+    if (low == no_digit) return {not_hex, 0xFF};
+    if (hex_digit(column[2]) != no_digit) return long_field(line, at);
     const auto value = static_cast<std::uint8_t>(high << 4 | low);
     return {value, value};
 }
@@ -56,10 +68,8 @@ Field hex_pair(Line line, std::size_t at) {
 // A number column as strtol reads it in base 16: white space, sign and "0x" in front are fine, nothing is 0.
 std::int64_t number(Line line, std::size_t column) {
     if (column >= line.length) return 0;
-    if (hex_digit(line.text[column]) != no_digit && hex_digit(character(line, column + 1)) != no_digit &&
-        hex_digit(character(line, column + 2)) == no_digit) {
-        return hex_pair(line, column).value;
-    }
+    const std::int64_t pair = hex_pair(line, column).value;
+    if (pair != not_hex) return pair;
     return std::min<std::int64_t>(std::strtoll(line.text + column, nullptr, 16), very_large);
 }
 
@@ -67,6 +77,12 @@ ReadResult refuse(Text& out, std::size_t begin, std::string_view why) {
     out.cut(begin);
     out.add(why);
     return ReadResult::refused;
+}
+
+// The column behind the last field, looked for from this column on; the zero behind the line ends the search.
+std::size_t end_of_fields(Line line, std::size_t column) {
+    while (in_fields[static_cast<std::uint8_t>(line.text[column])]) ++column;
+    return column;
 }
 
 bool has_sr_column(Line text) {
@@ -167,11 +183,7 @@ SpztBody spzt_body(Line text) {
     if (!has_sr_column(text)) return SpztBody::no_sr_column;
     const std::int64_t n = number(text, 8);
     const std::int64_t high = number(text, 11);
-    std::size_t end = 13;
-    if (text.length >= 14) {
-        while (end < text.length && (text.text[end] == ' ' || hex_digit(text.text[end]) != no_digit)) ++end;
-    }
-    const auto last = static_cast<std::int64_t>(end);
+    const auto last = static_cast<std::int64_t>(text.length >= 14 ? end_of_fields(text, 13) : 13);
     if (last < 3 * n + 10) return SpztBody::too_short;
     const bool room_for_two = last >= 100 || 3 * (n + 256 * high) + 13 <= last;
     return room_for_two ? SpztBody::two_length_bytes : SpztBody::one_length_byte;

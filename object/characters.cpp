@@ -2,6 +2,9 @@
 
 #include <dlfcn.h>
 
+#include <cstddef>
+#include <new>
+
 #include "object/unicode.hpp"
 
 namespace ztdecode {
@@ -16,7 +19,9 @@ CharacterNames::~CharacterNames() {
 
 const CharacterNames& character_names() noexcept {
     // Never destroyed: a host may ask from its own exit handlers.
-    static const CharacterNames& names = *new CharacterNames("libuninameslist.so");
+    alignas(CharacterNames) static std::byte storage[sizeof(CharacterNames)];
+    static const CharacterNames& names =
+        *::new (static_cast<void*>(storage)) CharacterNames("libuninameslist.so");
     return names;
 }
 
