@@ -6,20 +6,6 @@
 
 namespace ztdecode {
 
-namespace {
-
-std::uint32_t within_capacity(std::size_t n) noexcept {
-    return static_cast<std::uint32_t>(std::min<std::size_t>(n, message_capacity));
-}
-
-}  // namespace
-
-Message::Message(const std::uint8_t* bytes, std::size_t length, std::size_t extent) noexcept
-    : bytes_(bytes),
-      length_(within_capacity(length)),
-      direct_(std::min(length_, within_capacity(extent))),
-      covered_(within_capacity(extent)) {}
-
 Message Message::without_record(std::span<const std::uint8_t> bytes) noexcept {
     Message m(bytes.first(0));
     m.length_ = m.direct_ = m.covered_ = static_cast<std::uint32_t>(bytes.size());
@@ -33,6 +19,8 @@ std::uint8_t Message::indirect(std::size_t k) const noexcept {
         provenance_->read(k < length_ ? origin_ + static_cast<std::uint32_t>(k) : Provenance::behind_the_end,
                           reassembled_);
     }
+    // No record is that long; the ancestors of a deeply carried message need not be asked.
+    if (k >= message_capacity && before_ != nullptr) return 0;
     for (const Message* m = this;; m = m->before_) {
         if (k < m->covered_) return m->bytes_[k];
         if (m->before_ == nullptr || (m->fresh_ && k >= m->length_)) return 0;

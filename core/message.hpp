@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -42,7 +43,11 @@ class Message {
 public:
     // A message of `length` bytes, of which `extent` are found at `bytes`: more than `length` where the record's bytes
     // behind the message are to show, fewer where the others are to read as 0. Both are cut to the capacity.
-    Message(const std::uint8_t* bytes, std::size_t length, std::size_t extent) noexcept;
+    Message(const std::uint8_t* bytes, std::size_t length, std::size_t extent) noexcept
+        : bytes_(bytes),
+          length_(within_capacity(length)),
+          direct_(within_capacity(std::min(length, extent))),
+          covered_(within_capacity(extent)) {}
 
     // A message in a record of its own: the bytes behind its end are 0.
     explicit Message(std::span<const std::uint8_t> bytes) noexcept
@@ -89,6 +94,9 @@ public:
     }
 
 private:
+    static std::uint32_t within_capacity(std::size_t n) noexcept {
+        return static_cast<std::uint32_t>(std::min<std::size_t>(n, message_capacity));
+    }
     std::uint8_t indirect(std::size_t k) const noexcept;
 
     const std::uint8_t* bytes_;

@@ -85,8 +85,11 @@ void decode_on(const RouteRow& row, Session& session, Message& m, Text& out) {
     (m.direction == from_dhs ? row.from_dhs : row.to_dhs)(session, m, out);
 }
 
+// Hub messages carry messages that are dispatched in turn, thousands deep: what a level of that does not need
+// stays out of its stack frame, here and below.
+
 // byte 0: type   byte 1: receiving application   byte 2: sending application   then the HE message
-void decode_he(const RouteRow& row, Session& session, Message& m, Text& out) {
+[[gnu::noinline]] void decode_he(const RouteRow& row, Session& session, Message& m, Text& out) {
     if (m[0] != he_type) {
         out.add("\t-not a HE message!");
         decode_on(row, session, m, out);
@@ -98,7 +101,7 @@ void decode_he(const RouteRow& row, Session& session, Message& m, Text& out) {
 }
 
 // byte 1: source   byte 2: destination; a message of two bytes has no routing
-void visiophone_header(const Message& m, Text& out) {
+[[gnu::noinline]] void visiophone_header(const Message& m, Text& out) {
     if (m[0] != visiophone_type) {
         out.add("\t-not a visiophone message!");
     } else if (m.length() != 2) {
@@ -106,15 +109,17 @@ void visiophone_header(const Message& m, Text& out) {
     }
 }
 
+[[gnu::noinline]] void trace_entry(const Session& session, const Message& m) {
+    session.standard_output(fmt::format("entree decode1msg, lng=0x{:02x}  sens= {}\n"_cf, m.length(),
+                                        m.direction == to_dhs ? "to DHS" : "from DHS"));
+}
+
 }  // namespace
 
 void dispatch_message(Session& session, Message& m, Text& out) {
     if (m.length() == 0) return;
     if (!inListAudioOpcodes(session, m.direction, m[0])) return;
-    if (session.switches.debug) {
-        session.standard_output(fmt::format("entree decode1msg, lng=0x{:02x}  sens= {}\n"_cf, m.length(),
-                                            m.direction == to_dhs ? "to DHS" : "from DHS"));
-    }
+    if (session.switches.debug) trace_entry(session, m);
     const RouteRow& row = row_of(m);
     switch (row.route) {
         case route_he: decode_he(row, session, m, out); break;

@@ -85,14 +85,16 @@ void split_super_message(Session& session, const Message& m, const SuperKind& ki
 constexpr SuperKind type1 = {"\t- super message:\n", 1, dispatch_with_newline};
 constexpr SuperKind type2 = {"\t- super message, type 2:\n", 2, dispatch_clean};
 
+[[gnu::noinline]] void trace_entry(const Session& session, const Message& m) {
+    session.standard_output(fmt::format("entree decode, lng=0x{:02x}  sens= {}\n"_cf, m.length(),
+                                        m.direction == to_dhs ? "to DHS" : "from DHS"));
+}
+
 }  // namespace
 
 void decode_carried(Session& session, Message& m, Text& out) {
     if (m.length() == 0) return;
-    if (session.switches.debug) {
-        session.standard_output(fmt::format("entree decode, lng=0x{:02x}  sens= {}\n"_cf, m.length(),
-                                            m.direction == to_dhs ? "to DHS" : "from DHS"));
-    }
+    if (session.switches.debug) trace_entry(session, m);
     switch (m[0]) {
         case super_type1: split_super_message(session, m, type1, out); break;
         case super_type2: split_super_message(session, m, type2, out); break;

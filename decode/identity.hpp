@@ -15,14 +15,23 @@ class ShortText {
 public:
     template <class Format, class... Args>
     explicit ShortText(const Format& format, const Args&... args) {
-        const auto written = fmt::format_to_n(text_.data(), text_.size(), format, args...);
-        size_ = static_cast<std::size_t>(written.out - text_.data());
+        char* end = nullptr;
+        if constexpr ((std::is_integral_v<Args> && ...)) {
+            static_assert(longest_number * sizeof...(Args) + Text::literal_size<Format>() <= capacity);
+            end = fmt::format_to(text_.data(), format, args...);
+        } else {
+            end = fmt::format_to_n(text_.data(), capacity, format, args...).out;
+        }
+        size_ = static_cast<std::size_t>(end - text_.data());
     }
     explicit ShortText(std::string_view words) { size_ = words.copy(text_.data(), text_.size()); }
     std::string_view view() const noexcept { return {text_.data(), size_}; }
 
 private:
-    std::array<char, 64> text_;
+    static constexpr std::size_t capacity = 256;
+    static constexpr std::size_t longest_number = 24;
+
+    std::array<char, capacity> text_;
     std::size_t size_;
 };
 

@@ -97,7 +97,8 @@ TEST(IpSweep, EveryItemThatIsNotWholeIsTheLast) {
 TEST(IpSweep, EveryTicketItemOfEveryLength) {
     Sweep sweep;
     for (std::size_t tag = 0; tag < 256; ++tag) {
-        for (const std::size_t length : {0, 1, 2, 3, 4, 5, 8, 9, 40, 255, 256, 257, 5000, 65535}) {
+        for (const std::size_t length :
+             {0U, 1U, 2U, 3U, 4U, 5U, 8U, 9U, 40U, 255U, 256U, 257U, 5000U, 65535U}) {
             std::vector<std::uint8_t> data = {0x13, 3, static_cast<std::uint8_t>(tag),
                                               static_cast<std::uint8_t>(length >> 8),
                                               static_cast<std::uint8_t>(length)};
