@@ -65,12 +65,12 @@ TEST(HeSweep, EveryCommandFromSystem) { sweep(dhs2he, {2, 3, 7, 40}, 1, 1); }
 TEST(HeSweep, EveryLength) {
     std::vector<std::size_t> lengths;
     for (std::size_t n = 0; n <= 40; ++n) lengths.push_back(n);
-    for (const std::size_t n : {255, 256, 257, 300, 511, 512, 600, 5119, 5120}) lengths.push_back(n);
-    // Opcodes with sub-commands are 31 to 86; an odd step meets all of the other bytes.
+    for (const unsigned n : {255U, 256U, 257U, 300U, 511U, 512U, 600U, 5119U, 5120U}) lengths.push_back(n);
+    // A few sub-commands of each opcode; the next test has those that read most.
     for (const Decoder decoder : {he2dhs, dhs2he}) sweep(decoder, lengths, 1, 37);
 }
 
-// Byte 7 is the last that the commands need before a text: every command once at every length around it.
+// Lists, texts and their length checks; what one session writes, another one writes too.
 TEST(HeSweep, EveryObjectCommandAtEveryLength) {
     std::vector<std::size_t> lengths;
     for (std::size_t n = 1; n <= 40; ++n) lengths.push_back(n);

@@ -1,0 +1,143 @@
+// The object protocol's ways in, of one session.
+//
+// The input is records: a byte that says which way in, two length bytes (low byte first), that many bytes
+// (the last record has what is left). Every text is a C string, sessions that see the same agree, and what is
+// kept of segments has its bounds.
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string_view>
+#include <vector>
+
+#include "object/command.hpp"
+#include "object/events.hpp"
+#include "object/frames.hpp"
+#include "object/input.hpp"
+#include "object/lookup.hpp"
+#include "object/segments.hpp"
+#include "object/values.hpp"
+
+namespace {
+
+using namespace ztdecode;
+
+enum WayIn : std::uint8_t {
+    command,
+    event,
+    frame_from_system,
+    frame_to_system,
+    segment,
+    old_segment,
+    input_line,
+    properties,
+    utf8,
+    event_body,
+    ways_in,
+};
+
+// A series can be put together from every few records, and then costs much more than its bytes.
+constexpr int most_records = 100;
+
+void expect(bool holds, const char* what) {
+    if (holds) return;
+    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::abort();
+}
+
+// First byte: the class whose table is used.
+void print_properties_of_class(const Message& m, Text& out) {
+    const PropertyTable table = class_of(m[0]).properties;
+    if (!table) return;
+    print_properties(Bytes{m, 0, m.length()}, 1, table, LengthField::one_or_two_bytes, Values::carried, out);
+}
+
+void print_both_ways(const Message& m, Text& out) {
+    const Bytes text{m, 0, m.length()};
+    const bool beyond_ascii = printUTF8str(text, Utf8Mode::characters, out);
+    expect(printUTF8str(text, Utf8Mode::names, out) == beyond_ascii, "both forms tell the same of a text");
+}
+
+void read_input(std::string_view text, Text& out) {
+    std::array<std::uint8_t, input_capacity> bytes{};
+    const std::uint16_t count = convert_line(text, bytes, out);
+    expect(count <= 2998, "fields fit");
+    expect(count == 0 || out.empty(), "a complaint means no fields");
+}
+
+struct Decoder {
+    Session session;
+    Text text;
+    FrameText frame;
+    bool unknown_class = false;
+
+    void decode(std::uint8_t way, const std::vector<std::uint8_t>& bytes) {
+        text.clear();
+        unknown_class = false;
+        try {
+            take(way, Message::without_record(bytes), bytes);
+        } catch (const UnknownClass&) {
+            unknown_class = true;
+        }
+    }
+
+    void take(std::uint8_t way, const Message& m, const std::vector<std::uint8_t>& bytes) {
+        switch (way % ways_in) {
+            case command:
+                return analyse_cmd_pbx(session, m, text);
+            case event:
+                return analyse_cmd_term(session, m, text);
+            case frame_from_system:
+                return take_frame(m, 'S');
+            case frame_to_system:
+                return take_frame(m, 'R');
+            case segment:
+                boCatchSegment(session.object.segments, m);
+                return;
+            case old_segment:
+                bo_OLD_CatchSegment(session.object.segments, m);
+                return;
+            case input_line:
+                return read_input({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, text);
+            case properties:
+                return print_properties_of_class(m, text);
+            case utf8:
+                return print_both_ways(m, text);
+            default:
+                return vDecodeEvent(session, m[0], Bytes{m, 1, m.length() > 0 ? m.length() - 1 : 0}, text);
+        }
+    }
+
+    void take_frame(const Message& m, int way) {
+        analyse_cmd(session, m, way, frame);
+        text.add(frame.dump.view());
+        text.add(frame.text.view());
+        expect(frame.item_begin <= frame.item_end && frame.item_end <= frame.text.size(),
+               "the item is in the text");
+    }
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    Decoder one;
+    Decoder other;
+    int records = 0;
+    for (std::size_t at = 0; at + 3 <= size && records < most_records; ++records) {
+        const std::uint8_t way = data[at];
+        const std::size_t length = std::min<std::size_t>(data[at + 1] + 256U * data[at + 2], size - at - 3);
+        // A block of just this size: a sanitizer sees a read behind it.
+        const std::vector<std::uint8_t> bytes(data + at + 3, data + at + 3 + length);
+        at += 3 + length;
+
+        one.decode(way, bytes);
+        other.decode(way, bytes);
+        expect(one.text.view().find('\0') == std::string_view::npos, "the text is a C string");
+        expect(one.text.view() == other.text.view(), "both sessions write the same text");
+        expect(one.unknown_class == other.unknown_class, "both sessions end alike");
+        expect(one.session.object.segments.bytes.size() <= 65536, "what is kept of a series has its bound");
+    }
+    return 0;
+}

@@ -1,0 +1,106 @@
+// The readers of trace lines and of binary buffers.
+//
+// The first byte of the input says which reader, the direction and what stands behind a message; the rest is
+// lines, or the buffer. Every line ends, a refusal says why, texts are C strings, and two readers with a
+// session each agree.
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "decode/readers.hpp"
+
+namespace {
+
+using ztdecode::Line;
+using ztdecode::LineReader;
+using ztdecode::ReadResult;
+using ztdecode::Text;
+
+enum : std::uint8_t { bit_to_dhs = 8, bit_zeros = 16 };
+
+void expect(bool holds, const char* what) {
+    if (holds) return;
+    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::abort();
+}
+
+struct Reader {
+    ztdecode::Session session;
+    LineReader lines;
+    Text text;
+
+    explicit Reader(std::uint8_t how)
+        : lines(session,
+                (how & bit_zeros) != 0 ? LineReader::Behind::zeros : LineReader::Behind::earlier_lines) {}
+
+    ReadResult read(std::uint8_t how, Line line) {
+        const std::uint32_t direction = (how & bit_to_dhs) != 0 ? ztdecode::to_dhs : ztdecode::from_dhs;
+        text.clear();
+        switch (how & 7) {
+            case 0:
+                return lines.line(line, direction, text);
+            case 1:
+                return lines.line_lng2(line, direction, text);
+            case 2:
+                return lines.line_tzt(line, direction, text);
+            case 3:
+                return lines.line_spzt(line, text);
+            case 4:
+                return lines.line_spzt_lng2(line, text);
+            default:
+                return lines.line_any_length(line, direction, text);
+        }
+    }
+};
+
+void expect_same(const Reader& one, const Reader& other, bool same_result) {
+    expect(one.text.view().find('\0') == std::string_view::npos, "the text is a C string");
+    expect(same_result && one.text.view() == other.text.view(), "both readers write the same text");
+}
+
+void read_lines(std::uint8_t how, std::string_view content) {
+    Reader one(how);
+    Reader other(how);
+    while (!content.empty()) {
+        const std::size_t end = content.find('\n');
+        // With its zero a block of just the size that it needs: a sanitizer sees a read behind it.
+        std::vector<char> characters(
+            content.begin(), content.begin() + static_cast<std::ptrdiff_t>(std::min(end, content.size())));
+        characters.push_back('\0');
+        content.remove_prefix(end == std::string_view::npos ? content.size() : end + 1);
+
+        const Line line = {characters.data(), characters.size() - 1};
+        const ReadResult result = one.read(how, line);
+        expect_same(one, other, other.read(how, line) == result);
+        expect(result != ReadResult::refused || !one.text.empty(), "a refusal says why");
+    }
+}
+
+void read_buffer(std::uint8_t how, std::string_view content) {
+    const std::vector<std::uint8_t> bytes(content.begin(), content.end());
+    const std::uint32_t direction = (how & bit_to_dhs) != 0 ? ztdecode::to_dhs : ztdecode::from_dhs;
+    Reader one(how);
+    Reader other(how);
+    const ReadResult result = decode_bin_lng2(one.session, bytes, direction, one.text);
+    expect_same(one, other, decode_bin_lng2(other.session, bytes, direction, other.text) == result);
+    expect(result != ReadResult::decoded || bytes.empty() || one.text.view().ends_with('\n'),
+           "every text ends in a newline");
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    if (size == 0) return 0;
+    const std::string content(data + 1, data + size);
+    if ((data[0] & 7) == 7) {
+        read_buffer(data[0], content);
+    } else {
+        read_lines(data[0], content);
+    }
+    return 0;
+}
