@@ -7,6 +7,11 @@ if(NOT tool_main IN_LIST tool_sources)
 endif()
 list(REMOVE_ITEM tool_sources ${tool_main})
 
+set_source_files_properties(
+    ${PROJECT_SOURCE_DIR}/tool/layout.cpp
+    ${PROJECT_SOURCE_DIR}/tool/trace.cpp
+    PROPERTIES COMPILE_OPTIONS "${ZTDECODE_HOT_OPTIONS}")
+
 add_executable(ztdecode_tool ${tool_main})
 set_target_properties(ztdecode_tool PROPERTIES OUTPUT_NAME ztdecode)
 target_link_libraries(ztdecode_tool PRIVATE ztdecode_core)
@@ -15,4 +20,9 @@ if(tool_sources)
     target_link_libraries(ztdecode_tool_parts PUBLIC ztdecode_core)
     target_compile_definitions(ztdecode_tool_parts PRIVATE ZTDECODE_VERSION="${PROJECT_VERSION}")
     target_link_libraries(ztdecode_tool PRIVATE ztdecode_tool_parts)
+endif()
+
+if(NOT ZTDECODE_SANITIZED)
+    # Start-up is quicker and memory less with the C++ runtime inside.
+    target_link_options(ztdecode_tool PRIVATE LINKER:--gc-sections -static-libstdc++ -static-libgcc)
 endif()

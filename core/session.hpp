@@ -56,10 +56,11 @@ struct DigitalState {
     std::int32_t s0_to_system_total = 0;
     std::int32_t s0_from_system_total = 0;
     // Super messages of modules. All of them write to one place, so that an inner one writes over the outer one's text.
-    unsigned super_depth = 0;     // those being walked inside each other right now
-    std::size_t super_cost = 0;   // of the outermost one and all inside it so far
-    bool super_ended = false;     // one has ended inside the part that is being decoded; set back before each part
-    std::string super_message;    // the text of the inner one that ended last
+    unsigned super_depth = 0;          // those being walked inside each other right now
+    std::size_t super_cost = 0;        // of the outermost one and all inside it so far
+    std::size_t super_complaints = 0;  // characters that they wrote to standard error
+    bool super_ended = false;          // one ended inside the part that was decoded last
+    std::string super_message;         // the text of the inner one that ended last
     // A set emulation of a module is being decoded, and it turned out to carry another one.
     bool emulation_open = false;
     bool emulation_inside = false;

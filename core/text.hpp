@@ -1,8 +1,5 @@
 #pragma once
 
-#include <fmt/compile.h>
-
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -11,39 +8,8 @@
 #include <string_view>
 #include <type_traits>
 
+#include "core/format.hpp"
 #include "core/message.hpp"
-
-namespace ztdecode {
-
-using namespace fmt::literals;  // "..."_cf: a format that the compiler takes apart
-
-// A string among the arguments of a format.
-struct Characters {
-    std::string_view text;
-};
-
-}  // namespace ztdecode
-
-// The characters as they stand, with blanks behind them up to the width of "{:<15}". {fmt} itself pads to columns of a
-// terminal; counting those takes longer than all the rest.
-template <>
-struct fmt::formatter<ztdecode::Characters> {
-    std::size_t width = 0;
-
-    constexpr auto parse(fmt::format_parse_context& format) {
-        auto at = format.begin();
-        if (at == format.end() || *at != '<') return at;
-        for (++at; *at >= '0' && *at <= '9'; ++at) width = 10 * width + static_cast<std::size_t>(*at - '0');
-        return at;
-    }
-
-    template <class Context>
-    auto format(const ztdecode::Characters& characters, Context& context) const {
-        const std::string_view text = characters.text;
-        char* end = context.out() + text.copy(context.out(), text.size());
-        return width > text.size() ? std::fill_n(end, width - text.size(), ' ') : end;
-    }
-};
 
 namespace ztdecode {
 
@@ -93,19 +59,13 @@ public:
     // Writes a format with its arguments: integers, string_views and characters that are not zero.
     template <class Format, class... Args>
     void print(const Format& format, const Args&... args) {
-        char* at = room(literal_size<Format>() + (std::size_t{0} + ... + bound(args)));
-        size_ = static_cast<std::size_t>(fmt::format_to(at, format, argument(args)...) - bytes_.get());
-    }
-
-    // The most characters that the words of a format take: replacement fields only make it shorter.
-    template <class Format>
-    static constexpr std::size_t literal_size() noexcept {
-        return static_cast<fmt::basic_string_view<char>>(Format()).size();
+        char* at = room(format_bound(format, args...));
+        size_ = static_cast<std::size_t>(write_format(at, format, args...) - bytes_.get());
     }
 
     // "%.2x" and "%.2X" of one byte.
-    void hex(std::uint8_t byte) { two_digits(byte, "0123456789abcdef"); }
-    void HEX(std::uint8_t byte) { two_digits(byte, "0123456789ABCDEF"); }
+    void hex(std::uint8_t byte) { two_digits(byte, lower_case_digits); }
+    void HEX(std::uint8_t byte) { two_digits(byte, upper_case_digits); }
 
     // Bytes first ... first+n-1 of the message as characters, as they stand; a zero byte ends the piece.
     void copy(const Message& m, std::size_t first, std::size_t n) {
@@ -148,24 +108,6 @@ private:
         size_ += 2;
     }
 
-    template <class T>
-    static constexpr auto argument(const T& arg) noexcept {
-        if constexpr (std::is_convertible_v<const T&, std::string_view>) {
-            return Characters{arg};
-        } else {
-            return arg;
-        }
-    }
-    // The most characters that an argument takes; the longest padding in use is 18.
-    template <class T>
-    static constexpr std::size_t bound(const T& arg) noexcept {
-        if constexpr (std::is_convertible_v<const T&, std::string_view>) {
-            return std::string_view(arg).size() + 18;
-        } else {
-            static_assert(std::is_integral_v<T>, "a text has integers and strings for arguments");
-            return 24;
-        }
-    }
     struct Freed {
         void operator()(char* p) const noexcept { std::free(p); }  // NOLINT: memory that realloc gave
     };

@@ -15,23 +15,16 @@ class ShortText {
 public:
     template <class Format, class... Args>
     explicit ShortText(const Format& format, const Args&... args) {
-        char* end = nullptr;
-        if constexpr ((std::is_integral_v<Args> && ...)) {
-            static_assert(longest_number * sizeof...(Args) + Text::literal_size<Format>() <= capacity);
-            end = fmt::format_to(text_.data(), format, args...);
-        } else {
-            end = fmt::format_to_n(text_.data(), capacity, format, args...).out;
-        }
+        char* end = format_bound(format, args...) <= text_.size()
+                        ? write_format(text_.data(), format, args...)
+                        : fmt::format_to_n(text_.data(), text_.size(), format, args...).out;
         size_ = static_cast<std::size_t>(end - text_.data());
     }
     explicit ShortText(std::string_view words) { size_ = words.copy(text_.data(), text_.size()); }
     std::string_view view() const noexcept { return {text_.data(), size_}; }
 
 private:
-    static constexpr std::size_t capacity = 256;
-    static constexpr std::size_t longest_number = 24;
-
-    std::array<char, capacity> text_;
+    std::array<char, 256> text_;
     std::size_t size_;
 };
 

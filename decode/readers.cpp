@@ -7,7 +7,7 @@ namespace ztdecode {
 
 namespace {
 
-constexpr std::uint8_t no_digit = 16;
+constexpr std::uint8_t no_digit = 16;  // a bit that no digit's value has
 
 consteval std::array<std::uint8_t, 256> digit_values() {
     std::array<std::uint8_t, 256> values{};
@@ -41,34 +41,56 @@ char character(Line line, std::size_t column) {
 }
 
 // A field: two hexadecimal digits, and every further digit behind them counts as well. Values above 31 bits are very
-// large; their low byte is that of strtol, which stops at its largest number.
+// large; the low byte of one above 63 bits is 0xff, as strtol has it, which stops at its largest number.
 struct Field {
     std::int64_t value;
     std::uint8_t low;
 };
 
-Field long_field(Line line, std::size_t at) {
-    const long long v = std::strtoll(line.text + at, nullptr, 16);
-    return {std::min<std::int64_t>(v, very_large), static_cast<std::uint8_t>(v & 0xFF)};
-}
+// The row of digits that a long field was met in last. Every third digit of a row starts a field that reaches to its end;
+// fields are asked for from left to right, and so each row is gone through once.
+class DigitRow {
+  public:
+    Field from(Line line, std::size_t at) {
+        if (at >= end_) find(line, at);
+        std::uint64_t value = 0;
+        for (std::size_t k = end_ - std::min(end_ - at, most_digits); k < end_; ++k) {
+            value = value << 4 | hex_digit(line.text[k]);
+        }
+        if (at < too_large_ || value >> 63 != 0) return {very_large, 0xFF};
+        return {std::min(static_cast<std::int64_t>(value), very_large), static_cast<std::uint8_t>(value)};
+    }
+
+  private:
+    static constexpr std::size_t most_digits = 16;  // of 64 bits
+
+    void find(Line line, std::size_t at) {
+        for (end_ = at; hex_digit(line.text[end_]) != no_digit;) ++end_;
+        too_large_ = end_ - std::min(end_ - at, most_digits);
+        while (too_large_ > at && line.text[too_large_ - 1] == '0') --too_large_;
+    }
+
+    std::size_t end_ = 0;
+    std::size_t too_large_ = 0;  // a field that starts before this has a digit that counts and stands too far left
+};
 
 // No digit stands behind the line: the zero at its end stops the look at the next column.
-inline Field hex_pair(Line line, std::size_t at) {
+inline Field hex_pair(Line line, std::size_t at, DigitRow& row) {
     if (at >= line.length) return {not_hex, 0xFF};
     const char* column = line.text + at;
-    const std::uint8_t high = hex_digit(column[0]);
-    if (high == no_digit) return {not_hex, 0xFF};
-    const std::uint8_t low = hex_digit(column[1]);
-    if (low == no_digit) return {not_hex, 0xFF};
-    if (hex_digit(column[2]) != no_digit) return long_field(line, at);
-    const auto value = static_cast<std::uint8_t>(high << 4 | low);
-    return {value, value};
+    const unsigned high = hex_digit(column[0]);
+    const unsigned low = hex_digit(column[1]);
+    if (((high | low) & no_digit) != 0) return {not_hex, 0xFF};
+    if (hex_digit(column[2]) != no_digit) return row.from(line, at);
+    const unsigned value = high << 4 | low;
+    return {value, static_cast<std::uint8_t>(value)};
 }
 
 // A number column as strtol reads it in base 16: white space, sign and "0x" in front are fine, nothing is 0.
 std::int64_t number(Line line, std::size_t column) {
     if (column >= line.length) return 0;
-    const std::int64_t pair = hex_pair(line, column).value;
+    DigitRow row;
+    const std::int64_t pair = hex_pair(line, column, row).value;
     if (pair != not_hex) return pair;
     return std::min<std::int64_t>(std::strtoll(line.text + column, nullptr, 16), very_large);
 }
@@ -107,11 +129,26 @@ ReadResult LineReader::decode_record(std::uint64_t length, std::uint32_t directi
                                                                               : ReadResult::unknown_class;
 }
 
+// Reads up to n fields into the record, as long as they are two digits each, as nearly all are. Gives their number.
+std::size_t LineReader::read_plain_fields(Line line, std::size_t column, std::size_t n) {
+    const std::size_t present = column < line.length ? (line.length - column + 1) / 3 : 0;
+    n = std::min(n, present);
+    const char* field = line.text + column;
+    for (std::size_t i = 0; i < n; ++i, field += 3) {
+        const unsigned high = hex_digit(field[0]);
+        const unsigned low = hex_digit(field[1]);
+        if (((high | low) & no_digit) != 0 || hex_digit(field[2]) != no_digit) return i;
+        record_[i] = static_cast<std::uint8_t>(high << 4 | low);
+    }
+    return n;
+}
+
 // "LL B0 B1 ... Bn". 255 bytes are accepted though the refusal speaks of 256.
 ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
     const std::size_t begin = out.size();
     if (text.length < 2) return refuse(out, begin, "line: really too short");
-    const std::int64_t n = hex_pair(text, 0).value;
+    DigitRow row;
+    const std::int64_t n = hex_pair(text, 0, row).value;
     if (n == not_hex || n == 0) return refuse(out, begin, "line does not start with length byte");
     if (n > 255) return refuse(out, begin, "line: longueur > 256");
     const auto count = static_cast<std::size_t>(n);
@@ -119,8 +156,8 @@ ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
         out.print("line too short: expected: {}, real: {}"_cf, 3 * n + 2, text.length);
         return ReadResult::refused;
     }
-    for (std::size_t i = 0; i < count; ++i) {
-        const Field byte = hex_pair(text, 3 + 3 * i);
+    for (std::size_t i = read_plain_fields(text, 3, count); i < count; ++i) {
+        const Field byte = hex_pair(text, 3 + 3 * i, row);
         if (byte.value == not_hex) return refuse(out, begin, "line1: ill formed hex value");
         record_[i] = byte.low;
     }
@@ -133,9 +170,10 @@ ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) 
     const std::size_t total = text.length;
     if (total < 5) return refuse(out, begin, "line_lng2: line really too short");
     if (total == 5) return ReadResult::decoded;
+    DigitRow row;
     for (std::size_t at = 0;;) {
-        const std::int64_t low = hex_pair(text, at).value;
-        const std::int64_t high = hex_pair(text, at + 3).value;
+        const std::int64_t low = hex_pair(text, at, row).value;
+        const std::int64_t high = hex_pair(text, at + 3, row).value;
         if (low == not_hex || high == not_hex) return ReadResult::decoded;
         const std::int64_t n = low + 256 * high;
         if (n == 0) return refuse(out, begin, "line does not start with 2 length bytes");
@@ -144,8 +182,9 @@ ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) 
             out.cut(begin);
             out.print("line too short: expected: {}, real: {}, padded with 0xff\n\n"_cf, 3 * n + 5, total);
         }
-        for (std::size_t i = 0; i < std::min<std::uint64_t>(count, message_capacity); ++i) {
-            record_[i] = hex_pair(text, at + 6 + 3 * i).low;
+        const auto kept = static_cast<std::size_t>(std::min<std::uint64_t>(count, message_capacity));
+        for (std::size_t i = read_plain_fields(text, at + 6, kept); i < kept; ++i) {
+            record_[i] = hex_pair(text, at + 6 + 3 * i, row).low;
         }
         const ReadResult result = decode_record(count, direction, out);
         if (result != ReadResult::decoded) return result;

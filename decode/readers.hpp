@@ -46,6 +46,7 @@ public:
     ReadResult line_any_length(Line text, std::uint32_t direction, Text& out);
 
 private:
+    std::size_t read_plain_fields(Line line, std::size_t column, std::size_t n);
     ReadResult decode_record(std::uint64_t length, std::uint32_t direction, Text& out);
 
     Session& session_;

@@ -230,7 +230,7 @@ void reset_and_status_report(Session& session, Message& m, Text& out) {
 void version_response(Session& /*session*/, Message& m, Text& out) {
     const bool adapter = m[1] != 0;
     out.print("version response {}, {} {}"_cf, adapter ? " TA" : " poste= ",
-              adapter ? std::string_view() : type_poste(m[4]), version_logiciel("soft", m[2], m[3]).view());
+              adapter ? std::string_view("") : type_poste(m[4]), version_logiciel("soft", m[2], m[3]).view());
 }
 
 // byte 1: step   2: acknowledgement, packet number in bytes 2, 3, code in byte 4

@@ -1,5 +1,8 @@
 #include "decode/readers.hpp"
 
+#include <cstdlib>
+#include <random>
+
 #include "decode/rows.hpp"
 
 // The readers of trace lines and buffers. Most lines carry a message of one byte: to the system 01 is
@@ -257,6 +260,52 @@ TEST(LineLng2, LongFields) {
     // 0x101 as high one: 1 + 256 * 257 bytes, and the message starts at " 1".
     EXPECT_EQ(r.line_lng2("01 101 18 41", 0),
               "line too short: expected: 197384, real: 12, padded with 0xff\n\n\t- ERR: message inconnu");
+}
+
+// Keeps the bytes of each message instead of decoding it.
+Outcome keep(void* context, Session& /*session*/, Message& m, Text& /*out*/) {
+    auto& messages = *static_cast<std::vector<std::vector<std::uint8_t>>*>(context);
+    auto& data = messages.emplace_back(m.length());
+    for (std::uint32_t k = 0; k < m.length(); ++k) data[k] = m[k];
+    return Outcome::decoded;
+}
+
+std::uint8_t low_byte(const std::string& line, std::size_t column) {
+    auto digit = [&](std::size_t k) { return k < line.size() && hex_digit(line[k]) < 16; };
+    if (!digit(column) || !digit(column + 1)) return 0xFF;
+    return static_cast<std::uint8_t>(std::strtoll(line.c_str() + column, nullptr, 16));
+}
+
+// Lines of digits and few separators, each field against what strtol has to say of it.
+TEST(LineLng2, FieldsOfAnyLength) {
+    std::mt19937 random(4711);
+    for (int i = 0; i < 300; ++i) {
+        const std::string_view pool = random() % 2 == 0 ? "0000000f" : "0123456789abcdefABCDEF000000 ";
+        std::string line = "64 00 ";  // 100 bytes
+        for (int k = 0; k < 299; ++k) line += random() % 40 == 0 ? ' ' : pool[random() % pool.size()];
+        std::vector<std::vector<std::uint8_t>> messages;
+        Decoding d;
+        LineReader reader(d.session(), LineReader::Behind::zeros, keep, &messages);
+        Text out;
+        EXPECT_EQ(reader.line_lng2({line.c_str(), line.size()}, 0, out), decoded);
+        ASSERT_EQ(messages.size(), 1U);
+        ASSERT_EQ(messages[0].size(), 100U);
+        for (std::size_t k = 0; k < 100; ++k)
+            ASSERT_EQ(messages[0][k], low_byte(line, 6 + 3 * k)) << line << " " << k;
+    }
+}
+
+// A row of digits without end is gone through once, not once for each of its fields.
+TEST(LineLng2, AVeryLongRowOfDigits) {
+    Reading r;
+    // All fields end in the same 01: messages of 1 + 256 bytes, 777 columns apart, the last one with 400
+    // columns left.
+    const std::size_t columns = 777 * 1287 + 400;
+    const std::string text = r.line_lng2("01 01 " + std::string(columns - 8, '0') + "01", 1);
+    EXPECT_EQ(r.result, decoded);
+    EXPECT_EQ(text, repeated("\t- handset off hook\n", 1287) + "\t- handset off hook");
+    EXPECT_EQ(r.line_lng2("01 00 " + std::string(1000000, 'f'), 1).substr(0, 16), "line too short: ");
+    EXPECT_EQ(r.line("ff " + std::string(1000000, '0') + "1", 1), "\t- handset off hook");
 }
 
 TEST(LineLng2, LengthsAreLowByteFirst) {

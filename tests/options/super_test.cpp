@@ -29,7 +29,7 @@ std::vector<std::string> parts_of(std::string_view hex, std::size_t extra = 0) {
         for (std::size_t k = 0; k < part.length() + extra; ++k) text += fmt::format(" {:02x}", part[k]);
         result.push_back(text);
     };
-    sub_super(d.session(), Message(data), note, out);
+    sub_super_for_host(d.session(), Message(data), note, out);
     return result;
 }
 
@@ -130,7 +130,7 @@ TEST(SubSuper, MessageWithoutAnyPartHasALine) {
     const auto nothing = [](Session&, const Message& part, Text& text) {
         text.print("{}"_cf, part.length());
     };
-    sub_super(d.session(), Message(bytes("")), nothing, out);
+    sub_super_for_host(d.session(), Message(bytes("")), nothing, out);
     // Count 0 less 1 is 255, and so on down to 2.
     EXPECT_EQ(out.view(), "super message\n" + lines("\t\t- 2\n", 254));
     EXPECT_EQ(d.error, drop_error(1, 0) + lines(drop_error(1, 0) + drop_error(1, 0), 254));
@@ -156,7 +156,7 @@ TEST(SubSuper, InnerTextStandsInPlaceOfTheOuterOneAndThenAgain) {
 }
 
 TEST(SubSuper, InnerTextInAnEmulatedMessageStandsInPlaceOfTheOuterOneToo) {
-    expect_texts(decode_mpc, {{"04 10 0b 01 21 07 26 04 10 0b 01 20 00 01 22",
+    expect_texts(decode_mpc, {{"04 10 0b 01 21 06 26 04 10 0b 01 20 01 22",
                                "super message\n"
                                "\t\t- I'm here\n"
                                "VTA emulation: [opt mac/pc adr 0] super message\n"
@@ -229,7 +229,7 @@ class PlainWalk {
         return text_;
     }
     // Too many parts to go on with.
-    bool given_up() const { return parts_ > 20000; }
+    bool given_up() const { return parts_ > 300000; }
     std::string errors;
 
   private:
@@ -291,7 +291,10 @@ bool agrees_with_plain_walk(ModuleDecoder decoder, const std::vector<std::uint8_
     Text out;
     decoder(d.session(), Message(data), out);
     EXPECT_EQ(out.view(), expected) << fmt::format("{:02x}", fmt::join(data, " "));
-    EXPECT_EQ(d.error, plain.errors) << fmt::format("{:02x}", fmt::join(data, " "));
+    // Complaints end behind a million characters.
+    if (plain.errors.size() < 1000000) {
+        EXPECT_EQ(d.error, plain.errors) << fmt::format("{:02x}", fmt::join(data, " "));
+    }
     return true;
 }
 

@@ -1,0 +1,123 @@
+#pragma once
+
+#include <fmt/compile.h>
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <string_view>
+#include <type_traits>
+
+// Formats of texts: "..."_cf literals that the compiler takes apart, with integers and strings for arguments.
+// {fmt} does the work, but for what nearly every text has: strings, and bytes of messages.
+
+namespace ztdecode {
+
+using namespace fmt::literals;
+
+struct Characters {
+    std::string_view text;
+};
+struct Byte {
+    std::uint8_t value;
+};
+
+inline constexpr char lower_case_digits[] = "0123456789abcdef";
+inline constexpr char upper_case_digits[] = "0123456789ABCDEF";
+
+}  // namespace ztdecode
+
+// The characters as they stand, with blanks behind them up to the width of "{:<15}". {fmt} itself would count
+// columns of a terminal, which takes longer than all the rest.
+template <>
+struct fmt::formatter<ztdecode::Characters> {
+    std::size_t width = 0;
+
+    constexpr auto parse(fmt::format_parse_context& spec) {
+        auto at = spec.begin();
+        if (at == spec.end() || *at != '<') return at;
+        for (++at; *at >= '0' && *at <= '9'; ++at) width = 10 * width + static_cast<std::size_t>(*at - '0');
+        return at;
+    }
+
+    template <class Context>
+    auto format(const ztdecode::Characters& characters, Context& context) const {
+        const std::string_view text = characters.text;
+        char* end = context.out() + text.copy(context.out(), text.size());
+        return width > text.size() ? std::fill_n(end, width - text.size(), ' ') : end;
+    }
+};
+
+// "{:02x}", "{:02X}" and "{}"; any other way goes the way of all numbers.
+template <>
+struct fmt::formatter<ztdecode::Byte> : fmt::formatter<std::uint8_t> {
+    const char* digits = nullptr;
+    bool other_way = false;
+
+    constexpr auto parse(fmt::format_parse_context& spec) {
+        const std::string_view text(spec.begin(), static_cast<std::size_t>(spec.end() - spec.begin()));
+        if (text.starts_with("02x}")) digits = ztdecode::lower_case_digits;
+        if (text.starts_with("02X}")) digits = ztdecode::upper_case_digits;
+        if (digits != nullptr) return spec.begin() + 3;
+        other_way = true;
+        return fmt::formatter<std::uint8_t>::parse(spec);
+    }
+
+    template <class Context>
+    auto format(const ztdecode::Byte& byte, Context& context) const {
+        using namespace fmt::literals;
+        if (other_way) return fmt::formatter<std::uint8_t>::format(byte.value, context);
+        char* at = context.out();
+        if (digits == nullptr) return fmt::format_to(at, "{}"_cf, unsigned{byte.value});
+        *at++ = digits[byte.value >> 4];
+        *at++ = digits[byte.value & 15];
+        return at;
+    }
+};
+
+namespace ztdecode {
+
+namespace format_detail {
+
+template <class T>
+inline constexpr bool is_string = std::is_convertible_v<const T&, std::string_view>;
+
+// The longest padding in use is 18.
+template <class T>
+constexpr std::size_t bound(const T& arg) noexcept {
+    if constexpr (is_string<T>) {
+        return std::string_view(arg).size() + 18;
+    } else {
+        static_assert(std::is_integral_v<T>, "a text has integers and strings for arguments");
+        return 24;
+    }
+}
+
+template <class T>
+constexpr auto argument(const T& arg) noexcept {
+    if constexpr (is_string<T>) {
+        return Characters{arg};
+    } else if constexpr (std::is_same_v<T, std::uint8_t>) {
+        return Byte{arg};
+    } else {
+        return arg;
+    }
+}
+
+}  // namespace format_detail
+
+// The most characters that the format takes with these arguments: replacement fields make the literal only
+// shorter.
+template <class Format, class... Args>
+constexpr std::size_t format_bound(const Format& /*format*/, const Args&... args) noexcept {
+    return static_cast<fmt::basic_string_view<char>>(Format()).size() +
+           (std::size_t{0} + ... + format_detail::bound(args));
+}
+
+// Writes it where there is room for all of it. Gives the end.
+template <class Format, class... Args>
+char* write_format(char* at, const Format& format, const Args&... args) {
+    return fmt::format_to(at, format, format_detail::argument(args)...);
+}
+
+}  // namespace ztdecode
