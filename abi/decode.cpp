@@ -35,7 +35,8 @@ Line as_line(const char* text) {
 
 using Reading = ReadResult (LineReader::*)(Line, std::uint32_t, Text&);
 
-// A refusal and the texts of lines with two length bytes stay in `buffer`, a decoded message goes to the heap.
+// A refusal and the texts of lines with two length bytes stay in `buffer`, a decoded message goes to the
+// heap.
 const char* read_line(Text& buffer, Reading reading, bool owned_by_caller, Line text, std::uint32_t direction,
                       const char* without_memory = empty_text) {
     try {
@@ -55,7 +56,8 @@ const char* line_one_byte(Line text, std::uint32_t direction) {
 
 const char* line_two_bytes(Line text, std::uint32_t direction) {
     static KeptText buffer;
-    return read_line(buffer, &LineReader::line_lng2, false, text, direction, "line_lng2: malloc output error");
+    return read_line(buffer, &LineReader::line_lng2, false, text, direction,
+                     "line_lng2: malloc output error");
 }
 
 }  // namespace
@@ -78,7 +80,8 @@ void decale(MessageRecord* record, int n) {
     if (record == nullptr) return;
     const auto dropped = static_cast<std::uint32_t>(n);
     if (record->length < dropped) {
-        std::fprintf(stderr, "decalage incorrect: demandé: %d, disponible: %d\n", n, static_cast<int>(record->length));
+        std::fprintf(stderr, "decalage incorrect: demandé: %d, disponible: %d\n", n,
+                     static_cast<int>(record->length));
         record->length = 0;
         return;
     }
@@ -89,7 +92,8 @@ void decale(MessageRecord* record, int n) {
 }
 
 MessageRecord* msgdup(const MessageRecord* record) {
-    auto* copy = static_cast<MessageRecord*>(std::malloc(sizeof(MessageRecord)));  // NOLINT: the host frees it
+    auto* copy =
+        static_cast<MessageRecord*>(std::malloc(sizeof(MessageRecord)));  // NOLINT: the host frees it
     if (copy == nullptr) {
         std::fputs("memory exhausted\n", stderr);
         std::exit(1);  // NOLINT(concurrency-mt-unsafe): what the contract says
@@ -141,9 +145,12 @@ const char* line_spzt(const char* text) {
     static KeptText refusal;
     const Line all = as_line(text);
     switch (spzt_body(all)) {
-        case SpztBody::one_length_byte: return line_one_byte(spzt_line(all), spzt_direction(all));
-        case SpztBody::two_length_bytes: return line_two_bytes(spzt_line(all), spzt_direction(all));
-        default: return in_own_buffer(refusal, [&](Session&, Text& out) { refuse_spzt(all, out); });
+        case SpztBody::one_length_byte:
+            return line_one_byte(spzt_line(all), spzt_direction(all));
+        case SpztBody::two_length_bytes:
+            return line_two_bytes(spzt_line(all), spzt_direction(all));
+        default:
+            return in_own_buffer(refusal, [&](Session&, Text& out) { refuse_spzt(all, out); });
     }
 }
 

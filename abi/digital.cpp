@@ -18,12 +18,8 @@ char* decoded_on_heap(MessageRecord* record,
 
 extern "C" {
 
-char* rn2dhs(MessageRecord* record) {
-    return decoded_on_heap(record, ztdecode::rn2dhs);
-}
+char* rn2dhs(MessageRecord* record) { return decoded_on_heap(record, ztdecode::rn2dhs); }
 
-char* dhs2rn(MessageRecord* record) {
-    return decoded_on_heap(record, ztdecode::dhs2rn);
-}
+char* dhs2rn(MessageRecord* record) { return decoded_on_heap(record, ztdecode::dhs2rn); }
 
 }  // extern "C"

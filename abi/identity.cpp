@@ -9,17 +9,11 @@ using ztdecode::Text;
 
 extern "C" {
 
-const char* type_poste(std::uint32_t code) {
-    return ztdecode::type_poste(code).data();
-}
+const char* type_poste(std::uint32_t code) { return ztdecode::type_poste(code).data(); }
 
-const char* design_poste(int value) {
-    return ztdecode::design_poste(value).data();
-}
+const char* design_poste(int value) { return ztdecode::design_poste(value).data(); }
 
-const char* ring_cadence(std::uint32_t code) {
-    return ztdecode::ring_cadence(code).data();
-}
+const char* ring_cadence(std::uint32_t code) { return ztdecode::ring_cadence(code).data(); }
 
 // A host's label may be of any length.
 const char* version_logiciel(const char* label, std::uint32_t major, std::uint32_t minor) {
@@ -49,16 +43,14 @@ const char* dec_warn(std::uint32_t code) {
 
 const char* audio_config(MessageRecord record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, &record,
-                                 [](Session& s, Message& m, Text& out) { ztdecode::audio_config(s, m, out); });
+    return decoded_in_own_buffer(
+        buffer, &record, [](Session& s, Message& m, Text& out) { ztdecode::audio_config(s, m, out); });
 }
 
 int inListAudioOpcodes(int direction, std::uint8_t type) {
     return ztdecode::inListAudioOpcodes(session(), static_cast<std::uint32_t>(direction), type) ? 1 : 0;
 }
 
-const char* download(MessageRecord /*record*/) {
-    return "download";
-}
+const char* download(MessageRecord /*record*/) { return "download"; }
 
 }  // extern "C"

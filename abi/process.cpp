@@ -16,7 +16,7 @@ namespace ztdecode::abi {
 namespace {
 
 class StandardStreams : public SideChannel {
-public:
+  public:
     void standard_output(std::string_view text) override { std::fwrite(text.data(), 1, text.size(), stdout); }
     void standard_error(std::string_view text) override { std::fwrite(text.data(), 1, text.size(), stderr); }
 };

@@ -8,8 +8,8 @@
 #include "core/session.hpp"
 #include "ztdecode.h"
 
-// What the functions of the C interface share: the process-wide session, views on the host's records, and the three
-// ways in which a text goes out (a buffer of the function's own, the heap, a constant).
+// What the functions of the C interface share: the process-wide session, views on the host's records, and the
+// three ways in which a text goes out (a buffer of the function's own, the heap, a constant).
 
 namespace ztdecode::abi {
 
@@ -26,12 +26,12 @@ void put_back(const Message& m, MessageRecord& record) noexcept;
 // The text as a heap block that the caller frees; null when there is no memory.
 char* heap_copy(std::string_view text) noexcept;
 
-// An object-protocol message named a class that does not exist: what was decoded goes to the application buffer, and
-// the process ends with status -1.
+// An object-protocol message named a class that does not exist: what was decoded goes to the application
+// buffer, and the process ends with status -1.
 [[noreturn]] void end_for_unknown_class(const Text& text) noexcept;
 
-// Runs `write`, which writes a text into `buffer` from its beginning, and gives the text as a C string. Nothing thrown
-// leaves: without memory the text is empty.
+// Runs `write`, which writes a text into `buffer` from its beginning, and gives the text as a C string.
+// Nothing thrown leaves: without memory the text is empty.
 template <class Write>
 const char* in_own_buffer(Text& buffer, Write write) noexcept {
     try {
@@ -48,7 +48,8 @@ const char* in_own_buffer(Text& buffer, Write write) noexcept {
     }
 }
 
-// The same for a decoder of the host's record; `status`, `route` and `reserved` of the record become the decoder's.
+// The same for a decoder of the host's record; `status`, `route` and `reserved` of the record become the
+// decoder's.
 template <class Decoder>
 const char* decoded_in_own_buffer(Text& buffer, MessageRecord* record, Decoder decoder) noexcept {
     if (record == nullptr) return "";

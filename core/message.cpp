@@ -12,8 +12,9 @@ Message Message::without_record(std::span<const std::uint8_t> bytes) noexcept {
     return m;
 }
 
-// Dropping leading bytes moves only the bytes of the message down; those behind its new end stay where they were. So a
-// byte below the length is the ancestor's byte `shift_` further on, and any other one its byte of the same number.
+// Dropping leading bytes moves only the bytes of the message down; those behind its new end stay where they
+// were. So a byte below the length is the ancestor's byte `shift_` further on, and any other one its byte of
+// the same number.
 std::uint8_t Message::indirect(std::size_t k) const noexcept {
     if (provenance_ != nullptr) {
         provenance_->read(k < length_ ? origin_ + static_cast<std::uint32_t>(k) : Provenance::behind_the_end,

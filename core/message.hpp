@@ -34,15 +34,17 @@ enum Route : std::uint32_t {
 
 // One message as the decoders read it: a view on bytes that somebody else keeps.
 //
-// Byte k is always readable: behind `length` it is the record's byte as it stands (0 in a fresh record, what `decale`
-// left behind a shortened message otherwise), and 0 behind the bytes that exist.
+// Byte k is always readable: behind `length` it is the record's byte as it stands (0 in a fresh record, what
+// `decale` left behind a shortened message otherwise), and 0 behind the bytes that exist.
 //
-// A view made by `without_first` reads the bytes behind its end through the message it was made from, which must outlive
-// it; that is how dropped leading bytes leave the tail of a record where it was without moving anything.
+// A view made by `without_first` reads the bytes behind its end through the message it was made from, which
+// must outlive it; that is how dropped leading bytes leave the tail of a record where it was without moving
+// anything.
 class Message {
-public:
-    // A message of `length` bytes, of which `extent` are found at `bytes`: more than `length` where the record's bytes
-    // behind the message are to show, fewer where the others are to read as 0. Both are cut to the capacity.
+  public:
+    // A message of `length` bytes, of which `extent` are found at `bytes`: more than `length` where the
+    // record's bytes behind the message are to show, fewer where the others are to read as 0. Both are cut to
+    // the capacity.
     Message(const std::uint8_t* bytes, std::size_t length, std::size_t extent) noexcept
         : bytes_(bytes),
           length_(within_capacity(length)),
@@ -53,7 +55,8 @@ public:
     explicit Message(std::span<const std::uint8_t> bytes) noexcept
         : Message(bytes.data(), bytes.size(), bytes.size()) {}
 
-    // Bytes that come in no record: all of them are the message, however many, and the bytes behind its end are 0.
+    // Bytes that come in no record: all of them are the message, however many, and the bytes behind its end
+    // are 0.
     static Message without_record(std::span<const std::uint8_t> bytes) noexcept;
 
     std::uint8_t operator[](std::size_t k) const noexcept { return k < direct_ ? bytes_[k] : indirect(k); }
@@ -67,16 +70,18 @@ public:
 
     // The message without its first n bytes, n <= length(). *this must outlive the result.
     Message without_first(std::uint32_t n) const noexcept;
-    // The same bytes under another length; bytes that this brings into the message are those that stood behind it.
-    // *this must outlive the result.
+    // The same bytes under another length; bytes that this brings into the message are those that stood
+    // behind it. *this must outlive the result.
     Message with_length(std::uint32_t n) const noexcept;
     // Bytes first ... first+n-1, all below length(), as a message in a fresh record.
     // *this must outlive the result where those bytes came in by a longer length.
     Message part(std::uint32_t first, std::uint32_t n) const noexcept;
 
-    // The bytes of the message that lie in memory one behind the other: all, but for those that have to be 0 because
-    // there are none.
-    std::span<const std::uint8_t> bytes() const noexcept { return {bytes_, length_ < covered_ ? length_ : covered_}; }
+    // The bytes of the message that lie in memory one behind the other: all, but for those that have to be 0
+    // because there are none.
+    std::span<const std::uint8_t> bytes() const noexcept {
+        return {bytes_, length_ < covered_ ? length_ : covered_};
+    }
 
     // Lets `provenance` note every byte that is read from here on (null: off). Sub-messages inherit it.
     void observe(Provenance* provenance) noexcept;
@@ -86,14 +91,15 @@ public:
     std::uint32_t direction = from_dhs;
     std::uint32_t route = route_digital;
     Status status = Status::none;
-    std::uint16_t reserved = 0;  // carried along; its upper byte is the option type of the module being decoded
+    std::uint16_t reserved =
+        0;  // carried along; its upper byte is the option type of the module being decoded
 
     std::uint8_t option_type() const noexcept { return static_cast<std::uint8_t>(reserved >> 8); }
     void set_option_type(std::uint8_t type) noexcept {
         reserved = static_cast<std::uint16_t>((reserved & 0xFF) | type << 8);
     }
 
-private:
+  private:
     static std::uint32_t within_capacity(std::size_t n) noexcept {
         return static_cast<std::uint32_t>(std::min<std::size_t>(n, message_capacity));
     }
@@ -101,13 +107,13 @@ private:
 
     const std::uint8_t* bytes_;
     std::uint32_t length_;
-    std::uint32_t direct_;              // bytes below this need no second look; 0 while observed
-    std::uint32_t covered_;             // bytes that are found at bytes_; the others are found through before_
-    std::uint32_t shift_ = 0;           // byte k of this message is byte k + shift_ of before_
-    std::uint32_t origin_ = 0;          // offset of byte 0 in the message as it was captured
-    const Message* before_ = nullptr;   // what this one was cut from
+    std::uint32_t direct_;             // bytes below this need no second look; 0 while observed
+    std::uint32_t covered_;            // bytes that are found at bytes_; the others are found through before_
+    std::uint32_t shift_ = 0;          // byte k of this message is byte k + shift_ of before_
+    std::uint32_t origin_ = 0;         // offset of byte 0 in the message as it was captured
+    const Message* before_ = nullptr;  // what this one was cut from
     Provenance* provenance_ = nullptr;
-    bool fresh_ = false;                // behind length_ stands nothing of before_
+    bool fresh_ = false;  // behind length_ stands nothing of before_
     bool reassembled_ = false;
 };
 

@@ -69,9 +69,7 @@ void Provenance::close() {
     open_.begin = open_.end = now;
 }
 
-void Provenance::finish() {
-    close();
-}
+void Provenance::finish() { close(); }
 
 std::vector<ByteRange> Provenance::unused(std::uint32_t length) const {
     std::vector<bool> used(length, false);

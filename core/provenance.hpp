@@ -8,7 +8,8 @@ namespace ztdecode {
 
 class Text;
 
-// A run of message bytes: offsets first ... last in the message as it was captured (or in the reassembled one).
+// A run of message bytes: offsets first ... last in the message as it was captured (or in the reassembled
+// one).
 struct ByteRange {
     std::uint32_t first;
     std::uint32_t last;
@@ -19,15 +20,16 @@ struct ByteRange {
 struct Stretch {
     std::size_t begin = 0;  // offsets in the text
     std::size_t end = 0;
-    std::vector<ByteRange> bytes;   // ascending, apart from each other
-    bool reassembled = false;       // the offsets count in the message put together from segments
-    bool behind_the_end = false;    // a byte was asked for that the message does not have
+    std::vector<ByteRange> bytes;  // ascending, apart from each other
+    bool reassembled = false;      // the offsets count in the message put together from segments
+    bool behind_the_end = false;   // a byte was asked for that the message does not have
 };
 
-// Which bytes each stretch of a text came from. Messages report what is read of them; between two reads the text's size
-// tells whether something was written, so the text sink needs no hook and neither costs anything while nobody asks.
+// Which bytes each stretch of a text came from. Messages report what is read of them; between two reads the
+// text's size tells whether something was written, so the text sink needs no hook and neither costs anything
+// while nobody asks.
 class Provenance {
-public:
+  public:
     static constexpr std::uint32_t behind_the_end = 0xFFFFFFFF;
 
     // Starts anew for the text that is written to `text` from its present end on.
@@ -40,7 +42,7 @@ public:
     // The runs of bytes below `length` that no stretch used.
     std::vector<ByteRange> unused(std::uint32_t length) const;
 
-private:
+  private:
     void close();
 
     const Text* text_ = nullptr;

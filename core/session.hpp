@@ -15,10 +15,10 @@ struct ztdecode_property_record;
 
 namespace ztdecode {
 
-// What decoding writes beside the text. The process-wide session of the C interface prints it on the two standard
-// streams, the command does with it what its options say.
+// What decoding writes beside the text. The process-wide session of the C interface prints it on the two
+// standard streams, the command does with it what its options say.
 class SideChannel {
-public:
+  public:
     SideChannel() = default;
     SideChannel(const SideChannel&) = delete;
     SideChannel& operator=(const SideChannel&) = delete;
@@ -48,14 +48,17 @@ struct Reassembly {
 };
 
 struct DigitalState {
-    // Type of the module at each sub-device address: written by a sub-device message of the set, 31 after its reset.
+    // Type of the module at each sub-device address: written by a sub-device message of the set, 31 after its
+    // reset.
     std::array<std::uint8_t, 8> option_type{};
     Reassembly reassembly;
-    std::string audio_devices;  // device list of the last audio configuration; shows again where a list is empty
+    std::string
+        audio_devices;  // device list of the last audio configuration; shows again where a list is empty
     // Announced number of segments of the S0 modules' messages, one total for each direction.
     std::int32_t s0_to_system_total = 0;
     std::int32_t s0_from_system_total = 0;
-    // Super messages of modules. All of them write to one place, so that an inner one writes over the outer one's text.
+    // Super messages of modules. All of them write to one place, so that an inner one writes over the outer
+    // one's text.
     unsigned super_depth = 0;          // those being walked inside each other right now
     std::size_t super_cost = 0;        // of the outermost one and all inside it so far
     std::size_t super_complaints = 0;  // characters that they wrote to standard error
@@ -84,20 +87,22 @@ struct ObjectSegments {
 };
 
 struct ObjectState {
-    const ztdecode_property_record* properties = nullptr;  // current class's table, set by every class look-up
+    const ztdecode_property_record* properties =
+        nullptr;  // current class's table, set by every class look-up
     ObjectSegments segments;
-    // Called with the text of each object-protocol message of the CS and PRS routes once it is whole, or ends with the
-    // error line of an unknown class.
+    // Called with the text of each object-protocol message of the CS and PRS routes once it is whole, or ends
+    // with the error line of an unknown class.
     void (*on_decoded)(std::string_view text) = nullptr;
 };
 
 enum class Outcome {
     decoded,
-    unknown_class,  // an object-protocol message names a class that does not exist; the text ends with the error line
+    unknown_class,  // an object-protocol message names a class that does not exist; the text ends with the
+                    // error line
 };
 
-// Everything that survives a message. Decoders keep nothing anywhere else, so sessions can decode side by side, each on
-// a thread of its own.
+// Everything that survives a message. Decoders keep nothing anywhere else, so sessions can decode side by
+// side, each on a thread of its own.
 struct Session {
     Switches switches;
     SideChannel* side = nullptr;  // null: side output is dropped

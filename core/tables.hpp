@@ -8,8 +8,9 @@
 
 #include "core/text.hpp"
 
-// Tables are written as rows {code, ...} in ascending order and looked up directly: the compiler lays an index of all
-// codes beside the rows. A table whose rows are out of order, double or too many does not compile.
+// Tables are written as rows {code, ...} in ascending order and looked up directly: the compiler lays an
+// index of all codes beside the rows. A table whose rows are out of order, double or too many does not
+// compile.
 
 namespace ztdecode {
 
@@ -46,7 +47,7 @@ consteval std::array<std::uint8_t, 256> index_of(const std::array<Row, N>& rows)
 // Code to name, with the name of every code that has no row.
 template <std::size_t N>
 class Names {
-public:
+  public:
     consteval Names(const Name (&rows)[N], std::string_view other)  // NOLINT: rows stand as a braced list
         : rows_(std::to_array(rows)), index_(table_detail::index_of(rows_)), other_(other) {}
 
@@ -55,14 +56,15 @@ public:
         return rows_[index_[code]].text;
     }
 
-private:
+  private:
     std::array<Name, N> rows_;
     std::array<std::uint8_t, 256> index_;
     std::string_view other_;
 };
 
 template <std::size_t N>
-consteval Names<N> names(const Name (&rows)[N], std::string_view other) {  // NOLINT: rows stand as a braced list
+consteval Names<N> names(const Name (&rows)[N],
+                         std::string_view other) {  // NOLINT: rows stand as a braced list
     return Names<N>(rows, other);
 }
 
@@ -82,7 +84,7 @@ struct BasicOpcode {
 
 template <class M, std::size_t N>
 class BasicOpcodes {
-public:
+  public:
     consteval explicit BasicOpcodes(const BasicOpcode<M> (&rows)[N])  // NOLINT: rows stand as a braced list
         : rows_(std::to_array(rows)), index_(table_detail::index_of(rows_)) {}
 
@@ -98,7 +100,7 @@ public:
         return true;
     }
 
-private:
+  private:
     std::array<BasicOpcode<M>, N> rows_;
     std::array<std::uint8_t, 256> index_;
 };

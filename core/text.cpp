@@ -9,7 +9,8 @@ namespace ztdecode {
 
 void Text::grow(std::size_t n) {
     const std::size_t wanted = std::max({size_ + n, capacity_ * 2, std::size_t{4096}});
-    char* grown = static_cast<char*>(std::realloc(bytes_.get(), wanted));  // NOLINT: grows in place where it can
+    char* grown =
+        static_cast<char*>(std::realloc(bytes_.get(), wanted));  // NOLINT: grows in place where it can
     if (grown == nullptr) throw std::bad_alloc();
     static_cast<void>(bytes_.release());
     bytes_.reset(grown);

@@ -15,10 +15,11 @@ namespace ztdecode {
 
 // The one sink that all texts are written to: a string that grows and keeps its room when it is emptied.
 //
-// Texts are C strings to those who read them. Where bytes of a message are copied into a piece of text, a zero byte ends
-// that piece: put a Text::Piece around it. What is written to the piece behind the zero byte is dropped at its end.
+// Texts are C strings to those who read them. Where bytes of a message are copied into a piece of text, a
+// zero byte ends that piece: put a Text::Piece around it. What is written to the piece behind the zero byte
+// is dropped at its end.
 class Text {
-public:
+  public:
     Text() = default;
     Text(const Text&) = delete;
     Text& operator=(const Text&) = delete;
@@ -78,7 +79,7 @@ public:
 
     // A piece of text that is a C string of its own.
     class Piece {
-    public:
+      public:
         explicit Piece(Text& text) noexcept : text_(text), outer_(text.zero_at_) { text_.zero_at_ = none; }
         Piece(const Piece&) = delete;
         Piece& operator=(const Piece&) = delete;
@@ -87,12 +88,12 @@ public:
             text_.zero_at_ = outer_;
         }
 
-    private:
+      private:
         Text& text_;
         std::size_t outer_;
     };
 
-private:
+  private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
     char* room(std::size_t n) {

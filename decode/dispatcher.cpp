@@ -9,7 +9,8 @@
 #include "he/he.hpp"
 #include "ip/ip.hpp"
 
-// One single message: its type byte says on which link it travels; the link's decoder of its direction writes the text.
+// One single message: its type byte says on which link it travels; the link's decoder of its direction writes
+// the text.
 
 namespace ztdecode {
 
@@ -50,7 +51,8 @@ constexpr std::uint8_t visiophone_type = 6;
 consteval std::array<std::uint8_t, 128> rows_by_type() {
     std::array<std::uint8_t, 128> index{};
     index.fill(route_rows.size());
-    for (std::size_t i = 0; i < route_rows.size(); ++i) index[route_rows[i].type] = static_cast<std::uint8_t>(i);
+    for (std::size_t i = 0; i < route_rows.size(); ++i)
+        index[route_rows[i].type] = static_cast<std::uint8_t>(i);
     return index;
 }
 constexpr auto row_of_type = rows_by_type();
@@ -122,12 +124,16 @@ void dispatch_message(Session& session, Message& m, Text& out) {
     if (session.switches.debug) trace_entry(session, m);
     const RouteRow& row = row_of(m);
     switch (row.route) {
-        case route_he: decode_he(row, session, m, out); break;
+        case route_he:
+            decode_he(row, session, m, out);
+            break;
         case route_visiophone:
             visiophone_header(m, out);
             decode_on(row, session, m, out);
             break;
-        default: decode_on(row, session, m, out); break;
+        default:
+            decode_on(row, session, m, out);
+            break;
     }
 }
 

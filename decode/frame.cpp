@@ -1,7 +1,7 @@
 #include "core/session.hpp"
 
-// The way in: one captured message. A super message is split here, each part under a line of its bytes; every single
-// message goes to the dispatcher.
+// The way in: one captured message. A super message is split here, each part under a line of its bytes; every
+// single message goes to the dispatcher.
 
 namespace ztdecode {
 
@@ -12,15 +12,16 @@ constexpr std::uint8_t super_type2 = 23;  // parts with two length bytes, low by
 
 // Puts what is written while it lives in the colour of the direction.
 class Coloured {
-public:
-    Coloured(const Session& session, std::uint32_t direction, Text& out) : on_(session.switches.color), out_(out) {
+  public:
+    Coloured(const Session& session, std::uint32_t direction, Text& out)
+        : on_(session.switches.color), out_(out) {
         if (on_) out_.add(direction == to_dhs ? "\033[0;31m" : "\033[0;32m");
     }
     void end() {
         if (on_) out_.add("\033[0m");
     }
 
-private:
+  private:
     bool on_;
     Text& out_;
 };
@@ -38,7 +39,8 @@ void dispatch_clean(Session& session, Message& m, std::uint32_t direction, Text&
     colour.end();
 }
 
-// A part of type 1 gets the newline that it lacks; a doubled one stays. (Type 2 trims a doubled one and adds none.)
+// A part of type 1 gets the newline that it lacks; a doubled one stays. (Type 2 trims a doubled one and adds
+// none.)
 void dispatch_with_newline(Session& session, Message& m, std::uint32_t direction, Text& out) {
     Coloured colour(session, direction, out);
     const std::size_t begin = out.size();
@@ -96,9 +98,15 @@ void decode_carried(Session& session, Message& m, Text& out) {
     if (m.length() == 0) return;
     if (session.switches.debug) trace_entry(session, m);
     switch (m[0]) {
-        case super_type1: split_super_message(session, m, type1, out); break;
-        case super_type2: split_super_message(session, m, type2, out); break;
-        default: dispatch_clean(session, m, m.direction, out); break;
+        case super_type1:
+            split_super_message(session, m, type1, out);
+            break;
+        case super_type2:
+            split_super_message(session, m, type2, out);
+            break;
+        default:
+            dispatch_clean(session, m, m.direction, out);
+            break;
     }
 }
 

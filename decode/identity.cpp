@@ -6,13 +6,13 @@ namespace ztdecode {
 
 namespace {
 
-constexpr auto terminals = names({{0, "set-00"},        {1, "set-01"},  {2, "set-02"},  {3, "set-03"},
-                                  {4, "set-04"},        {5, "set-05"},  {6, "HE"},      {7, "set-07"},
-                                  {8, "undetermined"},  {9, "set-09"},  {10, "set-10"}, {11, "video add-on"},
-                                  {12, "set-12"},       {13, "set-13"}, {14, "set-14"}, {32, "set-32"},
-                                  {33, "set-33"},       {34, "set-34"}, {35, "set-35"}, {36, "set-36"},
-                                  {37, "set-37"},       {48, "set-48"}, {49, "set-49"}, {50, "set-50"},
-                                  {51, "set-51"},       {52, "set-52"}, {53, "set-53"}, {54, "set-54"}},
+constexpr auto terminals = names({{0, "set-00"},       {1, "set-01"},  {2, "set-02"},  {3, "set-03"},
+                                  {4, "set-04"},       {5, "set-05"},  {6, "HE"},      {7, "set-07"},
+                                  {8, "undetermined"}, {9, "set-09"},  {10, "set-10"}, {11, "video add-on"},
+                                  {12, "set-12"},      {13, "set-13"}, {14, "set-14"}, {32, "set-32"},
+                                  {33, "set-33"},      {34, "set-34"}, {35, "set-35"}, {36, "set-36"},
+                                  {37, "set-37"},      {48, "set-48"}, {49, "set-49"}, {50, "set-50"},
+                                  {51, "set-51"},      {52, "set-52"}, {53, "set-53"}, {54, "set-54"}},
                                  "autre");
 
 constexpr auto cadences = names({{0, "cadence standard"},
@@ -44,7 +44,8 @@ ShortText name_or_code(std::string_view name, std::uint32_t code) {
 // What an audio message from the system starts with.
 consteval std::array<bool, 256> audio_opcodes_from_dhs() {
     std::array<bool, 256> audio{};
-    for (const int opcode : {0x24, 0x25, 0x29, 0x32, 0x3a, 0x3c, 0x3d, 0x3e, 0x3f, 0x40, 0x49, 0x4d, 0x4e, 0x4f}) {
+    for (const int opcode :
+         {0x24, 0x25, 0x29, 0x32, 0x3a, 0x3c, 0x3d, 0x3e, 0x3f, 0x40, 0x49, 0x4d, 0x4e, 0x4f}) {
         audio[static_cast<std::size_t>(opcode)] = true;
     }
     return audio;
@@ -83,18 +84,14 @@ void audio_device_configuration(Session& session, const Message& m, Text& out) {
 
 }  // namespace
 
-std::string_view type_poste(std::uint32_t code) noexcept {
-    return terminals[code];
-}
+std::string_view type_poste(std::uint32_t code) noexcept { return terminals[code]; }
 
 std::string_view design_poste(int value) noexcept {
     constexpr std::array<std::string_view, 4> designs = {"alpha", "reserved", "beta", "not used"};
     return designs[static_cast<std::size_t>(value & 3)];
 }
 
-std::string_view ring_cadence(std::uint32_t code) noexcept {
-    return cadences[code];
-}
+std::string_view ring_cadence(std::uint32_t code) noexcept { return cadences[code]; }
 
 // The first number is hexadecimal, the others are decimal; a minor number above 153 takes three places.
 ShortText version_logiciel(std::string_view label, std::uint32_t major, std::uint32_t minor) {
@@ -103,17 +100,14 @@ ShortText version_logiciel(std::string_view label, std::uint32_t major, std::uin
         return ShortText(" {}={:x}.{:02}.{:02}"_cf, label, v / 10000, v % 10000 / 100, v % 100);
     }
     if (minor <= 153) return ShortText(" {}={:x}.{:02}"_cf, label, major, minor);
-    if (static_cast<std::int32_t>(minor) < 0) return ShortText(" {}={:x}.-{:03}"_cf, label, major, 0U - minor);
+    if (static_cast<std::int32_t>(minor) < 0)
+        return ShortText(" {}={:x}.-{:03}"_cf, label, major, 0U - minor);
     return ShortText(" {}={:x}.{:03}"_cf, label, major, minor);
 }
 
-ShortText dec_err(std::uint32_t code) {
-    return name_or_code(errors[code], code);
-}
+ShortText dec_err(std::uint32_t code) { return name_or_code(errors[code], code); }
 
-ShortText dec_warn(std::uint32_t code) {
-    return name_or_code(warnings[code], code);
-}
+ShortText dec_warn(std::uint32_t code) { return name_or_code(warnings[code], code); }
 
 void dec_selftest(std::uint32_t bits, Text& out) {
     if (bits == 32) {
@@ -127,13 +121,20 @@ void dec_selftest(std::uint32_t bits, Text& out) {
     if ((bits & 0x10) != 0) out.add(" icon BAD");
 }
 
-// byte 1: sub-type   0: byte 3 coding   6: bytes 2 to 6 device bits of handset, headset, loudspeaker, announce, handsfree
+// byte 1: sub-type   0: byte 3 coding   6: bytes 2 to 6 device bits of handset, headset, loudspeaker,
+// announce, handsfree
 void audio_config(Session& session, const Message& m, Text& out) {
     out.add("audio configuration: ");
     switch (m[1]) {
-        case 0: out.print("coding= {}"_cf, codings[m[3]]); break;
-        case 6: audio_device_configuration(session, m, out); break;
-        default: out.print(" {:02x}"_cf, m[1]); break;
+        case 0:
+            out.print("coding= {}"_cf, codings[m[3]]);
+            break;
+        case 6:
+            audio_device_configuration(session, m, out);
+            break;
+        default:
+            out.print(" {:02x}"_cf, m[1]);
+            break;
     }
 }
 

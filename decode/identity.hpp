@@ -6,13 +6,14 @@
 
 #include "core/session.hpp"
 
-// Names that several links share: terminals, cadences, versions, errors, warnings and the audio configuration.
+// Names that several links share: terminals, cadences, versions, errors, warnings and the audio
+// configuration.
 
 namespace ztdecode {
 
 // A text of a few words that is made from numbers; lives as long as the expression that asked for it.
 class ShortText {
-public:
+  public:
     template <class Format, class... Args>
     explicit ShortText(const Format& format, const Args&... args) {
         char* end = format_bound(format, args...) <= text_.size()
@@ -23,7 +24,7 @@ public:
     explicit ShortText(std::string_view words) { size_ = words.copy(text_.data(), text_.size()); }
     std::string_view view() const noexcept { return {text_.data(), size_}; }
 
-private:
+  private:
     std::array<char, 256> text_;
     std::size_t size_;
 };

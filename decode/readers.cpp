@@ -32,23 +32,20 @@ constexpr auto in_fields = field_characters();
 constexpr std::int64_t very_large = 0x7FFFFFFF;
 constexpr std::int64_t not_hex = -1;
 
-Line from_column(Line line, std::size_t column) {
-    return {line.text + column, line.length - column};
-}
+Line from_column(Line line, std::size_t column) { return {line.text + column, line.length - column}; }
 
-char character(Line line, std::size_t column) {
-    return column < line.length ? line.text[column] : '\0';
-}
+char character(Line line, std::size_t column) { return column < line.length ? line.text[column] : '\0'; }
 
-// A field: two hexadecimal digits, and every further digit behind them counts as well. Values above 31 bits are very
-// large; the low byte of one above 63 bits is 0xff, as strtol has it, which stops at its largest number.
+// A field: two hexadecimal digits, and every further digit behind them counts as well. Values above 31 bits
+// are very large; the low byte of one above 63 bits is 0xff, as strtol has it, which stops at its largest
+// number.
 struct Field {
     std::int64_t value;
     std::uint8_t low;
 };
 
-// The row of digits that a long field was met in last. Every third digit of a row starts a field that reaches to its end;
-// fields are asked for from left to right, and so each row is gone through once.
+// The row of digits that a long field was met in last. Every third digit of a row starts a field that reaches
+// to its end; fields are asked for from left to right, and so each row is gone through once.
 class DigitRow {
   public:
     Field from(Line line, std::size_t at) {
@@ -71,7 +68,8 @@ class DigitRow {
     }
 
     std::size_t end_ = 0;
-    std::size_t too_large_ = 0;  // a field that starts before this has a digit that counts and stands too far left
+    std::size_t too_large_ =
+        0;  // a field that starts before this has a digit that counts and stands too far left
 };
 
 // No digit stands behind the line: the zero at its end stops the look at the next column.
@@ -107,9 +105,7 @@ std::size_t end_of_fields(Line line, std::size_t column) {
     return column;
 }
 
-bool has_sr_column(Line text) {
-    return character(text, 6) == 'S' || character(text, 6) == 'R';
-}
+bool has_sr_column(Line text) { return character(text, 6) == 'S' || character(text, 6) == 'R'; }
 
 Outcome decode_with(LineReader::Decode decoder, void* context, Session& session, Message& m, Text& out) {
     return decoder == nullptr ? decode(session, m, out) : decoder(context, session, m, out);
@@ -117,19 +113,18 @@ Outcome decode_with(LineReader::Decode decoder, void* context, Session& session,
 
 }  // namespace
 
-std::uint8_t hex_digit(char c) noexcept {
-    return digits[static_cast<std::uint8_t>(c)];
-}
+std::uint8_t hex_digit(char c) noexcept { return digits[static_cast<std::uint8_t>(c)]; }
 
 ReadResult LineReader::decode_record(std::uint64_t length, std::uint32_t direction, Text& out) {
     const auto n = static_cast<std::size_t>(std::min<std::uint64_t>(length, message_capacity));
     Message m(record_.data(), n, behind_ == Behind::zeros ? n : record_.size());
     m.direction = direction;
     return decode_with(decode_, context_, session_, m, out) == Outcome::decoded ? ReadResult::decoded
-                                                                              : ReadResult::unknown_class;
+                                                                                : ReadResult::unknown_class;
 }
 
-// Reads up to n fields into the record, as long as they are two digits each, as nearly all are. Gives their number.
+// Reads up to n fields into the record, as long as they are two digits each, as nearly all are. Gives their
+// number.
 std::size_t LineReader::read_plain_fields(Line line, std::size_t column, std::size_t n) {
     const std::size_t present = column < line.length ? (line.length - column + 1) / 3 : 0;
     n = std::min(n, present);
@@ -164,7 +159,8 @@ ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
     return decode_record(count, direction, out);
 }
 
-// "LL HH B0 B1 ... Bn", and more of them behind a separator. A line that ends too early is filled up with 0xff.
+// "LL HH B0 B1 ... Bn", and more of them behind a separator. A line that ends too early is filled up with
+// 0xff.
 ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) {
     const std::size_t begin = out.size();
     const std::size_t total = text.length;
@@ -194,8 +190,8 @@ ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) 
     }
 }
 
-// A second field of 00 is the high length byte, any other one the first byte of the message, unless the line is longer
-// than a one-byte length can say.
+// A second field of 00 is the high length byte, any other one the first byte of the message, unless the line
+// is longer than a one-byte length can say.
 bool has_two_length_bytes(Line body) {
     const std::int64_t high = number(body, 3);
     return (high == 0 && body.length >= 6) || (high > 0 && body.length >= 766);
@@ -228,13 +224,9 @@ SpztBody spzt_body(Line text) {
     return room_for_two ? SpztBody::two_length_bytes : SpztBody::one_length_byte;
 }
 
-Line spzt_line(Line text) {
-    return text.length < 8 ? Line{"", 0} : from_column(text, 8);
-}
+Line spzt_line(Line text) { return text.length < 8 ? Line{"", 0} : from_column(text, 8); }
 
-std::uint32_t spzt_direction(Line text) {
-    return text.text[6] == 'S' ? from_dhs : to_dhs;
-}
+std::uint32_t spzt_direction(Line text) { return text.text[6] == 'S' ? from_dhs : to_dhs; }
 
 void refuse_spzt(Line text, Text& out) {
     out.add(has_sr_column(text) ? "-> line too short" : "-> not in spzt format: msg[6] should be S or R");
@@ -242,9 +234,13 @@ void refuse_spzt(Line text, Text& out) {
 
 ReadResult LineReader::line_spzt(Line text, Text& out) {
     switch (spzt_body(text)) {
-        case SpztBody::one_length_byte: return line(spzt_line(text), spzt_direction(text), out);
-        case SpztBody::two_length_bytes: return line_lng2(spzt_line(text), spzt_direction(text), out);
-        default: refuse_spzt(text, out); return ReadResult::refused;
+        case SpztBody::one_length_byte:
+            return line(spzt_line(text), spzt_direction(text), out);
+        case SpztBody::two_length_bytes:
+            return line_lng2(spzt_line(text), spzt_direction(text), out);
+        default:
+            refuse_spzt(text, out);
+            return ReadResult::refused;
     }
 }
 
@@ -256,7 +252,8 @@ ReadResult LineReader::line_spzt_lng2(Line text, Text& out) {
     return line_lng2(spzt_line(text), spzt_direction(text), out);
 }
 
-ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction, Text& out) {
+ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction,
+                           Text& out) {
     auto byte = [bytes](std::size_t k) { return k < bytes.size() ? bytes[k] : std::uint8_t{0}; };
     for (std::size_t at = 0; at < bytes.size();) {
         const std::size_t length = byte(at) + 256U * byte(at + 1);

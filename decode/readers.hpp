@@ -24,7 +24,7 @@ struct Line {
 };
 
 class LineReader {
-public:
+  public:
     // What stands behind the bytes of a message: what earlier lines left in the record, or zeros.
     enum class Behind { earlier_lines, zeros };
     // Decodes one message behind what the text holds.
@@ -45,7 +45,7 @@ public:
     // A body behind no tag, with one or two length bytes by the rule of `line_tzt`.
     ReadResult line_any_length(Line text, std::uint32_t direction, Text& out);
 
-private:
+  private:
     std::size_t read_plain_fields(Line line, std::size_t column, std::size_t n);
     ReadResult decode_record(std::uint64_t length, std::uint32_t direction, Text& out);
 
@@ -69,7 +69,8 @@ std::uint32_t spzt_direction(Line text);
 void refuse_spzt(Line text, Text& out);
 
 // Messages behind two length bytes each, one behind the other; every text ends in a newline.
-ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction, Text& out);
+ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction,
+                           Text& out);
 
 // Value of a hexadecimal digit, 16 for any other character.
 std::uint8_t hex_digit(char c) noexcept;

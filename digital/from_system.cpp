@@ -11,13 +11,12 @@ namespace ztdecode {
 
 namespace {
 
-bool printable(std::uint8_t c) {
-    return c >= 0x20 && c < 0x7F;
-}
+bool printable(std::uint8_t c) { return c >= 0x20 && c < 0x7F; }
 
 // byte 1: 1 start, 2 stop
 void production_test(Session& /*session*/, Message& m, Text& out) {
-    constexpr auto tests = names({{1, "start keyboard test"}, {2, "stop keyboard test"}}, "unknown parameter");
+    constexpr auto tests =
+        names({{1, "start keyboard test"}, {2, "stop keyboard test"}}, "unknown parameter");
     out.print("production test: {}"_cf, m.length() == 2 ? tests[m[1]] : "illegal length");
 }
 
@@ -25,11 +24,13 @@ using OptionDecoder = void (*)(Session&, const Message&, Text&);
 
 // A synchronous V24 module (6) has no decoder in this direction.
 constexpr std::array<OptionDecoder, 14> option_decoders = {
-    decode_v24_out, decode_s0_out, decode_mpc_out, decode_eak_out, decode_eak_out, decode_z_out,  nullptr,
-    nullptr,        nullptr,       decode_ks_out,  decode_ks_out,  decode_ks_out,  decode_ks_out, decode_ks_out,
+    decode_v24_out, decode_s0_out, decode_mpc_out, decode_eak_out, decode_eak_out,
+    decode_z_out,   nullptr,       nullptr,        nullptr,        decode_ks_out,
+    decode_ks_out,  decode_ks_out, decode_ks_out,  decode_ks_out,
 };
 
-// byte 1: sub-device address in bits 0-2; the module's type is the one that its last message to the system gave
+// byte 1: sub-device address in bits 0-2; the module's type is the one that its last message to the system
+// gave
 void sub_device_command(Session& session, Message& m, Text& out) {
     option_label(session, m[1] | 0xF8, out);
     const std::uint8_t type = session.digital.option_type[m[1] & 7];
@@ -45,24 +46,48 @@ void sub_device_command(Session& session, Message& m, Text& out) {
 void warm_start(Session& /*session*/, Message& m, Text& out) {
     constexpr auto modes = names({{0, "warmstart mode 2G"}, {1, "warmstart mode 3G"}}, "warmstart bizarre");
     switch (m.length()) {
-        case 1: out.add("warmstart simple"); break;
-        case 2: out.add(modes[m[1]]); break;
-        default: out.add("warmstart bizarre"); break;
+        case 1:
+            out.add("warmstart simple");
+            break;
+        case 2:
+            out.add(modes[m[1]]);
+            break;
+        default:
+            out.add("warmstart bizarre");
+            break;
     }
 }
 
 // byte 1: what the led does   byte 2: number of the led
 void led_command(Session& /*session*/, Message& m, Text& out) {
     switch (m[1]) {
-        case 0: out.print("led {} OFF"_cf, m[2]); break;
-        case 1: out.print("red led {} ON"_cf, m[2]); break;
-        case 2: out.print("red led {} fast flash"_cf, m[2]); break;
-        case 3: out.print("red led {} slow flash"_cf, m[2]); break;
-        case 4: out.print("green led {} ON"_cf, m[2]); break;
-        case 5: out.print("green led {} fast flash ON "_cf, m[2]); break;
-        case 6: out.print("green led {} slow flash ON "_cf, m[2]); break;
-        case 7: out.add("all leds OFF"); break;
-        default: out.add("led bizarre"); break;
+        case 0:
+            out.print("led {} OFF"_cf, m[2]);
+            break;
+        case 1:
+            out.print("red led {} ON"_cf, m[2]);
+            break;
+        case 2:
+            out.print("red led {} fast flash"_cf, m[2]);
+            break;
+        case 3:
+            out.print("red led {} slow flash"_cf, m[2]);
+            break;
+        case 4:
+            out.print("green led {} ON"_cf, m[2]);
+            break;
+        case 5:
+            out.print("green led {} fast flash ON "_cf, m[2]);
+            break;
+        case 6:
+            out.print("green led {} slow flash ON "_cf, m[2]);
+            break;
+        case 7:
+            out.add("all leds OFF");
+            break;
+        default:
+            out.add("led bizarre");
+            break;
     }
 }
 
@@ -91,10 +116,18 @@ void voice_channel(Session& /*session*/, Message& m, Text& out) {
 
 void external_ringer(Session& /*session*/, Message& m, Text& out) {
     switch (m[1]) {
-        case 0: out.add("external ringer off"); break;
-        case 1: out.add("external ringer on"); break;
-        case 2: out.add("external ringer, mode follow"); break;
-        default: out.print("external ringer, unknown mode 0x{:02x}"_cf, m[1]); break;
+        case 0:
+            out.add("external ringer off");
+            break;
+        case 1:
+            out.add("external ringer on");
+            break;
+        case 2:
+            out.add("external ringer, mode follow");
+            break;
+        default:
+            out.print("external ringer, unknown mode 0x{:02x}"_cf, m[1]);
+            break;
     }
 }
 
@@ -111,9 +144,7 @@ void side_tone(Session& /*session*/, Message& m, Text& out) {
     out.add(m[1] == 0 ? "side tone off" : "side tone on");
 }
 
-void audio_configuration(Session& session, Message& m, Text& out) {
-    audio_config(session, m, out);
-}
+void audio_configuration(Session& session, Message& m, Text& out) { audio_config(session, m, out); }
 
 // Of 13 bytes: byte 2 what to do with refusals, byte 3 what is downloaded, bytes 10 to 12 its length.
 // Otherwise: byte 3 identifier, bytes 10 to 13 length.
@@ -136,14 +167,29 @@ void download_request(const Message& m, Text& out) {
 void download_protocol(Session& /*session*/, Message& m, Text& out) {
     out.add("download protocol ");
     switch (m[1]) {
-        case 0: out.add("suggest"); break;
-        case 1: download_request(m, out); break;
-        case 3: out.print("data, number: 0x03{:02x}{:02x}"_cf, m[3], m[2]); break;
-        case 4: out.add("end"); break;
-        case 6: out.add("checksum"); break;
-        case 8: out.print("set windows 0x{:02x}"_cf, m[2]); break;
-        case 9: out.print("data extended, number: 0x{:02x}{:02x}{:02x}"_cf, m[2], m[3], m[4]); break;
-        default: break;
+        case 0:
+            out.add("suggest");
+            break;
+        case 1:
+            download_request(m, out);
+            break;
+        case 3:
+            out.print("data, number: 0x03{:02x}{:02x}"_cf, m[3], m[2]);
+            break;
+        case 4:
+            out.add("end");
+            break;
+        case 6:
+            out.add("checksum");
+            break;
+        case 8:
+            out.print("set windows 0x{:02x}"_cf, m[2]);
+            break;
+        case 9:
+            out.print("data extended, number: 0x{:02x}{:02x}{:02x}"_cf, m[2], m[3], m[4]);
+            break;
+        default:
+            break;
     }
 }
 

@@ -25,9 +25,7 @@ constexpr std::uint8_t type_from_memory = 0xF8;
 
 }  // namespace
 
-std::string_view option_type_name(std::uint32_t type) noexcept {
-    return option_types[type];
-}
+std::string_view option_type_name(std::uint32_t type) noexcept { return option_types[type]; }
 
 void option_label(const Session& session, std::uint8_t sub_device, Text& out) {
     const std::uint8_t address = sub_device & 7;

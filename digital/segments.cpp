@@ -56,8 +56,8 @@ void dispatch_whole(Session& session, Text& out) {
 
 }  // namespace
 
-// byte 1: bit 7 first segment, bits 0-6 segments still to come; the bytes of a first segment start at 4, of a later one
-// at 2. Nobody checks that the number of segments or of bytes comes out right.
+// byte 1: bit 7 first segment, bits 0-6 segments still to come; the bytes of a first segment start at 4, of a
+// later one at 2. Nobody checks that the number of segments or of bytes comes out right.
 void segment_command(Session& session, Message& m, Text& out) {
     Reassembly& whole = session.digital.reassembly;
     const std::int32_t to_come = m[1] & 0x7F;

@@ -55,7 +55,8 @@ void segment_message(Session& /*session*/, Message& m, Text& out) {
 }
 
 // What a module without a decoder says of its own state.
-// byte 3: kind   byte 4: module type   bytes 5, 6: version   byte 7: selftest   byte 8: mode, or number of keys
+// byte 3: kind   byte 4: module type   bytes 5, 6: version   byte 7: selftest   byte 8: mode, or number of
+// keys
 void module_reset(Message& m, Text& out) {
     out.add("reset");
     if (m.length() <= 7) return;
@@ -72,11 +73,21 @@ void module_report(Message& m, Text& out) {
     switch (m[3]) {
         case 0x00:
         case 0x01:
-        case 0x81: module_reset(m, out); break;
-        case 2: out.add("illegal command"); break;
-        case 6: out.add("segment failure"); break;
-        case 7: out.add("wrong state"); break;
-        default: out.add("anomalie"); break;
+        case 0x81:
+            module_reset(m, out);
+            break;
+        case 2:
+            out.add("illegal command");
+            break;
+        case 6:
+            out.add("segment failure");
+            break;
+        case 7:
+            out.add("wrong state");
+            break;
+        default:
+            out.add("anomalie");
+            break;
     }
 }
 
@@ -88,8 +99,8 @@ constexpr std::array<OptionDecoder, 16> option_decoders = {
 };
 
 // byte 1: sub-device, address in bits 0-2, module type in bits 3-7   byte 2: module opcode
-// The label shows what was remembered before this message; what this message says is remembered as it stands, "all bits
-// set" included.
+// The label shows what was remembered before this message; what this message says is remembered as it stands,
+// "all bits set" included.
 void sub_device_message(Session& session, Message& m, Text& out) {
     constexpr std::uint8_t module_report_opcode = 0x9F;
     option_label(session, m[1], out);
@@ -105,11 +116,11 @@ void sub_device_message(Session& session, Message& m, Text& out) {
     }
 }
 
-// byte 7: bits 3-5 newer terminal   bytes 7, 8: info   byte 9: hardware   byte 10: 1 rac   then extensions, as many as
-// the message has
+// byte 7: bits 3-5 newer terminal   bytes 7, 8: info   byte 9: hardware   byte 10: 1 rac   then extensions,
+// as many as the message has
 void reset_tail(const Message& m, Text& out) {
-    constexpr std::array<std::string_view, 7> hardware = {"fullcrypto ", "gigabit ", "maxmem ",       "wideband ",
-                                                          "3g ",         "vhe ",     "superwideband "};
+    constexpr std::array<std::string_view, 7> hardware = {
+        "fullcrypto ", "gigabit ", "maxmem ", "wideband ", "3g ", "vhe ", "superwideband "};
     out.print(", vta type{}"_cf, (m[7] & 0x38) != 0 ? ">=2" : "=1");
     out.print(", info1={}"_cf, m[7]);
     out.print(", info2={}"_cf, m[8]);
@@ -131,9 +142,7 @@ void reset_tail(const Message& m, Text& out) {
     if (n > 18) out.print("wlan connected={}, "_cf, m[18] & 1);
 }
 
-void soft_version(const Message& m, Text& out) {
-    out.add(version_logiciel("soft", m[3], m[4]).view());
-}
+void soft_version(const Message& m, Text& out) { out.add(version_logiciel("soft", m[3], m[4]).view()); }
 
 void set_reset(const Message& m, Text& out) {
     out.print("{} {},"_cf, type_poste(m[6]), design_poste(m[7]));
@@ -160,7 +169,8 @@ void base_reset(const Message& m, Text& out) {
 // byte 5: self-test   byte 6: type   byte 7: 1 repeater   byte 8: ROM version   byte 9: 1 download suggested
 void hub_reset(const Message& m, Text& out) {
     soft_version(m, out);
-    out.print(" selfTest: {:02X} type: {:02X} romVersion: {:02X} \n\t... misc: {:02X}"_cf, m[5], m[6], m[8], m[7]);
+    out.print(" selfTest: {:02X} type: {:02X} romVersion: {:02X} \n\t... misc: {:02X}"_cf, m[5], m[6], m[8],
+              m[7]);
     if (m[7] == 1) out.add("= repeater");
     out.add(m[9] == 1 ? " dld suggested" : " dld done");
 }
@@ -178,8 +188,8 @@ constexpr std::array<Terminal, 5> terminals = {{
 }};
 constexpr Terminal unknown_terminal = {" ???", adapter_reset};
 
-// byte 1: 0 hard, 1 soft   byte 2: kind of terminal   bytes 3, 4: version; on the HE link byte 3 is the terminal's type
-// and the report ends there
+// byte 1: 0 hard, 1 soft   byte 2: kind of terminal   bytes 3, 4: version; on the HE link byte 3 is the
+// terminal's type and the report ends there
 void reset_of_terminal(Session& session, const Message& m, Text& out) {
     session.digital.option_type.fill(type_unknown);
     out.add("reset");
@@ -198,13 +208,16 @@ void error_status_or_interface_event(const Message& m, Text& out) {
     constexpr auto events = names({{1, "msg too long"}, {2, "short circuit"}}, "???");
     switch (m.length()) {
         case 7:
-            out.print("error status for command 0x{:02x}: 0x{:02x}{:02x}{:02x}{:02x}"_cf, m[2], m[3], m[4], m[5], m[6]);
+            out.print("error status for command 0x{:02x}: 0x{:02x}{:02x}{:02x}{:02x}"_cf, m[2], m[3], m[4],
+                      m[5], m[6]);
             break;
         case 8:
-            out.print("error status for command 0x13 + 0x{:02x}: 0x{:02x}{:02x}{:02x}{:02x}"_cf, m[3], m[4], m[5], m[6],
-                      m[7]);
+            out.print("error status for command 0x13 + 0x{:02x}: 0x{:02x}{:02x}{:02x}{:02x}"_cf, m[3], m[4],
+                      m[5], m[6], m[7]);
             break;
-        default: out.print("interface {:x} event: {}"_cf, m[2], events[m[3]]); break;
+        default:
+            out.print("interface {:x} event: {}"_cf, m[2], events[m[3]]);
+            break;
     }
 }
 
@@ -213,15 +226,33 @@ void reset_and_status_report(Session& session, Message& m, Text& out) {
     constexpr std::uint8_t hub = 4;
     switch (m[1]) {
         case 0:
-        case 1: reset_of_terminal(session, m, out); break;
-        case 2: out.print("illegal command received: {:02x}"_cf, m[2]); break;
-        case 3: out.print("erreur: {}"_cf, dec_err(m[2]).view()); break;
-        case 4: out.print("warning: {}"_cf, dec_warn(m[2]).view()); break;
-        case 5: out.print("subdevice {:x} is down"_cf, m[2]); break;
-        case 6: out.add("segment failure"); break;
-        case 8: error_status_or_interface_event(m, out); break;
-        case 9: out.print("hub event: {}"_cf, m[2] == 1 ? "msg too long" : "???"); break;
-        default: out.add("reset ???"); break;
+        case 1:
+            reset_of_terminal(session, m, out);
+            break;
+        case 2:
+            out.print("illegal command received: {:02x}"_cf, m[2]);
+            break;
+        case 3:
+            out.print("erreur: {}"_cf, dec_err(m[2]).view());
+            break;
+        case 4:
+            out.print("warning: {}"_cf, dec_warn(m[2]).view());
+            break;
+        case 5:
+            out.print("subdevice {:x} is down"_cf, m[2]);
+            break;
+        case 6:
+            out.add("segment failure");
+            break;
+        case 8:
+            error_status_or_interface_event(m, out);
+            break;
+        case 9:
+            out.print("hub event: {}"_cf, m[2] == 1 ? "msg too long" : "???");
+            break;
+        default:
+            out.add("reset ???");
+            break;
     }
     if (m[2] == hub) m.route = route_hub;
 }
@@ -229,8 +260,9 @@ void reset_and_status_report(Session& session, Message& m, Text& out) {
 // byte 1: 0 a set, else an adapter   bytes 2, 3: version   byte 4: terminal
 void version_response(Session& /*session*/, Message& m, Text& out) {
     const bool adapter = m[1] != 0;
-    out.print("version response {}, {} {}"_cf, adapter ? " TA" : " poste= ",
-              adapter ? std::string_view("") : type_poste(m[4]), version_logiciel("soft", m[2], m[3]).view());
+    out.print("version response {}, {} {}"_cf,
+              adapter ? " TA" : " poste= ", adapter ? std::string_view("") : type_poste(m[4]),
+              version_logiciel("soft", m[2], m[3]).view());
 }
 
 // byte 1: step   2: acknowledgement, packet number in bytes 2, 3, code in byte 4
@@ -238,18 +270,25 @@ void version_response(Session& /*session*/, Message& m, Text& out) {
 void download_protocol(Session& /*session*/, Message& m, Text& out) {
     out.add("download protocol ");
     switch (m[1]) {
-        case 0: out.add("suggest"); break;
+        case 0:
+            out.add("suggest");
+            break;
         case 2:
             download_ack_text(m[4], out);
             out.print(", number: 0x{:02x}{:02x}"_cf, m[2], m[3]);
             break;
-        case 5: out.add("end ack"); break;
-        case 7: out.add("checksum ack"); break;
+        case 5:
+            out.add("end ack");
+            break;
+        case 7:
+            out.add("checksum ack");
+            break;
         case 10:
             download_ack_text(m[5], out);
             out.print(", number: 0x{:02x}{:02x}{:02x}"_cf, m[2], m[3], m[4]);
             break;
-        default: break;
+        default:
+            break;
     }
 }
 

@@ -28,11 +28,21 @@ std::string quoted(std::string_view words) {
     std::string text = "\"";
     for (const char c : words) {
         switch (c) {
-            case '\n': text += "\\n"; break;
-            case '\t': text += "\\t"; break;
-            case '\r': text += "\\r"; break;
-            case '"': text += "\\\""; break;
-            case '\\': text += "\\\\"; break;
+            case '\n':
+                text += "\\n";
+                break;
+            case '\t':
+                text += "\\t";
+                break;
+            case '\r':
+                text += "\\r";
+                break;
+            case '"':
+                text += "\\\"";
+                break;
+            case '\\':
+                text += "\\\\";
+                break;
             default:
                 if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
                     text += fmt::format("\\x{:02x}"_cf, static_cast<unsigned char>(c));

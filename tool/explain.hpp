@@ -5,7 +5,8 @@
 
 namespace ztdecode::tool {
 
-// Writes which bytes each stretch of a decoded text came from, a stretch a line, then the bytes that none used:
+// Writes which bytes each stretch of a decoded text came from, a stretch a line, then the bytes that none
+// used:
 //
 //     0        "\t- "
 //     0-1      "digit dialed '4'"

@@ -6,9 +6,7 @@ namespace ztdecode::tool {
 
 namespace {
 
-bool hex(char c) {
-    return hex_digit(c) < 16;
-}
+bool hex(char c) { return hex_digit(c) < 16; }
 
 bool ends_field(Line line, std::size_t at) {
     return at >= line.length || line.text[at] == ' ' || line.text[at] == '\r' || line.text[at] == '\t';
@@ -19,8 +17,8 @@ bool field(Line line, std::size_t at) {
     return at + 2 <= line.length && hex(line.text[at]) && hex(line.text[at + 1]) && ends_field(line, at + 2);
 }
 
-// Any six characters, S or R, a blank, and the first field. Where the six are a number, the column alone tells: a line
-// that goes wrong behind it is a trace line still, and its reader says what is wrong.
+// Any six characters, S or R, a blank, and the first field. Where the six are a number, the column alone
+// tells: a line that goes wrong behind it is a trace line still, and its reader says what is wrong.
 bool spzt(Line line) {
     if (line.length < 8 || (line.text[6] != 'S' && line.text[6] != 'R') || line.text[7] != ' ') return false;
     if (field(line, 8)) return true;

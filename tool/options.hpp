@@ -24,8 +24,8 @@ struct Options {
     unsigned jobs = 1;
 };
 
-// The options, or the exit status where the arguments ask for nothing more (help, version) or are wrong; what there is
-// to say then has been said.
+// The options, or the exit status where the arguments ask for nothing more (help, version) or are wrong; what
+// there is to say then has been said.
 struct Arguments {
     std::optional<Options> options;
     int status = 0;

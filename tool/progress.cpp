@@ -24,9 +24,7 @@ Progress::Progress(std::string name, int input_descriptor, bool wanted)
     }
 }
 
-Progress::~Progress() {
-    hide();
-}
+Progress::~Progress() { hide(); }
 
 void Progress::hide() {
     if (!shown_) return;
@@ -41,7 +39,8 @@ void Progress::show(std::uint64_t bytes_read) {
     if (now < next_) return;
     next_ = now + between_lines;
     shown_ = true;
-    std::fprintf(stderr, "\rztdecode: %s: %u %%", name_.c_str(), static_cast<unsigned>(100 * bytes_read / total_));
+    std::fprintf(stderr, "\rztdecode: %s: %u %%", name_.c_str(),
+                 static_cast<unsigned>(100 * bytes_read / total_));
     std::fflush(stderr);
 }
 

@@ -6,10 +6,10 @@
 
 namespace ztdecode::tool {
 
-// A line on standard error that says how far a long file has come. Silent unless standard error is a terminal and the
-// output is not, and for input whose length nobody knows.
+// A line on standard error that says how far a long file has come. Silent unless standard error is a terminal
+// and the output is not, and for input whose length nobody knows.
 class Progress {
-public:
+  public:
     Progress(std::string name, int input_descriptor, bool wanted);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
@@ -21,7 +21,7 @@ public:
     // Takes the line away, before anything else is written to the terminal.
     void hide();
 
-private:
+  private:
     void show(std::uint64_t bytes_read);
 
     std::string name_;

@@ -26,16 +26,20 @@ constexpr int status_failed = 2;
 
 bool wants_color(Color color) {
     switch (color) {
-        case Color::always: return true;
-        case Color::never: return false;
-        default: break;
+        case Color::always:
+            return true;
+        case Color::never:
+            return false;
+        default:
+            break;
     }
-    const char* no_color = std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): before any thread starts
+    const char* no_color =
+        std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): before any thread starts
     return ::isatty(STDOUT_FILENO) != 0 && (no_color == nullptr || *no_color == '\0');
 }
 
 class Descriptor {
-public:
+  public:
     explicit Descriptor(const std::string& file)
         : standard_input_(file == "-"),
           descriptor_(standard_input_ ? STDIN_FILENO : ::open(file.c_str(), O_RDONLY | O_CLOEXEC)) {}
@@ -46,12 +50,13 @@ public:
     }
     int get() const noexcept { return descriptor_; }
 
-private:
+  private:
     bool standard_input_;
     int descriptor_;
 };
 
-int decode_file(const std::string& file, const Options& options, bool color, Output& out, Output& diagnostics) {
+int decode_file(const std::string& file, const Options& options, bool color, Output& out,
+                Output& diagnostics) {
     const Descriptor descriptor(file);
     if (descriptor.get() < 0) {
         diagnostics.text.print("ztdecode: {}: {}\n"_cf, file, std::string_view(std::strerror(errno)));
@@ -84,7 +89,7 @@ int run_one_by_one(const Options& options, bool color) {
 
 // What a file gives while another one's turn it is: kept in a temporary file without a name.
 class Spool {
-public:
+  public:
     Spool() : file_(std::tmpfile()), output_(file_ == nullptr ? -1 : ::fileno(file_)) {}
     Spool(const Spool&) = delete;
     Spool& operator=(const Spool&) = delete;
@@ -104,7 +109,7 @@ public:
         }
     }
 
-private:
+  private:
     std::FILE* file_;
     Output output_;
 };
@@ -134,7 +139,8 @@ int run_jobs(const Options& options, bool color) {
         }
     };
     std::vector<std::thread> threads;
-    for (unsigned i = 0; i < std::min<std::size_t>(options.jobs, files.size()); ++i) threads.emplace_back(work);
+    for (unsigned i = 0; i < std::min<std::size_t>(options.jobs, files.size()); ++i)
+        threads.emplace_back(work);
     Output out(STDOUT_FILENO);
     Output diagnostics(STDERR_FILENO);
     int status = 0;
@@ -160,7 +166,8 @@ int run_jobs(const Options& options, bool color) {
 int run(const Options& options) {
     std::signal(SIGPIPE, SIG_IGN);
     const bool color = wants_color(options.color);
-    return options.jobs > 1 && options.files.size() > 1 ? run_jobs(options, color) : run_one_by_one(options, color);
+    return options.jobs > 1 && options.files.size() > 1 ? run_jobs(options, color)
+                                                        : run_one_by_one(options, color);
 }
 
 }  // namespace ztdecode::tool

@@ -33,7 +33,8 @@ bool is_regular(int descriptor) {
 
 }  // namespace
 
-Input::Input(int descriptor) : descriptor_(descriptor), regular_(is_regular(descriptor)), buffer_(buffer_size + 1) {}
+Input::Input(int descriptor)
+    : descriptor_(descriptor), regular_(is_regular(descriptor)), buffer_(buffer_size + 1) {}
 
 // Reads more behind what is there; room is made first. False at the end.
 bool Input::fill(Output& out) {
@@ -91,7 +92,8 @@ std::span<const std::uint8_t> Input::block(std::size_t n, Output& out) {
     while (end_ - begin_ < n && fill(out)) {
     }
     const std::size_t present = std::min(n, end_ - begin_);
-    const auto* bytes = reinterpret_cast<const std::uint8_t*>(buffer_.data() + begin_);  // NOLINT: bytes as bytes
+    const auto* bytes =
+        reinterpret_cast<const std::uint8_t*>(buffer_.data() + begin_);  // NOLINT: bytes as bytes
     begin_ += present;
     return {bytes, present};
 }

@@ -11,9 +11,10 @@
 
 namespace ztdecode::tool {
 
-// Text on its way to a file descriptor. Decoders write straight into `text`; it goes out when enough has come together.
+// Text on its way to a file descriptor. Decoders write straight into `text`; it goes out when enough has come
+// together.
 class Output {
-public:
+  public:
     explicit Output(int descriptor) noexcept : descriptor_(descriptor) {}
 
     Text text;
@@ -25,7 +26,7 @@ public:
     // 0, or the errno of the first write that failed; nothing is written any more then.
     int error() const noexcept { return error_; }
 
-private:
+  private:
     static constexpr std::size_t enough = 64 * 1024;
 
     int descriptor_;
@@ -34,15 +35,15 @@ private:
 
 // Lines or blocks of a file descriptor, read as they come.
 class Input {
-public:
+  public:
     explicit Input(int descriptor);
 
-    // The next line, without its newline, a zero behind it; valid until the next call. A line that is longer than
-    // `longest_line` comes in several pieces.
+    // The next line, without its newline, a zero behind it; valid until the next call. A line that is longer
+    // than `longest_line` comes in several pieces.
     struct Next {
         Line line;
-        bool newline;   // the line ended in one
-        bool piece;     // of a longer line; the last piece of it as well
+        bool newline;  // the line ended in one
+        bool piece;    // of a longer line; the last piece of it as well
     };
     bool next(Next& next, Output& out);
 
@@ -54,11 +55,11 @@ public:
 
     static constexpr std::size_t longest_line = std::size_t{1} << 20;
 
-private:
+  private:
     bool fill(Output& out);
 
     int descriptor_;
-    bool regular_;      // a file: reading never waits, so there is no need to show what is ready first
+    bool regular_;  // a file: reading never waits, so there is no need to show what is ready first
     std::vector<char> buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;

@@ -11,9 +11,7 @@ namespace ztdecode::tool {
 
 namespace {
 
-bool blank(char c) {
-    return c == ' ' || c == '\t' || c == '\r';
-}
+bool blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 bool blank_or_comment(Line line) {
     const char* end = line.text + line.length;
@@ -29,7 +27,8 @@ Line without_trailing_blanks(Line line) {
 
 }  // namespace
 
-TraceDecoder::TraceDecoder(std::string name, const Options& options, bool color, Output& out, Output& diagnostics)
+TraceDecoder::TraceDecoder(std::string name, const Options& options, bool color, Output& out,
+                           Output& diagnostics)
     : name_(std::move(name)),
       options_(options),
       out_(out),
@@ -51,7 +50,8 @@ void TraceDecoder::decode(int descriptor) {
     out_.flush();
     if (input.error() != 0) {
         unreadable_ = true;
-        diagnostics_.text.print("ztdecode: {}: {}\n"_cf, name_, std::string_view(std::strerror(input.error())));
+        diagnostics_.text.print("ztdecode: {}: {}\n"_cf, name_,
+                                std::string_view(std::strerror(input.error())));
     }
     diagnostics_.flush();
 }
@@ -80,10 +80,16 @@ bool TraceDecoder::is_trace_line(Line line, Layout& layout) const {
     if (blank_or_comment(line)) return false;
     if (layout != Layout::recognised) return true;
     switch (recognise(line)) {
-        case LineKind::bare: break;
-        case LineKind::tagged: layout = Layout::tagged; break;
-        case LineKind::spzt: layout = Layout::spzt; break;
-        case LineKind::none: return false;
+        case LineKind::bare:
+            break;
+        case LineKind::tagged:
+            layout = Layout::tagged;
+            break;
+        case LineKind::spzt:
+            layout = Layout::spzt;
+            break;
+        case LineKind::none:
+            return false;
     }
     return true;
 }
@@ -91,12 +97,18 @@ bool TraceDecoder::is_trace_line(Line line, Layout& layout) const {
 ReadResult TraceDecoder::read(Line line, Layout layout) {
     Text& out = out_.text;
     switch (layout) {
-        case Layout::line: return reader_.line(line, options_.direction, out);
-        case Layout::line_lng2: return reader_.line_lng2(line, options_.direction, out);
-        case Layout::tagged: return reader_.line_tzt(line, options_.direction, out);
-        case Layout::spzt: return reader_.line_spzt(line, out);
-        case Layout::spzt_lng2: return reader_.line_spzt_lng2(line, out);
-        default: return reader_.line_any_length(line, options_.direction, out);
+        case Layout::line:
+            return reader_.line(line, options_.direction, out);
+        case Layout::line_lng2:
+            return reader_.line_lng2(line, options_.direction, out);
+        case Layout::tagged:
+            return reader_.line_tzt(line, options_.direction, out);
+        case Layout::spzt:
+            return reader_.line_spzt(line, out);
+        case Layout::spzt_lng2:
+            return reader_.line_spzt_lng2(line, out);
+        default:
+            return reader_.line_any_length(line, options_.direction, out);
     }
 }
 

@@ -14,7 +14,7 @@ namespace ztdecode::tool {
 
 // Decodes one trace file with a session of its own.
 class TraceDecoder : private SideChannel {
-public:
+  public:
     // `name` is what diagnostics call the file; `color` whether texts are coloured.
     TraceDecoder(std::string name, const Options& options, bool color, Output& out, Output& diagnostics);
 
@@ -24,7 +24,7 @@ public:
     bool refused_lines() const noexcept { return refused_; }
     bool unreadable() const noexcept { return unreadable_; }
 
-private:
+  private:
     void decode_text(Input& input, Progress& progress);
     void decode_binary(Input& input, Progress& progress);
 

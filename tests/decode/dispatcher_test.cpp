@@ -190,8 +190,8 @@ TEST(Dispatcher, HeMessagesWithoutAMessage) {
     EXPECT_EQ(d.error, "decalage incorrect: demandé: 3, disponible: 1\n");
 }
 
-// Both know opcode 31; on this link it is the HE decoder's. The last three bytes stand behind the shortened message too:
-// byte 6, the first one of the code, is the 05.
+// Both know opcode 31; on this link it is the HE decoder's. The last three bytes stand behind the shortened
+// message too: byte 6, the first one of the code, is the 05.
 TEST(Dispatcher, AnHeResetReport) {
     expect_to_dhs(
         {{"05 01 02 1f 00 00 05",

@@ -8,9 +8,10 @@
 
 #include "support/process.hpp"
 
-// Whole traces: NAME.<layout> is decoded as `ztdecode --no-input --color never` with the options of NAME.options, where
-// there are any, and must give NAME.expected byte for byte. Where no character-names library can be opened (there is none
-// for the 32-bit build), NAME.unnamed is expected of the traces that name characters.
+// Whole traces: NAME.<layout> is decoded as `ztdecode --no-input --color never` with the options of
+// NAME.options, where there are any, and must give NAME.expected byte for byte. Where no character-names
+// library can be opened (there is none for the 32-bit build), NAME.unnamed is expected of the traces that
+// name characters.
 
 namespace ztdecode::testing {
 
@@ -62,13 +63,12 @@ TEST_P(Golden, Trace) {
 
 INSTANTIATE_TEST_SUITE_P(Traces, Golden, ::testing::ValuesIn(traces()), [](const auto& trace) {
     std::string name = trace.param.stem();
-    std::replace_if(name.begin(), name.end(), [](char c) { return std::isalnum(c) == 0; }, '_');
+    std::replace_if(
+        name.begin(), name.end(), [](char c) { return std::isalnum(c) == 0; }, '_');
     return name;
 });
 
-TEST(Golden, ThereAreTraces) {
-    EXPECT_GE(traces().size(), 6U);
-}
+TEST(Golden, ThereAreTraces) { EXPECT_GE(traces().size(), 6U); }
 
 }  // namespace
 

@@ -29,9 +29,7 @@ TemporaryFile::TemporaryFile(const std::string& contents) {
     std::ofstream(path_, std::ios::binary) << contents;
 }
 
-TemporaryFile::~TemporaryFile() {
-    ::unlink(path_.c_str());
-}
+TemporaryFile::~TemporaryFile() { ::unlink(path_.c_str()); }
 
 Ended run(const std::vector<std::string>& command, const std::string& input) {
     const TemporaryFile in(input);

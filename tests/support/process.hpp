@@ -18,14 +18,14 @@ std::string contents(const std::string& file);
 
 // A file that is there as long as the object.
 class TemporaryFile {
-public:
+  public:
     explicit TemporaryFile(const std::string& contents);
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
     ~TemporaryFile();
     const std::string& path() const noexcept { return path_; }
 
-private:
+  private:
     std::string path_;
 };
 

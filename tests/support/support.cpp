@@ -30,9 +30,7 @@ std::vector<std::uint8_t> bytes(std::string_view hex) {
     return result;
 }
 
-Decoding::Decoding() : session_(std::make_unique<Session>()) {
-    session_->side = this;
-}
+Decoding::Decoding() : session_(std::make_unique<Session>()) { session_->side = this; }
 
 std::string Decoding::decode(std::string_view hex, std::uint32_t direction) {
     const auto data = bytes(hex);

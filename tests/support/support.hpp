@@ -15,7 +15,7 @@ std::vector<std::uint8_t> bytes(std::string_view hex);
 
 // A session of its own with everything that it writes on the side.
 class Decoding : public SideChannel {
-public:
+  public:
     Decoding();
 
     // The whole text for a message as it was captured.
@@ -27,7 +27,8 @@ public:
     using Decoder = void (*)(Session&, Message&, Text&);
     using ConstDecoder = void (*)(Session&, const Message&, Text&);
     std::string with(Decoder decoder, std::string_view hex, std::uint32_t direction = ztdecode::from_dhs);
-    std::string with(ConstDecoder decoder, std::string_view hex, std::uint32_t direction = ztdecode::from_dhs);
+    std::string with(ConstDecoder decoder, std::string_view hex,
+                     std::uint32_t direction = ztdecode::from_dhs);
 
     void standard_output(std::string_view text) override { output += text; }
     void standard_error(std::string_view text) override { error += text; }
@@ -40,7 +41,7 @@ public:
     std::string output;
     std::string error;
 
-private:
+  private:
     std::unique_ptr<Session> session_;
 };
 

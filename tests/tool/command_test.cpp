@@ -51,9 +51,11 @@ TEST(Command, RecognisesEachLinesLayout) {
 TEST(Command, DirectionOfLayoutsWithoutAColumn) {
     EXPECT_EQ(ztdecode({"--no-input", "--direction", "to"}, "zt 02 03 0a\n02 03 0a\n").output,
               "\t- digit dialed '*'\n\t- digit dialed '*'\n");
-    EXPECT_EQ(ztdecode({"--no-input", "--direction", "from"}, "zt 02 03 0a\n").output, "\t- software reset\n");
+    EXPECT_EQ(ztdecode({"--no-input", "--direction", "from"}, "zt 02 03 0a\n").output,
+              "\t- software reset\n");
     // The column says it itself.
-    EXPECT_EQ(ztdecode({"--no-input", "--direction", "to"}, "000001S 02 03 0a\n").output, "\t- software reset\n");
+    EXPECT_EQ(ztdecode({"--no-input", "--direction", "to"}, "000001S 02 03 0a\n").output,
+              "\t- software reset\n");
 }
 
 TEST(Command, PassesOtherLinesThroughAsTheyAre) {
@@ -85,9 +87,9 @@ TEST(Command, NamesFileAndLineOfARefusedLineAndGoesOn) {
     const TemporaryFile file("# trace\n000001S 01 2a\n000002R 09 01\nzt 02 01\nzt 02 01 xx\n000003S 01 2a\n");
     const Ended e = ztdecode({"--no-input", file.path()});
     EXPECT_EQ(e.output, "# trace\n\t- version inquiry\n\t- version inquiry\n");
-    EXPECT_EQ(e.error, "ztdecode: " + file.path() + ":3: -> line too short\n" +
-                           "ztdecode: " + file.path() + ":4: line too short: expected: 8, real: 5\n" +
-                           "ztdecode: " + file.path() + ":5: line1: ill formed hex value\n");
+    EXPECT_EQ(e.error, "ztdecode: " + file.path() + ":3: -> line too short\n" + "ztdecode: " + file.path() +
+                           ":4: line too short: expected: 8, real: 5\n" + "ztdecode: " + file.path() +
+                           ":5: line1: ill formed hex value\n");
     EXPECT_EQ(e.status, 1);
 }
 
@@ -115,8 +117,8 @@ TEST(Command, HelpAndVersion) {
     EXPECT_EQ(ztdecode({"--version"}).status, 0);
     const Ended help = ztdecode({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* option : {"--layout", "--direction", "--no-input", "--color", "--audio-only", "--explain",
-                               "--debug", "--jobs", "--version"}) {
+    for (const char* option : {"--layout", "--direction", "--no-input", "--color", "--audio-only",
+                               "--explain", "--debug", "--jobs", "--version"}) {
         EXPECT_NE(help.output.find(option), std::string::npos) << option;
     }
 }
@@ -173,8 +175,8 @@ TEST(Command, AnUnknownClassEndsTheMessageAndNotTheProgram) {
     const TemporaryFile file("000001S 03 16 00 04\n000002S 01 2a\n");
     const Ended e = ztdecode({"--no-input", file.path()});
     EXPECT_EQ(e.output, "\t- version inquiry\n");
-    EXPECT_EQ(e.error, "ztdecode: " + file.path() +
-                           ":1: \tRYM - presentation server\nError class lookup table ptr\n");
+    EXPECT_EQ(e.error,
+              "ztdecode: " + file.path() + ":1: \tRYM - presentation server\nError class lookup table ptr\n");
     EXPECT_EQ(e.status, 1);
 }
 
@@ -228,7 +230,8 @@ TEST(Command, BinaryLayouts) {
     EXPECT_EQ(ztdecode({"--layout", "bin1"}, one).output,
               "zt 01 00 2a\n\t- version inquiry\nzt 02 00 21 07\n\t- all leds OFF\n");
     const std::string two("\x01\x00\x2a\x02\x00\x21\x07", 7);
-    EXPECT_EQ(ztdecode({"--layout", "bin2", "--no-input"}, two).output, "\t- version inquiry\n\t- all leds OFF\n");
+    EXPECT_EQ(ztdecode({"--layout", "bin2", "--no-input"}, two).output,
+              "\t- version inquiry\n\t- all leds OFF\n");
     const Ended cut = ztdecode({"--layout", "bin1", "--no-input"}, std::string("\x01\x2a\x03\x21\x07", 5));
     EXPECT_EQ(cut.output, "\t- version inquiry\n\t- all leds OFF\n");
     EXPECT_EQ(cut.error, "ztdecode: -:2: the file ends inside the message\n");
@@ -239,7 +242,8 @@ TEST(Command, ForcedLayouts) {
     EXPECT_EQ(ztdecode({"--no-input", "--layout", "line"}, "01 2a\n").output, "\t- version inquiry\n");
     EXPECT_EQ(ztdecode({"--no-input", "--layout", "lng2"}, "01 00 2a 02 00 21 07\n").output,
               "\t- version inquiry\n\t- all leds OFF\n");
-    EXPECT_EQ(ztdecode({"--no-input", "--layout", "spzt-lng2"}, "xxxxxxS 01 00 2a\n").output, "\t- version inquiry\n");
+    EXPECT_EQ(ztdecode({"--no-input", "--layout", "spzt-lng2"}, "xxxxxxS 01 00 2a\n").output,
+              "\t- version inquiry\n");
     EXPECT_EQ(ztdecode({"--no-input", "--layout", "spzt"}, "hello\n").error,
               "ztdecode: -:1: -> not in spzt format: msg[6] should be S or R\n");
     EXPECT_EQ(ztdecode({"--no-input", "--layout", "zt"}, "hello\n").error,
@@ -256,7 +260,8 @@ TEST(Command, ManyJobsGiveTheSameOutputInTheSameOrder) {
     const std::string folder = ZTDECODE_SOURCE_DIR "/tests/golden/";
     const TemporaryFile broken("000001S 09\n");
     std::vector<std::string> files;
-    for (const char* name : {"office.spzt", "office-ip.spzt", "office-widgets.spzt"}) files.push_back(folder + name);
+    for (const char* name : {"office.spzt", "office-ip.spzt", "office-widgets.spzt"})
+        files.push_back(folder + name);
     files.push_back(broken.path());
     files.push_back("/no/such/file");
     files.push_back(folder + "office-digital.spzt");
@@ -326,8 +331,8 @@ TEST(Command, AClosedPipeEndsItQuietly) {
     std::string trace;
     for (int i = 0; i < 100000; ++i) trace += "000001S 01 2a\n";
     const TemporaryFile file(trace);
-    const Ended e = run({"/bin/sh", "-c", std::string("\"") + ZTDECODE_TOOL_FILE + "\" " + file.path() +
-                                              " | head -n 1"});
+    const Ended e =
+        run({"/bin/sh", "-c", std::string("\"") + ZTDECODE_TOOL_FILE + "\" " + file.path() + " | head -n 1"});
     EXPECT_EQ(e.output, "000001S 01 2a\n");
     EXPECT_EQ(e.error, "");
 }
