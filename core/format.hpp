@@ -51,24 +51,26 @@ struct fmt::formatter<ztdecode::Characters> {
 // "{:02x}", "{:02X}" and "{}"; any other way goes the way of all numbers.
 template <>
 struct fmt::formatter<ztdecode::Byte> : fmt::formatter<std::uint8_t> {
-    const char* digits = nullptr;
-    bool other_way = false;
+    enum class Way { decimal, lower_case, upper_case, other };
+    Way way = Way::decimal;
 
     constexpr auto parse(fmt::format_parse_context& spec) {
         const std::string_view text(spec.begin(), static_cast<std::size_t>(spec.end() - spec.begin()));
-        if (text.starts_with("02x}")) digits = ztdecode::lower_case_digits;
-        if (text.starts_with("02X}")) digits = ztdecode::upper_case_digits;
-        if (digits != nullptr) return spec.begin() + 3;
-        other_way = true;
+        if (text.starts_with("02x}")) way = Way::lower_case;
+        if (text.starts_with("02X}")) way = Way::upper_case;
+        if (way != Way::decimal) return spec.begin() + 3;
+        way = Way::other;
         return fmt::formatter<std::uint8_t>::parse(spec);
     }
 
     template <class Context>
     auto format(const ztdecode::Byte& byte, Context& context) const {
         using namespace fmt::literals;
-        if (other_way) return fmt::formatter<std::uint8_t>::format(byte.value, context);
+        if (way == Way::other) return fmt::formatter<std::uint8_t>::format(byte.value, context);
         char* at = context.out();
-        if (digits == nullptr) return fmt::format_to(at, "{}"_cf, unsigned{byte.value});
+        if (way == Way::decimal) return fmt::format_to(at, "{}"_cf, unsigned{byte.value});
+        const char* digits =
+            way == Way::lower_case ? ztdecode::lower_case_digits : ztdecode::upper_case_digits;
         *at++ = digits[byte.value >> 4];
         *at++ = digits[byte.value & 15];
         return at;

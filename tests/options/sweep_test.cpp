@@ -49,10 +49,10 @@ TEST(Modules, SuperMessagesOfEveryLengthEnd) {
         std::array<std::uint8_t, 48> data = {4, 0x10, 0x0B};
         if (!is_super(decoder, 0x0B)) continue;
         for (unsigned length = 0; length < 256; ++length) {
-            for (const unsigned opcode : {0x00U, 0x01U, 0x03U, 0x0BU, 0x0CU, 0x1FU, 0x26U, 0x41U, 0x8BU}) {
+            for (const unsigned opcode : {0x00U, 0x0BU, 0x1FU, 0x26U, 0x8BU}) {
                 data[3] = static_cast<std::uint8_t>(length);
                 data[4] = static_cast<std::uint8_t>(opcode);
-                for (const std::size_t size : {1U, 2U, 3U, 4U, 5U, 6U, 12U, 40U}) {
+                for (const std::size_t size : {1U, 3U, 4U, 5U, 40U}) {
                     out.clear();
                     decoder(d.session(), Message(data.data(), size, data.size()), out);
                     ASSERT_TRUE(out.view().starts_with("super message\n"));
