@@ -21,6 +21,16 @@ consteval std::array<std::uint8_t, 256> digit_values() {
 }
 constexpr auto digits = digit_values();
 
+// What a character is worth as a digit of a field; above 0xff where it is none.
+consteval std::array<std::uint16_t, 256> field_digits(unsigned worth) {
+    std::array<std::uint16_t, 256> values{};
+    for (std::size_t c = 0; c < values.size(); ++c) values[c] = static_cast<std::uint16_t>(digits[c] * worth);
+    for (std::uint16_t& v : values) v = v == no_digit * worth ? 0x100 : v;
+    return values;
+}
+constexpr auto first_digits = field_digits(16);
+constexpr auto second_digits = field_digits(1);
+
 // Digits and the blanks between them.
 consteval std::array<bool, 256> field_characters() {
     std::array<bool, 256> characters{};
@@ -123,17 +133,18 @@ ReadResult LineReader::decode_record(std::uint64_t length, std::uint32_t directi
                                                                                 : ReadResult::unknown_class;
 }
 
-// Reads up to n fields into the record, as long as they are two digits each, as nearly all are. Gives their
-// number.
+// Reads up to n fields into the record, as long as they are two digits and a blank or the line's end, as
+// nearly all are. Gives their number.
 std::size_t LineReader::read_plain_fields(Line line, std::size_t column, std::size_t n) {
     const std::size_t present = column < line.length ? (line.length - column + 1) / 3 : 0;
     n = std::min(n, present);
     const char* field = line.text + column;
     for (std::size_t i = 0; i < n; ++i, field += 3) {
-        const unsigned high = hex_digit(field[0]);
-        const unsigned low = hex_digit(field[1]);
-        if (((high | low) & no_digit) != 0 || hex_digit(field[2]) != no_digit) return i;
-        record_[i] = static_cast<std::uint8_t>(high << 4 | low);
+        const unsigned value = first_digits[static_cast<std::uint8_t>(field[0])] |
+                               second_digits[static_cast<std::uint8_t>(field[1])];
+        const auto behind = static_cast<std::uint8_t>(field[2]);
+        if (value > 0xFF || behind > ' ') return i;
+        record_[i] = static_cast<std::uint8_t>(value);
     }
     return n;
 }

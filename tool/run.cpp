@@ -4,7 +4,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <atomic>
 #include <cerrno>
 #include <condition_variable>
 #include <csignal>
@@ -15,6 +14,7 @@
 #include <mutex>
 #include <thread>
 
+#include "tool/file_outputs.hpp"
 #include "tool/trace.hpp"
 
 namespace ztdecode::tool {
@@ -87,78 +87,63 @@ int run_one_by_one(const Options& options, bool color) {
     return status_with_output(status, out.error());
 }
 
-// What a file gives while another one's turn it is: kept in a temporary file without a name.
-class Spool {
-  public:
-    Spool() : file_(std::tmpfile()), output_(file_ == nullptr ? -1 : ::fileno(file_)) {}
-    Spool(const Spool&) = delete;
-    Spool& operator=(const Spool&) = delete;
-    ~Spool() {
-        if (file_ != nullptr) std::fclose(file_);
-    }
-    Output& output() noexcept { return output_; }
-
-    void copy_to(Output& to) {
-        if (file_ == nullptr) return;
-        const int from = ::fileno(file_);
-        ::lseek(from, 0, SEEK_SET);
-        char block[64 * 1024];
-        for (ssize_t n = 0; to.error() == 0 && (n = ::read(from, block, sizeof block)) > 0;) {
-            to.text.add({block, static_cast<std::size_t>(n)});
-            to.flush();
-        }
-    }
-
-  private:
-    std::FILE* file_;
-    Output output_;
-};
-
 struct Job {
-    Spool out;
-    Spool diagnostics;
+    FileOutputs outputs;
     int status = 0;
     bool done = false;
 };
 
-// Files are taken in their order; each one's output is copied when all before it have been.
+// Files are taken in their order, and their outputs go out in that order. Work runs ahead of the output by so
+// many files at most: each of them may keep two temporary files open.
+constexpr std::size_t farthest_ahead = 100;
+
 int run_jobs(const Options& options, bool color) {
     const std::vector<std::string>& files = options.files;
     std::vector<std::unique_ptr<Job>> jobs(files.size());
-    std::atomic<std::size_t> next{0};
+    for (auto& job : jobs) job = std::make_unique<Job>();
+    std::size_t next = 0;
+    std::size_t turn = 0;
     std::mutex mutex;
     std::condition_variable one_is_done;
+    std::condition_variable turn_has_moved;
     auto work = [&] {
-        for (std::size_t i = next++; i < files.size(); i = next++) {
-            auto job = std::make_unique<Job>();
-            job->status = decode_file(files[i], options, color, job->out.output(), job->diagnostics.output());
-            const std::lock_guard lock(mutex);
-            job->done = true;
-            jobs[i] = std::move(job);
+        std::unique_lock lock(mutex);
+        while (next < files.size()) {
+            const std::size_t i = next++;
+            turn_has_moved.wait(lock, [&] { return i < turn + farthest_ahead; });
+            Job& job = *jobs[i];
+            lock.unlock();
+            job.status = decode_file(files[i], options, color, job.outputs.out(), job.outputs.diagnostics());
+            job.outputs.close();
+            lock.lock();
+            job.done = true;
             one_is_done.notify_one();
         }
     };
     std::vector<std::thread> threads;
     for (unsigned i = 0; i < std::min<std::size_t>(options.jobs, files.size()); ++i)
         threads.emplace_back(work);
-    Output out(STDOUT_FILENO);
-    Output diagnostics(STDERR_FILENO);
     int status = 0;
-    for (std::size_t i = 0; i < files.size(); ++i) {
-        std::unique_ptr<Job> job;
-        {
-            std::unique_lock lock(mutex);
-            one_is_done.wait(lock, [&] { return jobs[i] != nullptr; });
-            job = std::move(jobs[i]);
-        }
-        job->out.copy_to(out);
-        job->diagnostics.copy_to(diagnostics);
-        status = std::max(status, job->status);
-        const int spooled = job->out.output().error();
-        if (spooled != 0) status = status_with_output(status, spooled);
+    int error = 0;
+    std::unique_lock lock(mutex);
+    for (; turn < files.size() && error == 0; ++turn) {
+        Job& job = *jobs[turn];
+        job.outputs.your_turn();
+        turn_has_moved.notify_all();
+        one_is_done.wait(lock, [&] { return job.done; });
+        lock.unlock();
+        job.outputs.release();
+        lock.lock();
+        status = std::max(status, job.status);
+        error = job.outputs.out().error();
+        jobs[turn].reset();
     }
+    if (error != 0) next = files.size();  // Nobody sees what the others would give.
+    turn = files.size();
+    lock.unlock();
+    turn_has_moved.notify_all();
     for (std::thread& thread : threads) thread.join();
-    return status_with_output(status, out.error());
+    return status_with_output(status, error);
 }
 
 }  // namespace

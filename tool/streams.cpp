@@ -10,16 +10,19 @@
 namespace ztdecode::tool {
 
 void Output::flush() {
-    std::string_view left = text.view();
-    while (!left.empty() && error_ == 0) {
-        const ssize_t written = ::write(descriptor_, left.data(), left.size());
+    if (!text.empty() && error_ == 0) send(text.view());
+    text.clear();
+}
+
+void Output::write_to(int descriptor, std::string_view words) {
+    while (!words.empty() && error_ == 0) {
+        const ssize_t written = ::write(descriptor, words.data(), words.size());
         if (written >= 0) {
-            left.remove_prefix(static_cast<std::size_t>(written));
+            words.remove_prefix(static_cast<std::size_t>(written));
         } else if (errno != EINTR) {
             error_ = errno;
         }
     }
-    text.clear();
 }
 
 namespace {

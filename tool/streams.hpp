@@ -16,6 +16,9 @@ namespace ztdecode::tool {
 class Output {
   public:
     explicit Output(int descriptor) noexcept : descriptor_(descriptor) {}
+    Output(const Output&) = delete;
+    Output& operator=(const Output&) = delete;
+    virtual ~Output() = default;
 
     Text text;
 
@@ -25,6 +28,15 @@ class Output {
     }
     // 0, or the errno of the first write that failed; nothing is written any more then.
     int error() const noexcept { return error_; }
+
+  protected:
+    // The text's way out.
+    virtual void send(std::string_view words) { write(words); }
+
+    int descriptor() const noexcept { return descriptor_; }
+    void write(std::string_view words) { write_to(descriptor_, words); }
+    void write_to(int descriptor, std::string_view words);
+    void fail(int error) noexcept { error_ = error; }
 
   private:
     static constexpr std::size_t enough = 64 * 1024;

@@ -237,6 +237,19 @@ TEST(Frame, SuppressedPartsKeepTheirLine) {
               "\t- super message:\n\t> zt 01 00 00\n\t> zt 01 00 24\n\t- enable DTMF\n");
 }
 
+// An object-protocol message that names a class which does not exist ends the text, and the colour that is
+// open.
+TEST(Frame, AnUnknownClassEndsTheText) {
+    Decoding d;
+    EXPECT_EQ(d.from_dhs("0b 01 00 04 15 02 04 01 01 00"),
+              "\t- super message:\n\t> zt 01 00 00\n\t- nop\n"
+              "\t> zt 04 00 15 02 04 01\n\tRYM - call server\nError class lookup table ptr");
+    EXPECT_EQ(d.outcome, Outcome::unknown_class);
+    EXPECT_EQ(coloured("15 02 04 01", 0), GREEN "\tRYM - call server\nError class lookup table ptr" PLAIN);
+    EXPECT_EQ(d.from_dhs("00"), "\t- nop");
+    EXPECT_EQ(d.outcome, Outcome::decoded);
+}
+
 TEST(Frame, TheTextStandsBehindWhatIsThere) {
     const auto data = bytes("18 0a");
     Session session;

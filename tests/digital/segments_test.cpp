@@ -217,6 +217,17 @@ TEST(Segments, AMessageThatCarriesItself) {
     EXPECT_EQ(d.from_dhs("0c 80 00 01 2a"), "\t- segment message 1/1\n\t- version inquiry");
 }
 
+TEST(Segments, AnUnknownClassEndsThemAll) {
+    Decoding d;
+    const std::string ended =
+        "\t- segment message 1/1\n\t- segment message 1/1\n\tRYM - call server\nError class lookup table ptr";
+    for (int i = 0; i < 40; ++i) {
+        EXPECT_EQ(d.from_dhs("0c 80 00 08 0c 80 00 04 15 02 04 01"), ended);
+        EXPECT_EQ(d.outcome, Outcome::unknown_class);
+    }
+    EXPECT_EQ(d.from_dhs("0c 80 00 01 2a"), "\t- segment message 1/1\n\t- version inquiry");
+}
+
 TEST(Segments, AudioFilter) {
     Decoding d;
     // The type byte of a segment is none of an audio message's, whatever it carries.

@@ -12,10 +12,10 @@ namespace ztdecode::testing {
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr unsigned stride = 12;
+constexpr unsigned stride = 4;
 #elif defined(__has_feature)
 #if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr unsigned stride = 12;
+constexpr unsigned stride = 4;
 #else
 constexpr unsigned stride = 1;
 #endif

@@ -1,0 +1,67 @@
+#include "core/format.hpp"
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstdio>
+#include <string>
+
+// Formats against the C library's printf, which the texts were first written for.
+
+namespace ztdecode {
+
+namespace {
+
+template <class Format, class... Args>
+std::string formatted(const Format& format, const Args&... args) {
+    std::string text(format_bound(format, args...), '#');
+    text.resize(static_cast<std::size_t>(write_format(text.data(), format, args...) - text.data()));
+    return text;
+}
+
+template <class... Args>
+std::string by_printf(const char* format, Args... args) {
+    std::array<char, 512> text{};
+    std::snprintf(text.data(), text.size(), format, args...);
+    return text.data();
+}
+
+TEST(Format, ShowsEveryByteInEveryWay) {
+    for (int value = 0; value < 256; ++value) {
+        const auto byte = static_cast<std::uint8_t>(value);
+        EXPECT_EQ(formatted("{:02x}|{:02X}"_cf, byte, byte), by_printf("%.2x|%.2X", value, value));
+        EXPECT_EQ(formatted("{}"_cf, byte), by_printf("%d", value));
+        EXPECT_EQ(formatted("{:x}"_cf, byte), by_printf("%.1x", value));
+        EXPECT_EQ(formatted("{:04X} {:03} {:02}"_cf, byte, byte, byte),
+                  by_printf("%.4X %03d %02d", value, value, value));
+    }
+}
+
+TEST(Format, TellsBytesFromOtherNumbers) {
+    EXPECT_EQ(formatted("{:02x} {:02X}"_cf, std::uint16_t{0x1234}, 0xABCU), "1234 ABC");
+    EXPECT_EQ(formatted("{} {}"_cf, std::int8_t{-128}, 'x'), "-128 x");
+}
+
+TEST(Format, PadsStringsToTheirWidth) {
+    for (std::size_t n = 0; n < 40; ++n) {
+        const std::string text(n, 'a');
+        EXPECT_EQ(formatted("<{:<15}>"_cf, text), by_printf("<%-15s>", text.c_str()));
+        EXPECT_EQ(formatted("<{}>"_cf, std::string_view(text)), by_printf("<%s>", text.c_str()));
+    }
+    EXPECT_EQ(formatted("{:<12}|{:<1}|"_cf, "", "ab"), "            |ab|");
+}
+
+TEST(Format, CountsCharactersAsBytes) {
+    const std::string accent = "R\xC3\xA9";
+    EXPECT_EQ(formatted("{:<5}|"_cf, accent), by_printf("%-5s|", accent.c_str()));
+    EXPECT_EQ(formatted("{:<5}|"_cf, std::string_view("\xFF\0\x80", 3)), std::string("\xFF\0\x80  |", 6));
+}
+
+TEST(Format, TakesNothingFromAnEmptyString) {
+    EXPECT_EQ(formatted("[{}{}]"_cf, std::string_view(), ""), "[]");
+    EXPECT_EQ(formatted("{:<3}|"_cf, std::string_view()), "   |");
+}
+
+}  // namespace
+
+}  // namespace ztdecode

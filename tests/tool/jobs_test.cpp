@@ -1,0 +1,117 @@
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "support/process.hpp"
+
+// Several files at once: the same output in the same order, wherever it goes to.
+
+namespace ztdecode::testing {
+
+namespace {
+
+// Lines that differ, so that a piece in a wrong place shows.
+std::string trace(int lines, int first) {
+    std::string text;
+    for (int i = 0; i < lines; ++i) {
+        char line[32];
+        std::snprintf(line, sizeof line, "%06dR 02 03 %02x\n", (first + i) % 1000000, i % 12);
+        text += line;
+    }
+    return text;
+}
+
+std::string quoted(const std::string& word) { return "'" + word + "'"; }
+
+Ended shell(const std::string& arguments, const std::string& behind = {}) {
+    return run({"/bin/sh", "-c", quoted(ZTDECODE_TOOL_FILE) + " " + arguments + " " + behind});
+}
+
+class Jobs : public ::testing::Test {
+  protected:
+    void add(const std::string& contents) {
+        files_.push_back(std::make_unique<TemporaryFile>(contents));
+        list_ += " " + quoted(files_.back()->path());
+    }
+    std::string list_;
+
+  private:
+    std::vector<std::unique_ptr<TemporaryFile>> files_;
+};
+
+TEST_F(Jobs, LongOutputsKeepTheirOrder) {
+    add(trace(60000, 0));
+    add(trace(50000, 100000));
+    add(trace(1, 200000));
+    add(trace(70000, 300000));
+    const Ended expected = shell(list_);
+    EXPECT_GT(expected.output.size(), 4000000U);
+    for (const char* jobs : {"2", "3", "8"}) {
+        const Ended ended = shell(std::string("--jobs ") + jobs + list_);
+        EXPECT_TRUE(ended.output == expected.output) << jobs;
+        EXPECT_EQ(ended.error, "");
+        EXPECT_EQ(ended.status, 0);
+    }
+}
+
+TEST_F(Jobs, OutputIsAppendedWhereTheShellSaysSo) {
+    add(trace(20000, 0));
+    add(trace(20000, 100000));
+    const std::string expected = shell(list_).output;
+    const TemporaryFile out("before\n");
+    EXPECT_EQ(shell("--jobs 2" + list_, ">>" + quoted(out.path())).status, 0);
+    EXPECT_TRUE(contents(out.path()) == "before\n" + expected);
+}
+
+TEST_F(Jobs, OutputGoesThroughAPipe) {
+    add(trace(20000, 0));
+    add(trace(20000, 100000));
+    const std::string expected = shell(list_).output;
+    EXPECT_TRUE(shell("--jobs 2" + list_, "| cat").output == expected);
+}
+
+// They come in the order of the files, each with its line number.
+TEST_F(Jobs, DiagnosticsKeepTheirPlace) {
+    add(trace(30000, 0));
+    add("000001S 09\n" + trace(30000, 100000) + "000002S 01 2a\n");
+    add("000003S 09\n000004S 01 2a\n");
+    const Ended one = shell(list_);
+    const Ended two = shell("--jobs 2" + list_);
+    EXPECT_TRUE(two.output == one.output);
+    EXPECT_EQ(two.error, one.error);
+    EXPECT_EQ(two.status, 1);
+    EXPECT_EQ(one.status, 1);
+}
+
+TEST_F(Jobs, MoreFilesThanWorkMayRunAhead) {
+    add(trace(100000, 0));
+    for (int i = 0; i < 250; ++i) add(trace(3, 3 * i));
+    const Ended expected = shell(list_);
+    const Ended ended = shell("--jobs 4" + list_);
+    EXPECT_TRUE(ended.output == expected.output);
+    EXPECT_EQ(ended.status, 0);
+}
+
+TEST_F(Jobs, AFullDeviceIsReportedOnce) {
+    add(trace(30000, 0));
+    add(trace(30000, 100000));
+    add(trace(10, 200000));
+    const Ended ended = shell("--jobs 2" + list_, ">/dev/full");
+    EXPECT_EQ(ended.error, "ztdecode: standard output: No space left on device\n");
+    EXPECT_EQ(ended.status, 2);
+}
+
+TEST_F(Jobs, AClosedPipeEndsItQuietly) {
+    add(trace(100000, 0));
+    add(trace(100000, 100000));
+    const Ended ended = shell("--jobs 2" + list_, "| head -n 1");
+    EXPECT_EQ(ended.output, "000000R 02 03 00\n");
+    EXPECT_EQ(ended.error, "");
+}
+
+}  // namespace
+
+}  // namespace ztdecode::testing
