@@ -90,9 +90,7 @@ constexpr ztdecode_property_record Tab_IME_REMOTEOPEN[] = {
 
 // clang-format on
 
-namespace ztdecode {
-
-namespace event_properties {
+namespace ztdecode::event_properties {
 
 constexpr PropertyTable reset = property_rows::indexed<Tab_RESET>;
 constexpr PropertyTable tabbox = property_rows::indexed<Tab_TABBOX>;
@@ -106,6 +104,4 @@ constexpr PropertyTable ime_list = property_rows::indexed<Tab_IME_LIST>;
 constexpr PropertyTable ime_change = property_rows::indexed<Tab_IME_CHANGE>;
 constexpr PropertyTable ime_open = property_rows::indexed<Tab_IME_OPEN>;
 
-}  // namespace event_properties
-
-}  // namespace ztdecode
+}  // namespace ztdecode::event_properties

@@ -9,7 +9,7 @@ namespace ztdecode::tool {
 
 namespace {
 
-constexpr std::size_t block_size = 64 * 1024;
+constexpr std::size_t block_size = std::size_t{64} * 1024;
 
 // Inside the kernel where it can do that; it cannot for a file that is appended to, for one.
 bool copy_in_kernel(int from, int to) {

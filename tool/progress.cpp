@@ -11,7 +11,7 @@ namespace ztdecode::tool {
 namespace {
 
 constexpr std::chrono::milliseconds between_lines{200};
-constexpr std::uint64_t bytes_between_looks = 256 * 1024;
+constexpr std::uint64_t bytes_between_looks = std::uint64_t{256} * 1024;
 
 }  // namespace
 

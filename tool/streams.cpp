@@ -27,7 +27,7 @@ void Output::write_to(int descriptor, std::string_view words) {
 
 namespace {
 
-constexpr std::size_t buffer_size = 256 * 1024;
+constexpr std::size_t buffer_size = std::size_t{256} * 1024;
 
 bool is_regular(int descriptor) {
     struct stat status {};

@@ -39,7 +39,7 @@ class Output {
     void fail(int error) noexcept { error_ = error; }
 
   private:
-    static constexpr std::size_t enough = 64 * 1024;
+    static constexpr std::size_t enough = std::size_t{64} * 1024;
 
     int descriptor_;
     int error_ = 0;
