@@ -178,7 +178,7 @@ TEST_F(ApplicationBuffer, RoutesLeaveTheirText) {
     EXPECT_EQ(buffer(), "\nNotify\tONHOOK\n{\n\tServer\t\tCall\n}\n");
     EXPECT_EQ(app_idx, std::strlen(app_buf));
 
-    line("03 16 00 08", 0);
+    std::free(const_cast<char*>(line("03 16 00 08", 0)));  // NOLINT: a decoded line is the caller's
     EXPECT_EQ(buffer(), "\nCreate\tAOMV\n{\n\tServer\t\tPresentation\n}\n");
     // The last one of a super message.
     text = decode(record("0b 03 15 04 06 03 16 04 07", 1));
