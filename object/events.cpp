@@ -31,8 +31,9 @@ void error_property(const Session& session, const Bytes& body, Text& out) {
     }
 }
 
-// byte 1: error code   byte 2: method that was refused   byte 3: class   bytes 4-5: object id   byte 6:
-// property id byte 7: index   bytes 8-9: length   bytes 10-13: value   byte 14 on: text
+// byte 1: error code   byte 2: method that was refused   byte 3: class
+// bytes 4-5: object id   byte 6: property id   byte 7: index
+// bytes 8-9: length   bytes 10-13: value   byte 14 on: text
 void error(Session& session, const Bytes& body, Text& out) {
     out.print("\n\terrorcode       {}"_cf, error_name(body[1]));
     out.print("\n\tmethod          {}"_cf, method_name(body[2]));

@@ -8,8 +8,9 @@
 // Framed application messages.
 //
 //   bytes 0-1   length, low byte first
-//   byte 2      0x15, 0x16: a message of the object protocol   0x0C: a segment of one   else: a message of
-//   the sets
+//   byte 2      0x15, 0x16: a message of the object protocol
+//               0x0C: a segment of one
+//               else: a message of the sets
 
 namespace ztdecode {
 
