@@ -213,8 +213,11 @@ void TraceDecoder::standard_output(std::string_view text) {
 }
 
 void TraceDecoder::standard_error(std::string_view text) {
-    while (text.ends_with('\n')) text.remove_suffix(1);
-    complain(text);
+    while (!text.empty()) {
+        const std::string_view line = text.substr(0, text.find('\n'));
+        complain(line);
+        text.remove_prefix(std::min(text.size(), line.size() + 1));
+    }
 }
 
 void TraceDecoder::complain(std::string_view why) {

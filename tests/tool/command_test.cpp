@@ -5,6 +5,7 @@
 
 #include <cstdio>
 #include <cstdlib>
+#include <sstream>
 
 #include "support/process.hpp"
 
@@ -248,6 +249,18 @@ TEST(Command, ForcedLayouts) {
               "ztdecode: -:1: -> not in spzt format: msg[6] should be S or R\n");
     EXPECT_EQ(ztdecode({"--no-input", "--layout", "zt"}, "hello\n").error,
               "ztdecode: -:1:  err: awaiting 'zt ', received 'hel'\n");
+}
+
+// A super message that says too long a part goes on with parts of nothing, and complains about each of them.
+TEST(Command, EveryComplaintNamesItsLine) {
+    const Ended e = ztdecode({}, "000001R 04 04 24 20 1a\n000002S 08 02 04 0b 02 41 00 46 46\n");
+    std::istringstream complaints(e.error);
+    std::string line;
+    int lines = 0;
+    for (; std::getline(complaints, line); ++lines) {
+        EXPECT_TRUE(line.starts_with("ztdecode: -:2: decalage incorrect: demand\u00e9: ")) << line;
+    }
+    EXPECT_GT(lines, 3);
 }
 
 TEST(Command, StandardInputByName) {
