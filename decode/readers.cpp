@@ -115,6 +115,14 @@ std::size_t end_of_fields(Line line, std::size_t column) {
     return column;
 }
 
+// What the first two fields and the column behind the last one make of an S/R line.
+SpztBody body_with(std::int64_t n, std::int64_t high, std::size_t end) {
+    const auto last = static_cast<std::int64_t>(end);
+    if (last < 3 * n + 10) return SpztBody::too_short;
+    const bool room_for_two = last >= 100 || 3 * (n + 256 * high) + 13 <= last;
+    return room_for_two ? SpztBody::two_length_bytes : SpztBody::one_length_byte;
+}
+
 bool has_sr_column(Line text) { return character(text, 6) == 'S' || character(text, 6) == 'R'; }
 
 Outcome decode_with(LineReader::Decode decoder, void* context, Session& session, Message& m, Text& out) {
@@ -125,25 +133,26 @@ Outcome decode_with(LineReader::Decode decoder, void* context, Session& session,
 
 std::uint8_t hex_digit(char c) noexcept { return digits[static_cast<std::uint8_t>(c)]; }
 
-ReadResult LineReader::decode_record(std::uint64_t length, std::uint32_t direction, Text& out) {
+ReadResult LineReader::decode_record(std::size_t first, std::uint64_t length, std::uint32_t direction,
+                                     Text& out) {
     const auto n = static_cast<std::size_t>(std::min<std::uint64_t>(length, message_capacity));
-    Message m(record_.data(), n, behind_ == Behind::zeros ? n : record_.size());
+    Message m(record_.data() + first, n, behind_ == Behind::zeros ? n : message_capacity);
     m.direction = direction;
     return decode_with(decode_, context_, session_, m, out) == Outcome::decoded ? ReadResult::decoded
                                                                                 : ReadResult::unknown_class;
 }
 
-// Reads up to n fields into the record, as long as they are two digits and a blank or the line's end, as
-// nearly all are. Gives their number.
+// Reads up to n fields into the record, as long as they are two digits and a blank, or end the line behind
+// their two digits, as nearly all are. Gives their number.
 std::size_t LineReader::read_plain_fields(Line line, std::size_t column, std::size_t n) {
     const std::size_t present = column < line.length ? (line.length - column + 1) / 3 : 0;
     n = std::min(n, present);
+    const char* const end = line.text + line.length;
     const char* field = line.text + column;
     for (std::size_t i = 0; i < n; ++i, field += 3) {
         const unsigned value = first_digits[static_cast<std::uint8_t>(field[0])] |
                                second_digits[static_cast<std::uint8_t>(field[1])];
-        const auto behind = static_cast<std::uint8_t>(field[2]);
-        if (value > 0xFF || behind > ' ') return i;
+        if (value > 0xFF || (field[2] != ' ' && field + 2 != end)) return i;
         record_[i] = static_cast<std::uint8_t>(value);
     }
     return n;
@@ -167,7 +176,7 @@ ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
         if (byte.value == not_hex) return refuse(out, begin, "line1: ill formed hex value");
         record_[i] = byte.low;
     }
-    return decode_record(count, direction, out);
+    return decode_record(0, count, direction, out);
 }
 
 // "LL HH B0 B1 ... Bn", and more of them behind a separator. A line that ends too early is filled up with
@@ -193,7 +202,7 @@ ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) 
         for (std::size_t i = read_plain_fields(text, at + 6, kept); i < kept; ++i) {
             record_[i] = hex_pair(text, at + 6 + 3 * i, row).low;
         }
-        const ReadResult result = decode_record(count, direction, out);
+        const ReadResult result = decode_record(0, count, direction, out);
         if (result != ReadResult::decoded) return result;
         if (at + 3 * count + 6 + 5 >= total) return ReadResult::decoded;
         at += static_cast<std::size_t>(3 * count + 6);
@@ -229,10 +238,7 @@ SpztBody spzt_body(Line text) {
     if (!has_sr_column(text)) return SpztBody::no_sr_column;
     const std::int64_t n = number(text, 8);
     const std::int64_t high = number(text, 11);
-    const auto last = static_cast<std::int64_t>(text.length >= 14 ? end_of_fields(text, 13) : 13);
-    if (last < 3 * n + 10) return SpztBody::too_short;
-    const bool room_for_two = last >= 100 || 3 * (n + 256 * high) + 13 <= last;
-    return room_for_two ? SpztBody::two_length_bytes : SpztBody::one_length_byte;
+    return body_with(n, high, text.length >= 14 ? end_of_fields(text, 13) : 13);
 }
 
 Line spzt_line(Line text) { return text.length < 8 ? Line{"", 0} : from_column(text, 8); }
@@ -243,7 +249,25 @@ void refuse_spzt(Line text, Text& out) {
     out.add(has_sr_column(text) ? "-> line too short" : "-> not in spzt format: msg[6] should be S or R");
 }
 
+// A line as it is nearly always written, one message in plain fields up to its end, is read in one go.
+// Nothing is done with any other one.
+bool LineReader::decode_plain_spzt(Line text, Text& out, ReadResult& result) {
+    if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return false;
+    const std::size_t fields = (text.length - 7) / 3;
+    if (fields > record_.size() || !has_sr_column(text)) return false;
+    if (read_plain_fields(text, 8, fields) != fields) return false;
+    const SpztBody body = body_with(record_[0], record_[1], text.length);
+    const bool two = body == SpztBody::two_length_bytes;
+    const std::size_t count = record_[0] + (two ? 256U * record_[1] : 0U);
+    const std::size_t first = two ? 2 : 1;
+    if (body == SpztBody::too_short || count == 0 || first + count != fields) return false;
+    result = decode_record(first, count, spzt_direction(text), out);
+    return true;
+}
+
 ReadResult LineReader::line_spzt(Line text, Text& out) {
+    ReadResult result = ReadResult::refused;
+    if (decode_plain_spzt(text, out, result)) return result;
     switch (spzt_body(text)) {
         case SpztBody::one_length_byte:
             return line(spzt_line(text), spzt_direction(text), out);

@@ -47,13 +47,15 @@ class LineReader {
 
   private:
     std::size_t read_plain_fields(Line line, std::size_t column, std::size_t n);
-    ReadResult decode_record(std::uint64_t length, std::uint32_t direction, Text& out);
+    bool decode_plain_spzt(Line text, Text& out, ReadResult& result);
+    // The message that starts at this byte of the record.
+    ReadResult decode_record(std::size_t first, std::uint64_t length, std::uint32_t direction, Text& out);
 
     Session& session_;
     Behind behind_;
     Decode decode_ = nullptr;
     void* context_ = nullptr;
-    std::array<std::uint8_t, message_capacity> record_{};
+    std::array<std::uint8_t, message_capacity + 2> record_{};  // with its two length bytes at the most
 };
 
 // Whether two bytes stand at the front of a body without tag: its length, by the rule of `line_tzt`.

@@ -65,10 +65,12 @@ void expect_lines(DirectedReader reader, std::uint32_t direction, const std::vec
 }
 
 void expect_spzt(const std::vector<LineRow>& rows) {
-    for (const LineRow& row : rows) {
-        Reading r;
-        EXPECT_EQ(r.line_spzt(row.line), row.text) << row.line;
-        EXPECT_EQ(r.result, row.result) << row.line;
+    for (const auto behind : {LineReader::Behind::earlier_lines, LineReader::Behind::zeros}) {
+        for (const LineRow& row : rows) {
+            Reading r(behind);
+            EXPECT_EQ(r.line_spzt(row.line), row.text) << row.line;
+            EXPECT_EQ(r.result, row.result) << row.line;
+        }
     }
 }
 
@@ -504,15 +506,24 @@ TEST(LineSpzt, NumbersAsStrtolReadsThem) {
     });
 }
 
+// Nothing of an earlier and longer line shows, and a direction is the line's own.
+TEST(LineSpzt, OneAfterAnother) {
+    Reading r(LineReader::Behind::zeros);
+    EXPECT_EQ(r.line_spzt("123456S 05 00 18 41 42 43 44"), "\tDBG - ABCD");
+    EXPECT_EQ(r.line_spzt("123456R 02 00 03 05"), "\t- digit dialed '5'");
+    EXPECT_EQ(r.line_spzt("123456S 02 18 45"), "\tDBG - E");
+    EXPECT_EQ(r.line_spzt("123456R 01 00 03"), "\t- digit dialed '0'");
+}
+
 TEST(LineSpzt, LinesWhoseHexadecimalPartReaches100) {
     // 30 bytes with one length byte: 8 + 2 + 90 = 100 characters. They are read with two all the same.
-    Reading r;
-    EXPECT_EQ(r.line_spzt("123456S 1e 18" + repeated(" 41", 29)),
-              "line too short: expected: 18527, real: 92, padded with 0xff\n\n\t- key release on");
-    EXPECT_EQ(r.line_spzt("123456S 1d 18" + repeated(" 41", 28)), "\tDBG - " + std::string(28, 'A'));
-    EXPECT_EQ(r.line_spzt("123456S 1d 18" + repeated(" 41", 28) + "xxxxxxx"),
-              "\tDBG - " + std::string(28, 'A'));
-    EXPECT_EQ(r.line_spzt("123456S 1e 00 18" + repeated(" 41", 29)), "\tDBG - " + std::string(29, 'A'));
+    expect_spzt({
+        {"123456S 1e 18" + repeated(" 41", 29),
+         "line too short: expected: 18527, real: 92, padded with 0xff\n\n\t- key release on"},
+        {"123456S 1d 18" + repeated(" 41", 28), "\tDBG - " + std::string(28, 'A')},
+        {"123456S 1d 18" + repeated(" 41", 28) + "xxxxxxx", "\tDBG - " + std::string(28, 'A')},
+        {"123456S 1e 00 18" + repeated(" 41", 29), "\tDBG - " + std::string(29, 'A')},
+    });
 }
 
 TEST(LineSpztLng2, AlwaysTwoLengthBytes) {
