@@ -44,6 +44,13 @@ class Text {
         if (zero_at_ >= n) zero_at_ = none;
     }
 
+    // Drops the first n characters, n <= size(), between pieces only.
+    void remove_first(std::size_t n) noexcept {
+        size_ -= n;
+        zero_at_ = none;
+        if (size_ > 0) std::memmove(bytes_.get(), bytes_.get() + n, size_);
+    }
+
     void add(std::string_view s) {
         if (s.empty()) return;
         std::memcpy(room(s.size()), s.data(), s.size());

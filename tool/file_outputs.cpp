@@ -21,6 +21,18 @@ bool copy_in_kernel(int from, int to) {
     return n == 0;
 }
 
+// 0, or an errno.
+int copy(int from, int to) {
+    ::lseek(from, 0, SEEK_SET);
+    if (copy_in_kernel(from, to)) return 0;
+    int error = 0;
+    char block[block_size];
+    for (ssize_t n = 0; error == 0 && (n = ::read(from, block, sizeof block)) > 0;) {
+        error = write_whole(to, {block, static_cast<std::size_t>(n)});
+    }
+    return error;
+}
+
 }  // namespace
 
 FileOutputs::FileOutputs() : out_(*this, STDOUT_FILENO), diagnostics_(*this, STDERR_FILENO) {}
@@ -32,38 +44,36 @@ void FileOutputs::close() {
     }
 }
 
-void FileOutputs::release() {
-    out_.release();
-    diagnostics_.release();
+// A file's text goes out before its diagnostics. To close a large file takes a while, which is not for others
+// to wait for.
+void FileOutputs::your_turn() {
+    File text;
+    File words;
+    const std::lock_guard lock(mutex_);
+    turn_ = true;
+    text = out_.release();
+    words = diagnostics_.release();
 }
 
-// A file's text goes out before its diagnostics.
 void FileOutputs::Kept::send(std::string_view words) {
-    if (both_.turn_.load(std::memory_order_acquire)) both_.release();
-    if (released_) {
+    const std::lock_guard lock(both_.mutex_);
+    if (release_error_ != 0) {
+        fail(release_error_);
+    } else if (both_.turn_) {
         write(words);
-        return;
-    }
-    if (file_ == nullptr) file_.reset(std::tmpfile());
-    if (file_ == nullptr) {
-        fail(errno);
     } else {
-        write_to(::fileno(file_.get()), words);
+        keep(words);
     }
 }
 
-void FileOutputs::Kept::release() {
-    if (released_) return;
-    released_ = true;
-    const auto file = std::move(file_);
-    if (file == nullptr || error() != 0) return;
-    const int from = ::fileno(file.get());
-    ::lseek(from, 0, SEEK_SET);
-    if (copy_in_kernel(from, descriptor())) return;
-    char block[block_size];
-    for (ssize_t n = 0; error() == 0 && (n = ::read(from, block, sizeof block)) > 0;) {
-        write({block, static_cast<std::size_t>(n)});
-    }
+void FileOutputs::Kept::keep(std::string_view words) {
+    if (file_ == nullptr) file_.reset(std::tmpfile());
+    fail(file_ == nullptr ? errno : write_whole(::fileno(file_.get()), words));
+}
+
+FileOutputs::File FileOutputs::Kept::release() {
+    if (file_ != nullptr && error() == 0) release_error_ = copy(::fileno(file_.get()), descriptor());
+    return std::move(file_);
 }
 
 }  // namespace ztdecode::tool

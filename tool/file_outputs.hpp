@@ -1,8 +1,8 @@
 #pragma once
 
-#include <atomic>
 #include <cstdio>
 #include <memory>
+#include <mutex>
 
 #include "tool/streams.hpp"
 
@@ -20,29 +20,36 @@ class FileOutputs {
     // When the file is done: keeps no room that the files behind it could use.
     void close();
 
-    // For the thread that sees to the order: all files before this one have gone out.
-    void your_turn() noexcept { turn_.store(true, std::memory_order_release); }
-    // When the file is done and has its turn: what is still kept goes out.
-    void release();
+    // For the thread that sees to the order: all files before this one have gone out. What is kept goes out
+    // now.
+    void your_turn();
+    // When the file is done and has had its turn: 0, or the errno of the first write that failed.
+    int error() const noexcept { return out_.error_of_both(); }
 
   private:
+    struct Closed {
+        void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+    };
+    using File = std::unique_ptr<std::FILE, Closed>;
+
     class Kept : public Output {
       public:
         Kept(FileOutputs& both, int descriptor) noexcept : Output(descriptor), both_(both) {}
-        void release();
+        // What is kept goes out; the file itself is for the caller to close.
+        File release();
+        int error_of_both() const noexcept { return error() != 0 ? error() : release_error_; }
 
       private:
         void send(std::string_view words) override;
+        void keep(std::string_view words);
 
-        struct Closed {
-            void operator()(std::FILE* file) const noexcept { std::fclose(file); }
-        };
         FileOutputs& both_;
-        std::unique_ptr<std::FILE, Closed> file_;
-        bool released_ = false;
+        File file_;
+        int release_error_ = 0;
     };
 
-    std::atomic<bool> turn_{false};
+    std::mutex mutex_;  // for the turn and for what is kept
+    bool turn_ = false;
     Kept out_;
     Kept diagnostics_;
 };

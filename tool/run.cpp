@@ -87,7 +87,8 @@ int run_one_by_one(const Options& options, bool color) {
     return status_with_output(status, out.error());
 }
 
-struct Job {
+// Far enough from the next one for two processors to write to them at once without waiting for each other.
+struct alignas(128) Job {
     FileOutputs outputs;
     int status = 0;
     bool done = false;
@@ -128,14 +129,13 @@ int run_jobs(const Options& options, bool color) {
     std::unique_lock lock(mutex);
     for (; turn < files.size() && error == 0; ++turn) {
         Job& job = *jobs[turn];
-        job.outputs.your_turn();
         turn_has_moved.notify_all();
-        one_is_done.wait(lock, [&] { return job.done; });
         lock.unlock();
-        job.outputs.release();
+        job.outputs.your_turn();
         lock.lock();
+        one_is_done.wait(lock, [&] { return job.done; });
         status = std::max(status, job.status);
-        error = job.outputs.out().error();
+        error = job.outputs.error();
         jobs[turn].reset();
     }
     if (error != 0) next = files.size();  // Nobody sees what the others would give.

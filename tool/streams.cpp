@@ -9,20 +9,24 @@
 
 namespace ztdecode::tool {
 
-void Output::flush() {
-    if (!text.empty() && error_ == 0) send(text.view());
-    text.clear();
-}
-
-void Output::write_to(int descriptor, std::string_view words) {
-    while (!words.empty() && error_ == 0) {
+int write_whole(int descriptor, std::string_view words) noexcept {
+    while (!words.empty()) {
         const ssize_t written = ::write(descriptor, words.data(), words.size());
         if (written >= 0) {
             words.remove_prefix(static_cast<std::size_t>(written));
         } else if (errno != EINTR) {
-            error_ = errno;
+            return errno;
         }
     }
+    return 0;
+}
+
+void Output::flush() { send_first(text.size()); }
+
+void Output::send_first(std::size_t n) {
+    if (n > 0 && error_ == 0) send(text.view().substr(0, n));
+    sent_ += n;
+    text.remove_first(n);
 }
 
 namespace {

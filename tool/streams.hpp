@@ -11,6 +11,9 @@
 
 namespace ztdecode::tool {
 
+// Writes all of it: 0, or the errno of what could not be written.
+int write_whole(int descriptor, std::string_view words) noexcept;
+
 // Text on its way to a file descriptor. Decoders write straight into `text`; it goes out when enough has come
 // together.
 class Output {
@@ -23,8 +26,9 @@ class Output {
     Text text;
 
     void flush();
+    // Whole pages go out, the rest stays: a file takes those with less work than pieces of pages.
     void flush_when_full() {
-        if (text.size() >= enough) flush();
+        if (text.size() >= enough) send_first(text.size() - (sent_ + text.size()) % page);
     }
     // 0, or the errno of the first write that failed; nothing is written any more then.
     int error() const noexcept { return error_; }
@@ -34,15 +38,18 @@ class Output {
     virtual void send(std::string_view words) { write(words); }
 
     int descriptor() const noexcept { return descriptor_; }
-    void write(std::string_view words) { write_to(descriptor_, words); }
-    void write_to(int descriptor, std::string_view words);
+    void write(std::string_view words) { fail(write_whole(descriptor_, words)); }
     void fail(int error) noexcept { error_ = error; }
 
   private:
-    static constexpr std::size_t enough = std::size_t{64} * 1024;
+    static constexpr std::size_t page = 4096;
+    static constexpr std::size_t enough = std::size_t{256} * 1024;
+
+    void send_first(std::size_t n);
 
     int descriptor_;
     int error_ = 0;
+    std::size_t sent_ = 0;
 };
 
 // Lines or blocks of a file descriptor, read as they come.

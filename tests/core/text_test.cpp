@@ -111,6 +111,25 @@ TEST(Text, ClearedAndCutTextsGoOn) {
     EXPECT_EQ(out.view(), "sec!");
 }
 
+TEST(Text, WithoutItsFirstCharacters) {
+    Text out;
+    out.add("some words");
+    out.remove_first(0);
+    EXPECT_EQ(out.view(), "some words");
+    out.remove_first(2);
+    EXPECT_STREQ(out.c_str(), "me words");
+    out.add("!");
+    out.remove_first(out.size());
+    EXPECT_STREQ(out.c_str(), "");
+    out.put(0);
+    out.remove_first(1);
+    {
+        const Text::Piece piece(out);
+        out.add("ab");
+    }
+    EXPECT_EQ(out.view(), "ab");
+}
+
 TEST(Text, MovedTextsKeepTheirCharacters) {
     Text out;
     out.add("some words");
