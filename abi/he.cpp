@@ -6,7 +6,7 @@ using ztdecode::abi::KeptText;
 
 namespace {
 
-// The block of an application's name is always this large.
+// The block of an application's name is always this large; the longest name has 24 characters.
 constexpr std::size_t name_block = 30;
 
 }  // namespace
@@ -27,8 +27,7 @@ const char* dhs2he(MessageRecord* record) {
 char* apId(int id) {
     auto* block = static_cast<char*>(std::malloc(name_block));  // NOLINT: the host frees it
     if (block == nullptr) return ztdecode::abi::heap_copy("memory exhausted: will crash on freeing this.\n");
-    const ztdecode::ShortText name = ztdecode::apId(static_cast<std::uint32_t>(id));
-    block[name.view().copy(block, name_block - 1)] = '\0';
+    *ztdecode::apId(static_cast<std::uint32_t>(id)).write(block) = '\0';
     return block;
 }
 }

@@ -15,19 +15,16 @@ const char* design_poste(int value) { return ztdecode::design_poste(value).data(
 
 const char* ring_cadence(std::uint32_t code) { return ztdecode::ring_cadence(code).data(); }
 
-// A host's label may be of any length.
 const char* version_logiciel(const char* label, std::uint32_t major, std::uint32_t minor) {
     static KeptText buffer;
     return in_own_buffer(buffer, [&](Session&, Text& out) {
-        out.add(" ");
-        out.add(label == nullptr ? "" : label);
-        out.add(ztdecode::version_logiciel("", major, minor).view().substr(1));
+        out.add(ztdecode::version_logiciel(label == nullptr ? "" : label, major, minor));
     });
 }
 
 const char* dec_err(std::uint32_t code) {
     static KeptText buffer;
-    return in_own_buffer(buffer, [&](Session&, Text& out) { out.add(ztdecode::dec_err(code).view()); });
+    return in_own_buffer(buffer, [&](Session&, Text& out) { out.add(ztdecode::dec_err(code)); });
 }
 
 const char* dec_selftest(int bits) {
@@ -38,7 +35,7 @@ const char* dec_selftest(int bits) {
 
 const char* dec_warn(std::uint32_t code) {
     static KeptText buffer;
-    return in_own_buffer(buffer, [&](Session&, Text& out) { out.add(ztdecode::dec_warn(code).view()); });
+    return in_own_buffer(buffer, [&](Session&, Text& out) { out.add(ztdecode::dec_warn(code)); });
 }
 
 const char* audio_config(MessageRecord record) {

@@ -3,6 +3,7 @@
 #include <fmt/compile.h>
 
 #include <algorithm>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
@@ -20,6 +21,13 @@ struct Characters {
 };
 struct Byte {
     std::uint8_t value;
+};
+
+// What writes itself into a format: at most `bound()` characters from `at` on; `write` gives the end.
+template <class T>
+concept Words = requires(const T& words, char* at) {
+    { words.bound() } -> std::same_as<std::size_t>;
+    { words.write(at) } -> std::same_as<char*>;
 };
 
 inline constexpr char lower_case_digits[] = "0123456789abcdef";
@@ -48,6 +56,16 @@ struct fmt::formatter<ztdecode::Characters> {
     }
 };
 
+template <ztdecode::Words T>
+struct fmt::formatter<T> {
+    constexpr auto parse(fmt::format_parse_context& spec) { return spec.begin(); }
+
+    template <class Context>
+    auto format(const T& words, Context& context) const {
+        return words.write(context.out());
+    }
+};
+
 // "{:02x}", "{:02X}" and "{}"; any other way goes the way of all numbers.
 template <>
 struct fmt::formatter<ztdecode::Byte> : fmt::formatter<std::uint8_t> {
@@ -65,10 +83,14 @@ struct fmt::formatter<ztdecode::Byte> : fmt::formatter<std::uint8_t> {
 
     template <class Context>
     auto format(const ztdecode::Byte& byte, Context& context) const {
-        using namespace fmt::literals;
         if (way == Way::other) return fmt::formatter<std::uint8_t>::format(byte.value, context);
         char* at = context.out();
-        if (way == Way::decimal) return fmt::format_to(at, "{}"_cf, unsigned{byte.value});
+        if (way == Way::decimal) {
+            if (byte.value >= 100) *at++ = ztdecode::lower_case_digits[byte.value / 100];
+            if (byte.value >= 10) *at++ = ztdecode::lower_case_digits[byte.value / 10 % 10];
+            *at++ = ztdecode::lower_case_digits[byte.value % 10];
+            return at;
+        }
         const char* digits =
             way == Way::lower_case ? ztdecode::lower_case_digits : ztdecode::upper_case_digits;
         *at++ = digits[byte.value >> 4];
@@ -89,6 +111,8 @@ template <class T>
 constexpr std::size_t bound(const T& arg) noexcept {
     if constexpr (is_string<T>) {
         return std::string_view(arg).size() + 18;
+    } else if constexpr (Words<T>) {
+        return arg.bound();
     } else {
         static_assert(std::is_integral_v<T>, "a text has integers and strings for arguments");
         return 24;

@@ -57,6 +57,11 @@ class Text {
         size_ += s.size();
     }
 
+    template <Words T>
+    void add(const T& words) {
+        size_ = static_cast<std::size_t>(words.write(room(words.bound())) - bytes_.get());
+    }
+
     // One character as it stands; a zero ends the piece.
     void put(std::uint8_t c) {
         *room(1) = static_cast<char>(c);
@@ -75,9 +80,20 @@ class Text {
     void hex(std::uint8_t byte) { two_digits(byte, lower_case_digits); }
     void HEX(std::uint8_t byte) { two_digits(byte, upper_case_digits); }
 
-    // Bytes first ... first+n-1 of the message as characters, as they stand; a zero byte ends the piece.
+    // Bytes first ... first+n-1 of the message, or of an item of one, as the characters that `as` makes of
+    // them; a zero ends the piece.
+    template <class Bytes, class As>
+    void copy_as(const Bytes& bytes, std::size_t first, std::size_t n, As as) {
+        char* at = room(n);
+        for (std::size_t k = 0; k < n; ++k, ++size_) {
+            const std::uint8_t c = as(bytes[first + k]);
+            at[k] = static_cast<char>(c);
+            if (c == 0 && zero_at_ == none) zero_at_ = size_;
+        }
+    }
+    // The same as they stand.
     void copy(const Message& m, std::size_t first, std::size_t n) {
-        for (std::size_t k = 0; k < n; ++k) put(m[first + k]);
+        copy_as(m, first, n, [](std::uint8_t c) { return c; });
     }
     // The same up to the first zero byte, as "%s" shows them: what is written next follows there.
     void copy_string(const Message& m, std::size_t first, std::size_t n) {

@@ -97,7 +97,7 @@ void decode_on(const RouteRow& row, Session& session, Message& m, Text& out) {
         decode_on(row, session, m, out);
         return;
     }
-    out.print("\t- [HE:{} ->{}]"_cf, apId(m[2]).view(), apId(m[1]).view());
+    out.print("\t- [HE:{} ->{}]"_cf, apId(m[2]), apId(m[1]));
     Message he = decale(session, m, 3);
     decode_on(row, session, he, out);
 }

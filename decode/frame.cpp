@@ -26,9 +26,11 @@ class Coloured {
     Text& out_;
 };
 
-// Two newlines at the end of a decoded text become one.
+// Two newlines at the end of a decoded text become one. (They are looked at one by one: the processor has to
+// wait for two characters that it wrote apart.)
 void trim_doubled_newline(std::size_t begin, Text& out) {
-    if (out.from(begin).ends_with("\n\n")) out.cut(out.size() - 1);
+    const std::string_view text = out.from(begin);
+    if (text.ends_with('\n') && text.substr(0, text.size() - 1).ends_with('\n')) out.cut(out.size() - 1);
 }
 
 void dispatch_clean(Session& session, Message& m, std::uint32_t direction, Text& out) {

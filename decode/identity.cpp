@@ -37,10 +37,6 @@ constexpr auto warnings = names({{16, "clip"}, {32, "alignement"}, {64, "unmap"}
 
 constexpr auto codings = names({{0, "A law"}, {1, "mu law"}}, "???");
 
-ShortText name_or_code(std::string_view name, std::uint32_t code) {
-    return name.empty() ? ShortText("{:02x}"_cf, code) : ShortText(name);
-}
-
 // What an audio message from the system starts with.
 consteval std::array<bool, 256> audio_opcodes_from_dhs() {
     std::array<bool, 256> audio{};
@@ -94,20 +90,24 @@ std::string_view design_poste(int value) noexcept {
 std::string_view ring_cadence(std::uint32_t code) noexcept { return cadences[code]; }
 
 // The first number is hexadecimal, the others are decimal; a minor number above 153 takes three places.
-ShortText version_logiciel(std::string_view label, std::uint32_t major, std::uint32_t minor) {
+char* Version::write(char* at) const {
     const auto v = static_cast<std::int32_t>(minor + 256 * major);
     if (v > 10000) {
-        return ShortText(" {}={:x}.{:02}.{:02}"_cf, label, v / 10000, v % 10000 / 100, v % 100);
+        return write_format(at, " {}={:x}.{:02}.{:02}"_cf, label, v / 10000, v % 10000 / 100, v % 100);
     }
-    if (minor <= 153) return ShortText(" {}={:x}.{:02}"_cf, label, major, minor);
+    if (minor <= 153) return write_format(at, " {}={:x}.{:02}"_cf, label, major, minor);
     if (static_cast<std::int32_t>(minor) < 0)
-        return ShortText(" {}={:x}.-{:03}"_cf, label, major, 0U - minor);
-    return ShortText(" {}={:x}.{:03}"_cf, label, major, minor);
+        return write_format(at, " {}={:x}.-{:03}"_cf, label, major, 0U - minor);
+    return write_format(at, " {}={:x}.{:03}"_cf, label, major, minor);
 }
 
-ShortText dec_err(std::uint32_t code) { return name_or_code(errors[code], code); }
+char* NameOrCode::write(char* at) const {
+    return name.empty() ? write_format(at, "{}{:02x}"_cf, before, code) : write_format(at, "{}"_cf, name);
+}
 
-ShortText dec_warn(std::uint32_t code) { return name_or_code(warnings[code], code); }
+NameOrCode dec_err(std::uint32_t code) noexcept { return {errors[code], code}; }
+
+NameOrCode dec_warn(std::uint32_t code) noexcept { return {warnings[code], code}; }
 
 void dec_selftest(std::uint32_t bits, Text& out) {
     if (bits == 32) {

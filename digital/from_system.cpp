@@ -93,10 +93,11 @@ void led_command(Session& /*session*/, Message& m, Text& out) {
 
 // bytes 3 ...: characters. The line is told by the whole opcode byte, bit 7 included: 0xA7 writes line 2.
 void write_display_line(Session& /*session*/, Message& m, Text& out) {
-    out.print("write line {}"_cf, m[0] == 0x27 ? "1" : "2");
+    out.add(m[0] == 0x27 ? "write line 1" : "write line 2");
     if (m.length() >= 4) {
         out.add(" \"");
-        for (std::uint32_t k = 3; k < m.length(); ++k) out.put(printable(m[k]) ? m[k] : '?');
+        out.copy_as(m, 3, m.length() - 3,
+                    [](std::uint8_t c) { return printable(c) ? c : std::uint8_t{'?'}; });
         out.add("\"");
     }
     out.add("\n");

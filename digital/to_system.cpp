@@ -63,7 +63,7 @@ void module_reset(Message& m, Text& out) {
     out.add(m[3] == 0 ? " hard " : " soft ");
     out.add(option_type_name(m[4]));
     if (m[4] == 0) out.add(m[8] == 3 ? " A1," : " A2,");
-    out.add(version_logiciel("soft", m[5], m[6]).view());
+    out.add(version_logiciel("soft", m[5], m[6]));
     m.set_option_type(m[4]);
     out.print(", selftest {}"_cf, m[7] != 0 ? "BAD" : "OK");
     if (m.option_type() == type_aom) out.print(", {} touches"_cf, m[8]);
@@ -134,15 +134,15 @@ void reset_tail(const Message& m, Text& out) {
     }
     out.add(m[10] == 1 ? ", rac" : ", dec");
     const std::uint32_t n = m.length();
-    if (n > 12) out.add(version_logiciel(", data", m[11], m[12]).view());
-    if (n > 14) out.add(version_logiciel(", load", m[13], m[14]).view());
+    if (n > 12) out.add(version_logiciel(", data", m[11], m[12]));
+    if (n > 14) out.add(version_logiciel(", load", m[13], m[14]));
     if (n > 15) out.print(", additional vta type={:02x}, "_cf, m[15]);
     if (n > 16) out.print("bt={}, "_cf, m[16]);
     if (n > 17) out.print("vpn={}, ipsec={}, dtls={}, "_cf, m[17] & 1, m[17] >> 1 & 1, m[17] >> 2 & 1);
     if (n > 18) out.print("wlan connected={}, "_cf, m[18] & 1);
 }
 
-void soft_version(const Message& m, Text& out) { out.add(version_logiciel("soft", m[3], m[4]).view()); }
+void soft_version(const Message& m, Text& out) { out.add(version_logiciel("soft", m[3], m[4])); }
 
 void set_reset(const Message& m, Text& out) {
     out.print("{} {},"_cf, type_poste(m[6]), design_poste(m[7]));
@@ -233,10 +233,10 @@ void reset_and_status_report(Session& session, Message& m, Text& out) {
             out.print("illegal command received: {:02x}"_cf, m[2]);
             break;
         case 3:
-            out.print("erreur: {}"_cf, dec_err(m[2]).view());
+            out.print("erreur: {}"_cf, dec_err(m[2]));
             break;
         case 4:
-            out.print("warning: {}"_cf, dec_warn(m[2]).view());
+            out.print("warning: {}"_cf, dec_warn(m[2]));
             break;
         case 5:
             out.print("subdevice {:x} is down"_cf, m[2]);
@@ -262,7 +262,7 @@ void version_response(Session& /*session*/, Message& m, Text& out) {
     const bool adapter = m[1] != 0;
     out.print("version response {}, {} {}"_cf,
               adapter ? " TA" : " poste= ", adapter ? std::string_view("") : type_poste(m[4]),
-              version_logiciel("soft", m[2], m[3]).view());
+              version_logiciel("soft", m[2], m[3]));
 }
 
 // byte 1: step   2: acknowledgement, packet number in bytes 2, 3, code in byte 4

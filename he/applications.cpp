@@ -22,9 +22,6 @@ constexpr auto applications = names({{0, " firmware"},
 
 }  // namespace
 
-ShortText apId(std::uint32_t id) {
-    const std::string_view name = applications[id];
-    return name.empty() ? ShortText(" {:02x}"_cf, id) : ShortText(name);
-}
+NameOrCode apId(std::uint32_t id) noexcept { return {applications[id], id, " "}; }
 
 }  // namespace ztdecode

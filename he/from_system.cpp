@@ -99,7 +99,7 @@ void application_command(Session& /*session*/, const Message& m, Text& out) {
     const std::string_view text = application_commands[m[1]];
     if (!text.empty()) {
         out.add(text);
-        out.add(apId(m[2]).view());
+        out.add(apId(m[2]));
     } else {
         out.add(m[1] == list_applications ? "list applis" : "???");
     }

@@ -11,6 +11,6 @@ void he2dhs(Session& session, Message& m, Text& out);
 void dhs2he(Session& session, Message& m, Text& out);
 
 // Name of an application of the set, a blank before it; one without a name is shown by its number.
-ShortText apId(std::uint32_t id);
+NameOrCode apId(std::uint32_t id) noexcept;
 
 }  // namespace ztdecode

@@ -32,12 +32,10 @@ void illegal_command(Session& /*session*/, const Message& m, Text& out) {
     out.print("illegal command received: {:02x}"_cf, m[2]);
 }
 
-void error(Session& /*session*/, const Message& m, Text& out) {
-    out.print("erreur: {}"_cf, dec_err(m[2]).view());
-}
+void error(Session& /*session*/, const Message& m, Text& out) { out.print("erreur: {}"_cf, dec_err(m[2])); }
 
 void warning(Session& /*session*/, const Message& m, Text& out) {
-    out.print("warning: {}"_cf, dec_warn(m[2]).view());
+    out.print("warning: {}"_cf, dec_warn(m[2]));
 }
 
 void subdevice_down(Session& /*session*/, const Message& m, Text& out) {
@@ -112,11 +110,11 @@ void smart_card(Session& /*session*/, const Message& m, Text& out) {
 }
 
 void create_application(Session& /*session*/, const Message& m, Text& out) {
-    out.print("create appli{}"_cf, apId(m[2]).view());
+    out.print("create appli{}"_cf, apId(m[2]));
 }
 
 void delete_application(Session& /*session*/, const Message& m, Text& out) {
-    out.print("delete appli{}"_cf, apId(m[2]).view());
+    out.print("delete appli{}"_cf, apId(m[2]));
 }
 
 constexpr auto application_reports = opcodes({{2, create_application},

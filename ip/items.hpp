@@ -25,7 +25,7 @@ struct Item {
 
     // What a length claims beyond any message is 0 without a look: at the bottom of nested messages looks
     // cost much.
-    std::uint8_t operator[](std::uint32_t k) const noexcept {
+    std::uint8_t operator[](std::size_t k) const noexcept {
         return first + k < message_capacity ? m[first + k] : std::uint8_t{0};
     }
     std::uint32_t u16(std::uint32_t k = 0) const noexcept { return m.u16(first + k); }

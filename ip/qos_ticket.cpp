@@ -34,7 +34,7 @@ void hex_double_words(const Item& item, Text& out) { hex_table(item, 4, out); }
 
 void equipment(const Item& item, Text& out) { out.print("{}.{}"_cf, item[0], item[1]); }
 
-void dotted(const Item& item, Text& out) { out.add(ip_dotted_text(item).view()); }
+void dotted(const Item& item, Text& out) { out.add(ip_dotted_text(item)); }
 
 // The labels are a column: each has 18 characters. 36, 37, 39 and 40 are called by their numbers.
 constexpr std::size_t label_width = 18;

@@ -24,7 +24,7 @@ void codec(const Item& item, Text& out) { out.add(codecs[item[0]]); }
 // In quotes, with a question mark for what is not ASCII.
 void quoted_ascii(const Item& item, Text& out) {
     out.put('"');
-    for (std::uint32_t k = 0; k < item.length; ++k) out.put(item[k] < 0x80 ? item[k] : '?');
+    out.copy_as(item, 0, item.length, [](std::uint8_t c) { return c < 0x80 ? c : std::uint8_t{'?'}; });
     out.put('"');
 }
 

@@ -32,21 +32,18 @@ void incident(Session& /*session*/, const Message& m, Text& out) { out.add(incid
 void bad_length(const Item& item, Text& out) { out.print(" bad length {}"_cf, item.length); }
 
 // The version is two bytes whatever the length says.
-void firmware_version(const Item& item, Text& out) {
-    out.add(version_logiciel("soft", item[0], item[1]).view());
-}
+void firmware_version(const Item& item, Text& out) { out.add(version_logiciel("soft", item[0], item[1])); }
 
 void local_address(const Item& item, Text& out) {
     switch (item.length) {
         case 4:
-            out.print(": IPv4 {}"_cf, ip_dotted_text(item).view());
+            out.print(": IPv4 {}"_cf, ip_dotted_text(item));
             break;
         case 16:
-            out.print(": IPv6 {}"_cf, ip_ipv6_text(item).view());
+            out.print(": IPv6 {}"_cf, ip_ipv6_text(item));
             break;
         case 20:
-            out.print(": dual IPv4+IPv6 {} + {}"_cf, ip_dotted_text(item).view(),
-                      ip_ipv6_text(item, 4).view());
+            out.print(": dual IPv4+IPv6 {} + {}"_cf, ip_dotted_text(item), ip_ipv6_text(item, 4));
             break;
         default:
             bad_length(item, out);
@@ -60,11 +57,10 @@ void subnet_mask(const Item& item, Text& out) {
             out.print(": IPv6 prefix length= {} bits"_cf, item[0]);
             break;
         case 4:
-            out.print(": IPv4 {}"_cf, ip_dotted_text(item).view());
+            out.print(": IPv4 {}"_cf, ip_dotted_text(item));
             break;
         case 5:
-            out.print(": dual IPv4 {} + IPv6 prefix length= {} bits"_cf, ip_dotted_text(item).view(),
-                      item[4]);
+            out.print(": dual IPv4 {} + IPv6 prefix length= {} bits"_cf, ip_dotted_text(item), item[4]);
             break;
         default:
             bad_length(item, out);
@@ -75,10 +71,10 @@ void subnet_mask(const Item& item, Text& out) {
 void server_address(const Item& item, Text& out) {
     switch (item.length) {
         case 4:
-            out.print(": IPv4 {}"_cf, ip_dotted_text(item).view());
+            out.print(": IPv4 {}"_cf, ip_dotted_text(item));
             break;
         case 16:
-            out.print(": IPv6 {}"_cf, ip_ipv6_text(item).view());
+            out.print(": IPv6 {}"_cf, ip_ipv6_text(item));
             break;
         default:
             bad_length(item, out);

@@ -31,18 +31,30 @@ bool all_printable(const Item& item) {
 
 std::string_view ip_param_name(std::uint32_t id) noexcept { return param_names[id]; }
 
-ShortText ip_dotted_text(const Item& item, std::uint32_t k) {
-    return ShortText("{}.{}.{}.{}"_cf, item[k], item[k + 1], item[k + 2], item[k + 3]);
+DottedAddress ip_dotted_text(const Item& item, std::uint32_t k) noexcept {
+    return {{item[k], item[k + 1], item[k + 2], item[k + 3]}};
 }
 
-ShortText ip_ipv6_text(const Item& item, std::uint32_t k) {
-    return ShortText("{:04x}:{:04x}:{:04x}:{:04x}:{:04x}:{:04x}:{:04x}:{:04x}"_cf, item.u16(k),
-                     item.u16(k + 2), item.u16(k + 4), item.u16(k + 6), item.u16(k + 8), item.u16(k + 10),
-                     item.u16(k + 12), item.u16(k + 14));
+char* DottedAddress::write(char* at) const {
+    return write_format(at, "{}.{}.{}.{}"_cf, bytes[0], bytes[1], bytes[2], bytes[3]);
+}
+
+Ipv6Address ip_ipv6_text(const Item& item, std::uint32_t k) noexcept {
+    return {{item.u16(k), item.u16(k + 2), item.u16(k + 4), item.u16(k + 6), item.u16(k + 8),
+             item.u16(k + 10), item.u16(k + 12), item.u16(k + 14)}};
+}
+
+char* Ipv6Address::write(char* at) const {
+    return write_format(at, "{:04x}:{:04x}:{:04x}:{:04x}:{:04x}:{:04x}:{:04x}:{:04x}"_cf, groups[0],
+                        groups[1], groups[2], groups[3], groups[4], groups[5], groups[6], groups[7]);
 }
 
 void ip_address(const Item& item, Text& out) {
-    out.add(item.length == 4 ? ip_dotted_text(item).view() : ip_ipv6_text(item).view());
+    if (item.length == 4) {
+        out.add(ip_dotted_text(item));
+    } else {
+        out.add(ip_ipv6_text(item));
+    }
 }
 
 void ip_bytes_text(const Item& item, Text& out) {
@@ -69,7 +81,7 @@ void ip_quoted(const Item& item, Text& out) {
 }
 
 void ip_characters(const Item& item, Text& out) {
-    for (std::uint32_t k = 0; k < item.length; ++k) out.put(item[k]);
+    out.copy_as(item, 0, item.length, [](std::uint8_t c) { return c; });
 }
 
 }  // namespace ztdecode::ip

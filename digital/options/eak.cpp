@@ -27,7 +27,7 @@ constexpr auto commands = opcodes({{0x00, "nop"},
 
 // bytes 4, 5: version   byte 7: number of keys. The reset report has both one byte further on.
 void version_response(Session& /*session*/, const Message& m, Text& out) {
-    out.print("version response, {}, nb touches: {}"_cf, soft_version(m, 4).view(), m[7]);
+    out.print("version response, {}, nb touches: {}"_cf, soft_version(m, 4), m[7]);
 }
 
 // byte 3: whether released keys are reported
@@ -38,7 +38,7 @@ void status_response(Session& /*session*/, const Message& m, Text& out) {
 // byte 3: 0 hard   byte 4: module type   bytes 5, 6: version   byte 8: number of keys
 void reset_form(Session& /*session*/, const Message& m, Text& out) {
     out.print("reset {} {} {}, nb touches: {}"_cf, m[3] == 0 ? "hard" : "soft",
-              m[4] == type_aom ? "aom" : "eak", soft_version(m, 5).view(), m[8]);
+              m[4] == type_aom ? "aom" : "eak", soft_version(m, 5), m[8]);
 }
 
 constexpr auto reports =

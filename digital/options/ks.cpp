@@ -32,13 +32,13 @@ constexpr auto commands = opcodes({{0x00, "nop"},
 
 // bytes 4, 5: version   byte 7: stack
 void version_response(Session& /*session*/, const Message& m, Text& out) {
-    out.print("version response, {}, stack max: {:02x}"_cf, soft_version(m, 4).view(), m[7]);
+    out.print("version response, {}, stack max: {:02x}"_cf, soft_version(m, 4), m[7]);
 }
 
 // byte 3: 0 hard   bytes 5, 6: version   byte 7: reason   byte 8: stack
 void reset_form(Session& /*session*/, const Message& m, Text& out) {
     out.print("reset {} {}, raison: {:02x}, stack max: {:02x}"_cf, m[3] == 0 ? "hard ks" : "soft ks",
-              soft_version(m, 5).view(), m[7], m[8]);
+              soft_version(m, 5), m[7], m[8]);
 }
 
 constexpr auto reports =

@@ -42,7 +42,7 @@ constexpr auto commands = opcodes({{0x00, "nop"},
 void reset_form(Session& /*session*/, const Message& m, Text& out) {
     out.add("reset");
     out.add(m[3] == 0 ? " hard mpc " : " soft mpc ");
-    out.add(soft_version(m, 5).view());
+    out.add(soft_version(m, 5));
 }
 
 constexpr auto reports =

@@ -119,7 +119,7 @@ void reset_form(Session& /*session*/, const Message& m, Text& out) {
     constexpr std::uint8_t not_powered = 3;
     out.add("reset");
     out.add(m[3] == 0 ? " hard S0 " : " soft S0 ");
-    out.add(soft_version(m, 5).view());
+    out.add(soft_version(m, 5));
     out.add(m[7] != 0 ? " selftest BAD" : " selftest OK");
     out.add(m[8] == not_powered ? ", not powered" : ", powered");
 }

@@ -52,7 +52,7 @@ constexpr auto commands = opcodes({{0x00, "nop"},
 
 // bytes 4, 5: version
 void version_response(Session& /*session*/, const Message& m, Text& out) {
-    out.print("version response, {}"_cf, soft_version(m, 4).view());
+    out.print("version response, {}"_cf, soft_version(m, 4));
 }
 
 void wake_up_event(Session& /*session*/, const Message& m, Text& out) {
@@ -92,7 +92,7 @@ void adaptation(const Message& m, Text& out) {
 void reset_form(Session& /*session*/, const Message& m, Text& out) {
     out.print("reset {} V24 "_cf, m[3] == 0 ? "hard" : "soft");
     adaptation(m, out);
-    out.print(" {}, selftest: {}"_cf, soft_version(m, 5).view(), m[7] != 0 ? "BAD" : "OK");
+    out.print(" {}, selftest: {}"_cf, soft_version(m, 5), m[7] != 0 ? "BAD" : "OK");
 }
 
 void wrong_state(Session& /*session*/, const Message& m, Text& out) {

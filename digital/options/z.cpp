@@ -44,7 +44,7 @@ void digit_dialed(Session& /*session*/, const Message& m, Text& out) {
 // byte 3: 0 hard   bytes 5, 6: version   byte 7: selftest   byte 8: hook   byte 9: hardware
 void reset_form(Session& /*session*/, const Message& m, Text& out) {
     out.print("reset {} z {}, selftest={:02x}, {}, hard={:02x}"_cf, m[3] == 0 ? "hard" : "soft",
-              soft_version(m, 5).view(), m[7], m[8] != 0 ? "on hook" : "off hook", m[9]);
+              soft_version(m, 5), m[7], m[8] != 0 ? "on hook" : "off hook", m[9]);
 }
 
 constexpr auto reports = opcodes({{0x00, reset_form},

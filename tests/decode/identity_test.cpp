@@ -44,37 +44,43 @@ TEST(RingCadence, EveryCode) {
     EXPECT_EQ(ring_cadence(0xFFFFFFFF), "cadence ???");
 }
 
+std::string written(const auto& words) {
+    Text out;
+    out.add(words);
+    return std::string(out.view());
+}
+
 TEST(VersionLogiciel, TwoNumbers) {
-    EXPECT_EQ(version_logiciel("ROM", 1, 5).view(), " ROM=1.05");
-    EXPECT_EQ(version_logiciel("soft", 0, 0).view(), " soft=0.00");
-    EXPECT_EQ(version_logiciel("soft", 0x1F, 99).view(), " soft=1f.99");
-    EXPECT_EQ(version_logiciel(", data", 0x0A, 100).view(), " , data=a.100");
-    EXPECT_EQ(version_logiciel("", 2, 9).view(), " =2.09");
+    EXPECT_EQ(written(version_logiciel("ROM", 1, 5)), " ROM=1.05");
+    EXPECT_EQ(written(version_logiciel("soft", 0, 0)), " soft=0.00");
+    EXPECT_EQ(written(version_logiciel("soft", 0x1F, 99)), " soft=1f.99");
+    EXPECT_EQ(written(version_logiciel(", data", 0x0A, 100)), " , data=a.100");
+    EXPECT_EQ(written(version_logiciel("", 2, 9)), " =2.09");
 }
 
 TEST(VersionLogiciel, AMinorNumberAbove153TakesThreePlaces) {
-    EXPECT_EQ(version_logiciel("label", 2, 153).view(), " label=2.153");
-    EXPECT_EQ(version_logiciel("label", 2, 154).view(), " label=2.154");
-    EXPECT_EQ(version_logiciel("label", 2, 200).view(), " label=2.200");
-    EXPECT_EQ(version_logiciel("label", 2, 255).view(), " label=2.255");
-    EXPECT_EQ(version_logiciel("label", 0, 1000).view(), " label=0.1000");
+    EXPECT_EQ(written(version_logiciel("label", 2, 153)), " label=2.153");
+    EXPECT_EQ(written(version_logiciel("label", 2, 154)), " label=2.154");
+    EXPECT_EQ(written(version_logiciel("label", 2, 200)), " label=2.200");
+    EXPECT_EQ(written(version_logiciel("label", 2, 255)), " label=2.255");
+    EXPECT_EQ(written(version_logiciel("label", 0, 1000)), " label=0.1000");
 }
 
 TEST(VersionLogiciel, Above10000ItHasThreeNumbers) {
-    EXPECT_EQ(version_logiciel("label", 0x30, 0x39).view(), " label=1.23.45");
-    EXPECT_EQ(version_logiciel("label", 0x27, 0x10).view(), " label=27.16");  // exactly 10000
-    EXPECT_EQ(version_logiciel("label", 0x27, 0x11).view(), " label=1.00.01");
-    EXPECT_EQ(version_logiciel("label", 0xFF, 0xFF).view(), " label=6.55.35");
-    EXPECT_EQ(version_logiciel("label", 0, 100000).view(), " label=a.00.00");
-    EXPECT_EQ(version_logiciel("label", 0, 0x7FFFFFFF).view(), " label=346dc.36.47");
+    EXPECT_EQ(written(version_logiciel("label", 0x30, 0x39)), " label=1.23.45");
+    EXPECT_EQ(written(version_logiciel("label", 0x27, 0x10)), " label=27.16");  // exactly 10000
+    EXPECT_EQ(written(version_logiciel("label", 0x27, 0x11)), " label=1.00.01");
+    EXPECT_EQ(written(version_logiciel("label", 0xFF, 0xFF)), " label=6.55.35");
+    EXPECT_EQ(written(version_logiciel("label", 0, 100000)), " label=a.00.00");
+    EXPECT_EQ(written(version_logiciel("label", 0, 0x7FFFFFFF)), " label=346dc.36.47");
 }
 
 // The combined number is signed, and so is a minor number that takes three places.
 TEST(VersionLogiciel, NumbersBeyondTheSignBit) {
-    EXPECT_EQ(version_logiciel("label", 0x800000, 7).view(), " label=800000.07");
-    EXPECT_EQ(version_logiciel("label", 3, 0x80000000).view(), " label=3.-2147483648");
-    EXPECT_EQ(version_logiciel("label", 0, 0xFFFFFFFF).view(), " label=0.-001");
-    EXPECT_EQ(version_logiciel("label", 0, 0xFFFFFF85).view(), " label=0.-123");
+    EXPECT_EQ(written(version_logiciel("label", 0x800000, 7)), " label=800000.07");
+    EXPECT_EQ(written(version_logiciel("label", 3, 0x80000000)), " label=3.-2147483648");
+    EXPECT_EQ(written(version_logiciel("label", 0, 0xFFFFFFFF)), " label=0.-001");
+    EXPECT_EQ(written(version_logiciel("label", 0, 0xFFFFFF85)), " label=0.-123");
 }
 
 // Every pair of bytes against the same rules in the C library's words.
@@ -91,7 +97,7 @@ TEST(VersionLogiciel, EveryPairOfBytes) {
             } else {
                 std::snprintf(expected, sizeof expected, " soft=%.1x.%.3d", major, static_cast<int>(minor));
             }
-            ASSERT_EQ(version_logiciel("soft", major, minor).view(), expected) << major << " " << minor;
+            ASSERT_EQ(written(version_logiciel("soft", major, minor)), expected) << major << " " << minor;
         }
     }
 }
@@ -102,12 +108,12 @@ TEST(DecErr, EveryCode) {
                                        "not accepted"};
     for (std::uint32_t code = 0; code < 256; ++code) {
         const std::string other = fmt::format("{:02x}", code);
-        EXPECT_EQ(dec_err(code).view(), code < 7 ? errors[code] : other) << code;
+        EXPECT_EQ(written(dec_err(code)), code < 7 ? errors[code] : other) << code;
     }
-    EXPECT_EQ(dec_err(7).view(), "07");
-    EXPECT_EQ(dec_err(0xFF).view(), "ff");
-    EXPECT_EQ(dec_err(0x101).view(), "101");
-    EXPECT_EQ(dec_err(0xFFFFFFFF).view(), "ffffffff");
+    EXPECT_EQ(written(dec_err(7)), "07");
+    EXPECT_EQ(written(dec_err(0xFF)), "ff");
+    EXPECT_EQ(written(dec_err(0x101)), "101");
+    EXPECT_EQ(written(dec_err(0xFFFFFFFF)), "ffffffff");
 }
 
 TEST(DecWarn, EveryCode) {
@@ -117,10 +123,10 @@ TEST(DecWarn, EveryCode) {
                                           : code == 32 ? "alignement"
                                           : code == 64 ? "unmap"
                                                        : std::string_view(other);
-        EXPECT_EQ(dec_warn(code).view(), expected) << code;
+        EXPECT_EQ(written(dec_warn(code)), expected) << code;
     }
-    EXPECT_EQ(dec_warn(1).view(), "01");
-    EXPECT_EQ(dec_warn(0x110).view(), "110");
+    EXPECT_EQ(written(dec_warn(1)), "01");
+    EXPECT_EQ(written(dec_warn(0x110)), "110");
 }
 
 std::string selftest(std::uint32_t bits) {

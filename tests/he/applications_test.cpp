@@ -5,6 +5,12 @@
 namespace ztdecode::testing {
 namespace {
 
+std::string written(const NameOrCode& words) {
+    Text out;
+    out.add(words);
+    return std::string(out.view());
+}
+
 TEST(HeApplications, EveryByte) {
     const std::map<std::uint32_t, std::string> names = {{0, " firmware"},
                                                         {1, " telephony"},
@@ -23,18 +29,18 @@ TEST(HeApplications, EveryByte) {
         const auto found = names.find(id);
         const std::string digits =
             " " + std::string(1, "0123456789abcdef"[id / 16]) + "0123456789abcdef"[id % 16];
-        EXPECT_EQ(apId(id).view(), found != names.end() ? found->second : digits);
+        EXPECT_EQ(written(apId(id)), found != names.end() ? found->second : digits);
     }
 }
 
 TEST(HeApplications, NumbersWithoutAName) {
-    EXPECT_EQ(apId(5).view(), " 05");
-    EXPECT_EQ(apId(247).view(), " f7");
+    EXPECT_EQ(written(apId(5)), " 05");
+    EXPECT_EQ(written(apId(247)), " f7");
 }
 
 TEST(HeApplications, NumbersThatNoByteHolds) {
-    EXPECT_EQ(apId(256).view(), " 100");
-    EXPECT_EQ(apId(0xFFFFFFFF).view(), " ffffffff");
+    EXPECT_EQ(written(apId(256)), " 100");
+    EXPECT_EQ(written(apId(0xFFFFFFFF)), " ffffffff");
 }
 
 }  // namespace
