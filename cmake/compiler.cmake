@@ -32,7 +32,8 @@ endif()
 
 set(ZTDECODE_SANITIZED OFF)
 if(NOT ZTDECODE_SANITIZE)
-    add_compile_options(-ffunction-sections -fdata-sections)
+    # Texts are copied in many small pieces: calls of the C library go straight there.
+    add_compile_options(-ffunction-sections -fdata-sections -fno-plt)
 endif()
 if(ZTDECODE_SANITIZE STREQUAL "address")
     set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)

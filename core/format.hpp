@@ -10,7 +10,7 @@
 #include <type_traits>
 
 // Formats of texts: "..."_cf literals that the compiler takes apart, with integers and strings for arguments.
-// {fmt} does the work, but for what nearly every text has: strings, and bytes of messages.
+// {fmt} does the work, but for what nearly every text has: strings, and numbers of messages.
 
 namespace ztdecode {
 
@@ -19,8 +19,9 @@ using namespace fmt::literals;
 struct Characters {
     std::string_view text;
 };
-struct Byte {
-    std::uint8_t value;
+template <class T>
+struct Number {
+    T value;
 };
 
 // What writes itself into a format: at most `bound()` characters from `at` on; `write` gives the end.
@@ -66,36 +67,47 @@ struct fmt::formatter<T> {
     }
 };
 
-// "{:02x}", "{:02X}" and "{}"; any other way goes the way of all numbers.
-template <>
-struct fmt::formatter<ztdecode::Byte> : fmt::formatter<std::uint8_t> {
-    enum class Way { decimal, lower_case, upper_case, other };
-    Way way = Way::decimal;
+// Numbers without a sign as "{}", "{:x}" and "{:X}", with zeros in front of them up to N digits as in
+// "{:0Nx}". No text needs another way, and none compiles.
+template <std::unsigned_integral T>
+struct fmt::formatter<ztdecode::Number<T>> {
+    unsigned least = 1;                 // digits
+    const char* hexadecimal = nullptr;  // the digits; null: decimal
 
     constexpr auto parse(fmt::format_parse_context& spec) {
-        const std::string_view text(spec.begin(), static_cast<std::size_t>(spec.end() - spec.begin()));
-        if (text.starts_with("02x}")) way = Way::lower_case;
-        if (text.starts_with("02X}")) way = Way::upper_case;
-        if (way != Way::decimal) return spec.begin() + 3;
-        way = Way::other;
-        return fmt::formatter<std::uint8_t>::parse(spec);
+        auto at = spec.begin();
+        if (at != spec.end() && *at == '0' && at[1] >= '1' && at[1] <= '9') {
+            least = static_cast<unsigned>(at[1] - '0');
+            at += 2;
+        }
+        if (at != spec.end() && (*at == 'x' || *at == 'X')) {
+            hexadecimal = *at == 'x' ? ztdecode::lower_case_digits : ztdecode::upper_case_digits;
+            ++at;
+        }
+        if (at != spec.end() && *at != '}') spec.on_error("a number is shown in another way");
+        return at;
     }
 
     template <class Context>
-    auto format(const ztdecode::Byte& byte, Context& context) const {
-        if (way == Way::other) return fmt::formatter<std::uint8_t>::format(byte.value, context);
-        char* at = context.out();
-        if (way == Way::decimal) {
-            if (byte.value >= 100) *at++ = ztdecode::lower_case_digits[byte.value / 100];
-            if (byte.value >= 10) *at++ = ztdecode::lower_case_digits[byte.value / 10 % 10];
-            *at++ = ztdecode::lower_case_digits[byte.value % 10];
-            return at;
+    auto format(const ztdecode::Number<T>& number, Context& context) const {
+        char* const at = context.out();
+        if (hexadecimal != nullptr && least == 2 && sizeof(T) == 1) {
+            at[0] = hexadecimal[number.value >> 4];
+            at[1] = hexadecimal[number.value & 15];
+            return at + 2;
         }
-        const char* digits =
-            way == Way::lower_case ? ztdecode::lower_case_digits : ztdecode::upper_case_digits;
-        *at++ = digits[byte.value >> 4];
-        *at++ = digits[byte.value & 15];
-        return at;
+        return hexadecimal != nullptr ? write<16>(at, number.value, hexadecimal)
+                                      : write<10>(at, number.value, ztdecode::lower_case_digits);
+    }
+
+  private:
+    template <unsigned base>
+    char* write(char* at, T value, const char* digits) const {
+        unsigned n = 1;
+        for (T rest = value / base; rest != 0; rest /= base) ++n;
+        char* const end = at + std::max(n, least);
+        for (char* digit = end; digit != at; value /= base) *--digit = digits[value % base];
+        return end;
     }
 };
 
@@ -123,8 +135,8 @@ template <class T>
 constexpr auto argument(const T& arg) noexcept {
     if constexpr (is_string<T>) {
         return Characters{arg};
-    } else if constexpr (std::is_same_v<T, std::uint8_t>) {
-        return Byte{arg};
+    } else if constexpr (std::unsigned_integral<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char>) {
+        return Number<T>{arg};
     } else {
         return arg;
     }

@@ -37,6 +37,32 @@ TEST(Format, ShowsEveryByteInEveryWay) {
     }
 }
 
+template <class T>
+void expect_as_printf_has_it(T value) {
+    const auto number = static_cast<unsigned long long>(value);
+    EXPECT_EQ(formatted("{}|{:x}|{:X}"_cf, value, value, value),
+              by_printf("%llu|%llx|%llX", number, number, number));
+    EXPECT_EQ(formatted("{:02}|{:03}|{:09}"_cf, value, value, value),
+              by_printf("%02llu|%03llu|%09llu", number, number, number));
+    EXPECT_EQ(formatted("{:02x}|{:04X}|{:06x}|{:08x}"_cf, value, value, value, value),
+              by_printf("%02llx|%04llX|%06llx|%08llx", number, number, number, number));
+}
+
+TEST(Format, ShowsNumbersOfAllSizes) {
+    for (std::uint64_t power = 1; power != 0; power *= 2) {
+        for (const std::uint64_t value : {power - 1, power, power + 1, power * 10 / 16}) {
+            expect_as_printf_has_it(static_cast<std::uint8_t>(value));
+            expect_as_printf_has_it(static_cast<std::uint16_t>(value));
+            expect_as_printf_has_it(static_cast<std::uint32_t>(value));
+            expect_as_printf_has_it(value);
+        }
+    }
+    for (std::uint64_t power = 1; power < 10'000'000'000'000'000'000U; power *= 10) {
+        expect_as_printf_has_it(power);
+        expect_as_printf_has_it(power - 1);
+    }
+}
+
 TEST(Format, TellsBytesFromOtherNumbers) {
     EXPECT_EQ(formatted("{:02x} {:02X}"_cf, std::uint16_t{0x1234}, 0xABCU), "1234 ABC");
     EXPECT_EQ(formatted("{} {}"_cf, std::int8_t{-128}, 'x'), "-128 x");
