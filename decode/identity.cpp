@@ -138,8 +138,7 @@ void audio_config(Session& session, const Message& m, Text& out) {
     }
 }
 
-bool inListAudioOpcodes(const Session& session, std::uint32_t direction, std::uint8_t type) noexcept {
-    if (!session.switches.audio_only) return true;
+bool is_audio_opcode(std::uint32_t direction, std::uint8_t type) noexcept {
     return direction != from_dhs ? type == audio_to_dhs : audio_from_dhs[type];
 }
 

@@ -43,7 +43,10 @@ NameOrCode dec_warn(std::uint32_t code) noexcept;
 void dec_selftest(std::uint32_t bits, Text& out);
 void audio_config(Session& session, const Message& m, Text& out);
 
+bool is_audio_opcode(std::uint32_t direction, std::uint8_t type) noexcept;
 // Whether a message may be shown: always, or when the session wants audio messages only and it is one.
-bool inListAudioOpcodes(const Session& session, std::uint32_t direction, std::uint8_t type) noexcept;
+inline bool inListAudioOpcodes(const Session& session, std::uint32_t direction, std::uint8_t type) noexcept {
+    return !session.switches.audio_only || is_audio_opcode(direction, type);
+}
 
 }  // namespace ztdecode
