@@ -24,7 +24,7 @@ struct Version {
 struct NameOrCode {
     std::string_view name;
     std::uint32_t code;
-    std::string_view before = "";
+    std::string_view before{};
 
     std::size_t bound() const noexcept { return name.size() + before.size() + 8; }
     char* write(char* at) const;
