@@ -3,9 +3,11 @@
 #include <fmt/compile.h>
 
 #include <algorithm>
+#include <array>
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <string_view>
 #include <type_traits>
 
@@ -31,6 +33,36 @@ concept Words = requires(const T& words, char* at) {
     { words.write(at) } -> std::same_as<char*>;
 };
 
+// At least one block of characters, two at the most: from both ends, which may overlap.
+template <class Block>
+void copy_both_ends(char* at, const char* from, std::size_t n) noexcept {
+    Block first;
+    Block last;
+    std::memcpy(&first, from, sizeof first);
+    std::memcpy(&last, from + n - sizeof last, sizeof last);
+    std::memcpy(at, &first, sizeof first);
+    std::memcpy(at + n - sizeof last, &last, sizeof last);
+}
+
+// Copies a few characters without the call that memcpy would be: a text has up to a dozen such pieces. Gives
+// the end.
+inline char* copy_characters(char* at, std::string_view text) noexcept {
+    const char* const from = text.data();
+    const std::size_t n = text.size();
+    if (n > 32) {
+        std::memcpy(at, from, n);
+    } else if (n >= 16) {
+        copy_both_ends<std::array<std::uint64_t, 2>>(at, from, n);
+    } else if (n >= 8) {
+        copy_both_ends<std::uint64_t>(at, from, n);
+    } else if (n >= 4) {
+        copy_both_ends<std::uint32_t>(at, from, n);
+    } else {
+        for (std::size_t k = 0; k < n; ++k) at[k] = from[k];
+    }
+    return at + n;
+}
+
 inline constexpr char lower_case_digits[] = "0123456789abcdef";
 inline constexpr char upper_case_digits[] = "0123456789ABCDEF";
 
@@ -52,7 +84,7 @@ struct fmt::formatter<ztdecode::Characters> {
     template <class Context>
     auto format(const ztdecode::Characters& characters, Context& context) const {
         const std::string_view text = characters.text;
-        char* end = context.out() + text.copy(context.out(), text.size());
+        char* end = ztdecode::copy_characters(context.out(), text);
         return width > text.size() ? std::fill_n(end, width - text.size(), ' ') : end;
     }
 };

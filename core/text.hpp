@@ -53,7 +53,7 @@ class Text {
 
     void add(std::string_view s) {
         if (s.empty()) return;
-        std::memcpy(room(s.size()), s.data(), s.size());
+        copy_characters(room(s.size()), s);
         size_ += s.size();
     }
 
