@@ -164,13 +164,13 @@ constexpr std::size_t bound(const T& arg) noexcept {
 }
 
 template <class T>
-constexpr auto argument(const T& arg) noexcept {
+constexpr decltype(auto) argument(const T& arg) noexcept {
     if constexpr (is_string<T>) {
         return Characters{arg};
     } else if constexpr (std::unsigned_integral<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char>) {
         return Number<T>{arg};
     } else {
-        return arg;
+        return (arg);
     }
 }
 
