@@ -21,14 +21,20 @@ class StandardStreams : public SideChannel {
     void standard_error(std::string_view text) override { std::fwrite(text.data(), 1, text.size(), stderr); }
 };
 
+struct ProcessWide {
+    ProcessWide() {
+        session.side = &streams;
+        session.object.on_decoded = set_application_text;
+    }
+    StandardStreams streams;
+    Session session;
+};
+
 }  // namespace
 
 Session& session() noexcept {
-    static Kept<StandardStreams> streams;
-    static Kept<Session> kept;
-    Session& process_wide = kept;
-    process_wide.side = &streams.get();
-    process_wide.object.on_decoded = set_application_text;
+    static Kept<ProcessWide> kept;
+    Session& process_wide = kept.get().session;
     process_wide.switches = {.color = useColor != 0, .audio_only = audioOnly != 0, .debug = debug != 0};
     return process_wide;
 }
