@@ -92,8 +92,9 @@ class Text {
         }
     }
     // The same as they stand.
-    void copy(const Message& m, std::size_t first, std::size_t n) {
-        copy_as(m, first, n, [](std::uint8_t c) { return c; });
+    template <class Bytes>
+    void copy(const Bytes& bytes, std::size_t first, std::size_t n) {
+        copy_as(bytes, first, n, [](std::uint8_t c) { return c; });
     }
     // The same up to the first zero byte, as "%s" shows them: what is written next follows there.
     void copy_string(const Message& m, std::size_t first, std::size_t n) {

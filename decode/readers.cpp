@@ -251,23 +251,21 @@ void refuse_spzt(Line text, Text& out) {
 
 // A line as it is nearly always written, one message in plain fields up to its end, is read in one go.
 // Nothing is done with any other one.
-bool LineReader::decode_plain_spzt(Line text, Text& out, ReadResult& result) {
-    if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return false;
+std::optional<ReadResult> LineReader::decode_plain_spzt(Line text, Text& out) {
+    if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return std::nullopt;
     const std::size_t fields = (text.length - 7) / 3;
-    if (fields > record_.size() || !has_sr_column(text)) return false;
-    if (read_plain_fields(text, 8, fields) != fields) return false;
+    if (fields > record_.size() || !has_sr_column(text)) return std::nullopt;
+    if (read_plain_fields(text, 8, fields) != fields) return std::nullopt;
     const SpztBody body = body_with(record_[0], record_[1], text.length);
     const bool two = body == SpztBody::two_length_bytes;
     const std::size_t count = record_[0] + (two ? 256U * record_[1] : 0U);
     const std::size_t first = two ? 2 : 1;
-    if (body == SpztBody::too_short || count == 0 || first + count != fields) return false;
-    result = decode_record(first, count, spzt_direction(text), out);
-    return true;
+    if (body == SpztBody::too_short || count == 0 || first + count != fields) return std::nullopt;
+    return decode_record(first, count, spzt_direction(text), out);
 }
 
 ReadResult LineReader::line_spzt(Line text, Text& out) {
-    ReadResult result = ReadResult::refused;
-    if (decode_plain_spzt(text, out, result)) return result;
+    if (const auto result = decode_plain_spzt(text, out)) return *result;
     switch (spzt_body(text)) {
         case SpztBody::one_length_byte:
             return line(spzt_line(text), spzt_direction(text), out);

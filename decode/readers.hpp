@@ -2,6 +2,7 @@
 
 #include <array>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -47,7 +48,7 @@ class LineReader {
 
   private:
     std::size_t read_plain_fields(Line line, std::size_t column, std::size_t n);
-    bool decode_plain_spzt(Line text, Text& out, ReadResult& result);
+    std::optional<ReadResult> decode_plain_spzt(Line text, Text& out);
     // The message that starts at this byte of the record.
     ReadResult decode_record(std::size_t first, std::uint64_t length, std::uint32_t direction, Text& out);
 

@@ -80,8 +80,6 @@ void ip_quoted(const Item& item, Text& out) {
     out.put('"');
 }
 
-void ip_characters(const Item& item, Text& out) {
-    out.copy_as(item, 0, item.length, [](std::uint8_t c) { return c; });
-}
+void ip_characters(const Item& item, Text& out) { out.copy(item, 0, item.length); }
 
 }  // namespace ztdecode::ip

@@ -10,13 +10,14 @@ namespace ztdecode::ip {
 // Name of a parameter that the system asks for and the set answers.
 std::string_view ip_param_name(std::uint32_t id) noexcept;
 
-// "10.0.0.5" of the value's bytes from k on.
+// "10.0.0.5".
 struct DottedAddress {
     std::array<std::uint8_t, 4> bytes;
 
     std::size_t bound() const noexcept { return 15; }
     char* write(char* at) const;
 };
+// Of the value's bytes from k on.
 DottedAddress ip_dotted_text(const Item& item, std::uint32_t k = 0) noexcept;
 
 // Eight groups of four digits, none left out: "2001:0db8:0000:0000:0000:0000:0000:0001".
@@ -26,6 +27,7 @@ struct Ipv6Address {
     std::size_t bound() const noexcept { return 39; }
     char* write(char* at) const;
 };
+// Of the value's bytes from k on.
 Ipv6Address ip_ipv6_text(const Item& item, std::uint32_t k = 0) noexcept;
 
 // Dotted when the value has four bytes, else taken as the sixteen of an IPv6 address.

@@ -104,6 +104,16 @@ TEST_F(Jobs, AFullDeviceIsReportedOnce) {
     EXPECT_EQ(ended.status, 2);
 }
 
+// The second file is done, and its text kept, before the first one ends.
+TEST_F(Jobs, AFullDeviceIsReportedForWhatWasKeptToo) {
+    add(trace(10, 100000));
+    const Ended ended =
+        run({"/bin/sh", "-c",
+             "sleep 0.5 | " + quoted(ZTDECODE_TOOL_FILE) + " --jobs 2 -" + list_ + " >/dev/full"});
+    EXPECT_EQ(ended.error, "ztdecode: standard output: No space left on device\n");
+    EXPECT_EQ(ended.status, 2);
+}
+
 TEST_F(Jobs, AClosedPipeEndsItQuietly) {
     add(trace(100000, 0));
     add(trace(100000, 100000));
