@@ -1,21 +1,21 @@
 // Messages of one session, one after the other.
 //
-// The input is records: a byte of switches, two length bytes (low byte first), that many message bytes (the
-// last record has what is left). Every message ends, its text is a C string, and two sessions that see the
-// same messages write the same text, whether or not somebody asks where the words came from.
+// The input is records, each of a message behind a byte of switches. Every message ends, its text is a C
+// string, and two sessions that see the same messages write the same text, whether or not somebody asks where
+// the words came from.
 
-#include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <vector>
 
 #include "core/session.hpp"
+#include "fuzz/fuzzing.hpp"
 
 namespace {
 
 using ztdecode::Session;
 using ztdecode::Text;
+using ztdecode::fuzz::expect;
+using ztdecode::fuzz::Records;
 
 enum : std::uint8_t { bit_to_dhs = 1, bit_color = 2, bit_audio_only = 4, bit_debug = 8 };
 
@@ -46,12 +46,6 @@ struct Decoder {
     }
 };
 
-void expect(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
-
 void expect_in_order(const std::vector<ztdecode::Stretch>& stretches, std::size_t size) {
     std::size_t at = 0;
     for (const ztdecode::Stretch& s : stretches) {
@@ -68,15 +62,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     Decoder other;
     ztdecode::Provenance provenance;
     other.session.provenance = &provenance;
-    for (std::size_t at = 0; at + 3 <= size;) {
-        const std::uint8_t switches = data[at];
-        const std::size_t length = std::min<std::size_t>(data[at + 1] + 256U * data[at + 2], size - at - 3);
-        // A block of just this size: a sanitizer sees a read behind it.
-        const std::vector<std::uint8_t> bytes(data + at + 3, data + at + 3 + length);
-        at += 3 + length;
-
-        one.decode(switches, bytes);
-        other.decode(switches, bytes);
+    Records records(data, size);
+    while (const auto record = records.next()) {
+        one.decode(record->way, record->bytes);
+        other.decode(record->way, record->bytes);
         expect(one.text.view().find('\0') == std::string_view::npos, "the text is a C string");
         expect(one.text.view() == other.text.view(), "both sessions write the same text");
         expect(one.outcome == other.outcome, "both sessions end alike");

@@ -1,17 +1,15 @@
 // The object protocol's ways in, of one session.
 //
-// The input is records: a byte that says which way in, two length bytes (low byte first), that many bytes
-// (the last record has what is left). Every text is a C string, sessions that see the same agree, and what is
-// kept of segments has its bounds.
+// The input is records, each of bytes behind a byte that says which way in. Every text is a C string,
+// sessions that see the same agree, and what is kept of segments has its bounds.
 
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string_view>
 #include <vector>
 
+#include "fuzz/fuzzing.hpp"
 #include "object/command.hpp"
 #include "object/events.hpp"
 #include "object/frames.hpp"
@@ -23,6 +21,7 @@
 namespace {
 
 using namespace ztdecode;
+using fuzz::expect;
 
 enum WayIn : std::uint8_t {
     command,
@@ -40,12 +39,6 @@ enum WayIn : std::uint8_t {
 
 // A series can be put together from every few records, and then costs much more than its bytes.
 constexpr int most_records = 100;
-
-void expect(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
 
 // First byte: the class whose table is used.
 void print_properties_of_class(const Message& m, Text& out) {
@@ -124,16 +117,12 @@ struct Decoder {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Decoder one;
     Decoder other;
-    int records = 0;
-    for (std::size_t at = 0; at + 3 <= size && records < most_records; ++records) {
-        const std::uint8_t way = data[at];
-        const std::size_t length = std::min<std::size_t>(data[at + 1] + 256U * data[at + 2], size - at - 3);
-        // A block of just this size: a sanitizer sees a read behind it.
-        const std::vector<std::uint8_t> bytes(data + at + 3, data + at + 3 + length);
-        at += 3 + length;
-
-        one.decode(way, bytes);
-        other.decode(way, bytes);
+    fuzz::Records records(data, size);
+    for (int n = 0; n < most_records; ++n) {
+        const auto record = records.next();
+        if (!record) break;
+        one.decode(record->way, record->bytes);
+        other.decode(record->way, record->bytes);
         expect(one.text.view().find('\0') == std::string_view::npos, "the text is a C string");
         expect(one.text.view() == other.text.view(), "both sessions write the same text");
         expect(one.unknown_class == other.unknown_class, "both sessions end alike");

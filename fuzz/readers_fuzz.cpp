@@ -6,13 +6,12 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "decode/readers.hpp"
+#include "fuzz/fuzzing.hpp"
 
 namespace {
 
@@ -20,14 +19,9 @@ using ztdecode::Line;
 using ztdecode::LineReader;
 using ztdecode::ReadResult;
 using ztdecode::Text;
+using ztdecode::fuzz::expect;
 
 enum : std::uint8_t { bit_to_dhs = 8, bit_zeros = 16 };
-
-void expect(bool holds, const char* what) {
-    if (holds) return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
-    std::abort();
-}
 
 struct Reader {
     ztdecode::Session session;
