@@ -56,6 +56,14 @@ void add_item(std::string_view kept, std::uint64_t length) noexcept {
     app_idx = static_cast<std::uint32_t>(at + length);
 }
 
+// How much of the text is not taken back.
+std::uint32_t finished = 0;
+
+void cut_application_text(std::uint32_t length) noexcept {
+    app_idx = length;
+    if (length < size_now()) app_buf[length] = '\0';
+}
+
 void complain_of_length(std::size_t length) noexcept {
     if (length > line_size) session().standard_error("\nLine too long, truncated\n");
 }
@@ -63,8 +71,6 @@ void complain_of_length(std::size_t length) noexcept {
 }  // namespace
 
 const char* application_text() noexcept { return app_buf != nullptr ? app_buf : ""; }
-
-void restart_application_text() noexcept { app_idx = 0; }
 
 void add_application_text(std::string_view text) noexcept {
     if (text.empty()) return;
@@ -82,11 +88,15 @@ void add_application_item(std::string_view item) noexcept {
     add_item(item.substr(0, line_size - 1), item.size());
 }
 
-void set_application_text(std::string_view text) {
-    restart_application_text();
-    if (app_buf != nullptr) *app_buf = '\0';
+void set_application_text(std::string_view text) noexcept {
+    cut_application_text(0);
     add_application_text(text);
+    finished = app_idx;
 }
+
+void begin_application_text() noexcept { finished = app_idx; }
+
+void take_back_application_text() noexcept { cut_application_text(finished); }
 
 }  // namespace ztdecode::abi
 

@@ -61,43 +61,21 @@ void append(Write write) noexcept {
     add_application_text(piece.view());
 }
 
-using Analyser = void (*)(Session&, const Message&, Text&);
-
 const char* analyse(Analyser analyser, const std::uint8_t* bytes, int length) noexcept {
     set_application_text("");
     append([&](Session& s, Text& out) { analyser(s, message(bytes, length), out); });
     return application_text();
 }
 
-void add_frame_text(const FrameText& frame) noexcept {
-    if (frame.kind == FrameKind::gathered) {
-        boDisplayResult = 0;
-        return;
-    }
-    if (frame.kind == FrameKind::series) boDisplayResult = 1;
-    add_application_text(frame.dump.view());
-    if (frame.kind != FrameKind::zt) restart_application_text();
-    const std::string_view text = frame.text.view();
-    add_application_text(text.substr(0, frame.item_begin));
-    if (frame.item_end > frame.item_begin) {
-        add_application_item(text.substr(frame.item_begin, frame.item_end - frame.item_begin));
-    }
-    add_application_text(text.substr(frame.item_end));
-}
-
 void decode_frame(const Message& frame, int way) noexcept {
-    static Kept<FrameText> kept;
-    FrameText& out = kept;
+    begin_application_text();
     try {
-        analyse_cmd(session(), frame, way, out);
+        analyse_cmd(session(), frame, way, boDisplayResult);
     } catch (const UnknownClass&) {
-        // A message among those of the sets has left its text already.
-        if (out.kind != FrameKind::zt) add_frame_text(out);
         std::exit(-1);
     } catch (...) {
-        return;
+        take_back_application_text();
     }
-    add_frame_text(out);
 }
 
 // A segment as its length bytes tell where it ends; the four bytes in front of the payload are always there.
