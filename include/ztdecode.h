@@ -408,7 +408,7 @@ ZTDECODE_API void vFreeApplicationBuffer(void);
 
 /* ---- Object protocol: messages ------------------------------------------------------------------------- */
 
-/* Common to all: nothing is read after the given length, bytes from there on count as 0. A null pointer
+/* Common to all: nothing is read behind the given length, bytes from there on count as 0. A null pointer
  * or a length below 0 means no bytes. A message of an unknown class ends the process, status -1, with the
  * text so far and "\nError class lookup table ptr" in app_buf. */
 
@@ -422,8 +422,8 @@ ZTDECODE_API const char* analyse_cmd_term(const uint8_t* bytes, int length);
  *   0x15, 0x16  a message of the object protocol, from byte 0 on: app_buf begins anew with its text
  *   0x0C        a segment, see boCatchSegment; the last one decodes the series without its last two bytes,
  *               its length in 16 bits, and app_buf begins anew with its text; any other one prints nothing.
- *               A value that claims more runs on into the last two bytes (and further where the length was
- *               too large for 16 bits), and then into zeros
+ *               Header or value, what lies behind that length is read from the bytes that were gathered
+ *               there, and counts as 0 behind them
  *   else        messages as decode_bin_lng2 takes them: a dump line, "Pbx_ZT_message" or "Term_ZT_message",
  *               and their texts in braces are appended to app_buf, in this order. An object-protocol message
  *               among them begins app_buf anew while it is decoded: then the lines before the texts are gone,
