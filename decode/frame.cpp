@@ -10,19 +10,23 @@ namespace {
 constexpr std::uint8_t super_type1 = 11;  // parts with a length byte
 constexpr std::uint8_t super_type2 = 23;  // parts with two length bytes, low byte first
 
+void colour_code(const Switches& switches, std::string_view code, Text& out) {
+    if (!switches.color) return;
+    out.add({&switches.color_escape, 1});
+    out.add(code);
+}
+
 // Puts what is written while it lives in the colour of the direction.
 class Coloured {
   public:
     Coloured(const Session& session, std::uint32_t direction, Text& out)
-        : on_(session.switches.color), out_(out) {
-        if (on_) out_.add(direction == to_dhs ? "\033[0;31m" : "\033[0;32m");
+        : switches_(session.switches), out_(out) {
+        colour_code(switches_, direction == to_dhs ? "[0;31m" : "[0;32m", out_);
     }
-    void end() {
-        if (on_) out_.add("\033[0m");
-    }
+    void end() { colour_code(switches_, "[0m", out_); }
 
   private:
-    bool on_;
+    const Switches& switches_;
     Text& out_;
 };
 
@@ -117,15 +121,16 @@ Outcome decode(Session& session, Message& m, Text& out) {
         session.provenance->start(out);
         m.observe(session.provenance);
     }
+    // A message before this one may have ended anywhere: at an unknown class, or for want of memory.
+    session.digital.reassembly.depth = 0;
+    session.digital.super_depth = 0;
     Outcome outcome = Outcome::decoded;
     const Text::Piece whole(out);
     try {
         decode_carried(session, m, out);
     } catch (const UnknownClass&) {
         outcome = Outcome::unknown_class;
-        if (session.switches.color) out.add("\033[0m");
-        session.digital.reassembly.depth = 0;
-        session.digital.super_depth = 0;
+        colour_code(session.switches, "[0m", out);
     }
     if (session.provenance != nullptr) session.provenance->finish();
     return outcome;
