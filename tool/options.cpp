@@ -1,9 +1,13 @@
 #include "tool/options.hpp"
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+#include <span>
+#include <string_view>
+#include <type_traits>
 
 #include "core/message.hpp"
 #include "tool/display.hpp"
@@ -17,18 +21,29 @@ constexpr unsigned most_jobs = 256;
 constexpr int status_failed = 2;
 
 template <class T>
-using Names = std::vector<std::pair<std::string, T>>;
-
-const Names<Layout> layouts = {
-    {"auto", Layout::recognised}, {"line", Layout::line}, {"lng2", Layout::line_lng2},
-    {"zt", Layout::tagged},       {"spzt", Layout::spzt}, {"spzt-lng2", Layout::spzt_lng2},
-    {"bin1", Layout::bin1},       {"bin2", Layout::bin2},
+struct Named {
+    std::string_view name;
+    T value;
 };
-const Names<std::uint32_t> directions = {{"from", from_dhs}, {"to", to_dhs}};
-const Names<Color> colors = {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}};
-const Names<Control> controls = {
-    {"auto", Control::automatic}, {"raw", Control::raw}, {"escape", Control::escape}};
-const Names<bool> progresses = {{"auto", true}, {"never", false}};
+template <class T>
+using Names = std::span<const Named<T>>;
+
+constexpr auto layouts = std::to_array<Named<Layout>>({
+    {"auto", Layout::recognised},
+    {"line", Layout::line},
+    {"lng2", Layout::line_lng2},
+    {"zt", Layout::tagged},
+    {"spzt", Layout::spzt},
+    {"spzt-lng2", Layout::spzt_lng2},
+    {"bin1", Layout::bin1},
+    {"bin2", Layout::bin2},
+});
+constexpr auto directions = std::to_array<Named<std::uint32_t>>({{"from", from_dhs}, {"to", to_dhs}});
+constexpr auto colors = std::to_array<Named<Color>>(
+    {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}});
+constexpr auto controls = std::to_array<Named<Control>>(
+    {{"auto", Control::automatic}, {"raw", Control::raw}, {"escape", Control::escape}});
+constexpr auto progresses = std::to_array<Named<bool>>({{"auto", true}, {"never", false}});
 
 constexpr auto description = "Readable texts for the messages in traces of telephone terminal signalling.\n";
 
@@ -75,7 +90,7 @@ class HelpLayout : public CLI::Formatter {
 };
 
 template <class T>
-std::string listed(const Names<T>& names) {
+std::string listed(Names<T> names) {
     std::string list;
     for (const auto& [name, value] : names) list.append(list.empty() ? "" : ", ").append(name);
     return list;
@@ -83,15 +98,15 @@ std::string listed(const Names<T>& names) {
 
 // An option whose value is one of these names. Given twice, the last one counts.
 template <class T>
-CLI::Option* add_choice(CLI::App& app, const std::string& option, T& chosen, const Names<T>& names,
-                        const std::string& help) {
-    auto choose = [&chosen, &names, option](const std::string& word) {
+CLI::Option* add_choice(CLI::App& app, const std::string& option, T& chosen,
+                        std::type_identity_t<Names<T>> names, const std::string& help) {
+    auto choose = [&chosen, names, option](const std::string& word) {
         for (const auto& [name, value] : names) {
             if (name != word) continue;
             chosen = value;
             return;
         }
-        throw CLI::ValidationError(option, word + " is none of " + listed(names));
+        throw CLI::ValidationError(option, word + " is none of " + listed<T>(names));
     };
     return app.add_option_function<std::string>(option, choose, help)->take_last();
 }
