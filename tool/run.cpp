@@ -176,7 +176,7 @@ class Jobs {
         }
     }
 
-    int status_of(const Job& job) noexcept {
+    int status_of(const Job& job) const noexcept {
         const int error = job.outputs.temporary_error();
         if (error == 0) return job.status;
         try {
