@@ -65,6 +65,15 @@ TEST(Usage, HelpFitsATerminal) {
     for (std::string line; std::getline(help, line);) EXPECT_LE(line.size(), 79U) << line;
 }
 
+TEST(Usage, HelpAndVersionSayThatTheDiskIsFull) {
+    for (const char* option : {"--help", "--version"}) {
+        const Ended ended =
+            run({"/bin/sh", "-c", std::string("'" ZTDECODE_TOOL_FILE "' ") + option + " >/dev/full"});
+        EXPECT_EQ(ended.error, "ztdecode: standard output: No space left on device\n");
+        EXPECT_EQ(ended.status, 2);
+    }
+}
+
 TEST(Usage, TheLastOfTwoCounts) {
     const Ended ended =
         ztdecode({"--no-input", "--no-input", "--direction", "from", "--direction", "to", "--color", "always",
