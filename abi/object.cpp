@@ -159,10 +159,12 @@ const char* LookUtf8(std::uint32_t code_point, const ztdecode_glyph_record* tabl
     if (table != nullptr) {
         if (const char* glyph = ztdecode::find_glyph(code_point, table)) return glyph;
     }
-    if (const char* name = ztdecode::character_names()[code_point]) return name;
-    return abi::in_own_buffer(block, [code_point](Session& /*session*/, Text& out) {
-        ztdecode::print_block_name(code_point, out);
+    const char* name = nullptr;
+    const char* block_name = abi::in_own_buffer(block, [&](Session& /*session*/, Text& out) {
+        name = ztdecode::character_names()[code_point];
+        if (name == nullptr) ztdecode::print_block_name(code_point, out);
     });
+    return name != nullptr ? name : block_name;
 }
 
 const char* analyse_cmd_pbx(const std::uint8_t* bytes, int length) {

@@ -26,6 +26,8 @@ struct Carrying {
     // A captured message begins.
     void begin() noexcept;
 
+    bool cut_short = false;  // one inside this one ended for want of memory
+
     std::uint32_t levels = 0;
     std::uint32_t reassembled = 0;       // since the captured message began
     std::uint32_t reassembly_depth = 0;  // being decoded inside each other

@@ -14,7 +14,7 @@ constexpr std::size_t room_to_keep = std::size_t{64} << 10;
 void Carrying::begin() noexcept {
     levels = reassembled = reassembly_depth = module_super_depth = 0;
     complaints = text_besides = 0;
-    module_super_ended = emulation_open = emulation_inside = false;
+    cut_short = module_super_ended = emulation_open = emulation_inside = false;
     if (module_super_text.capacity() > room_to_keep) module_super_text = {};
 }
 
@@ -41,6 +41,7 @@ Captured::~Captured() {
         carrying.text_begin = outer_begin_;
         carrying.text_besides = 0;
         carrying.text_besides = used - carrying.text_used();
+        if (!done_) carrying.cut_short = true;
         return;
     }
     carrying.text = nullptr;

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -177,8 +178,12 @@ class Captured {
     Captured& operator=(const Captured&) = delete;
     ~Captured();
 
-    // What the message taught the session stays. Otherwise it is as if the message had not been there.
-    void done() noexcept { done_ = true; }
+    // What the message taught the session stays. Otherwise it is as if the message had not been there, and so
+    // it is for the outer one, too: std::bad_alloc is thrown when one inside this one was not done.
+    void done() {
+        if (outermost_ && session_.carrying.cut_short) throw std::bad_alloc();
+        done_ = true;
+    }
 
   private:
     Session& session_;

@@ -2,6 +2,7 @@
 
 #include <dlfcn.h>
 
+#include <cerrno>
 #include <cstddef>
 #include <new>
 
@@ -9,7 +10,10 @@
 
 namespace ztdecode {
 
-CharacterNames::CharacterNames(const char* file) noexcept : library_(dlopen(file, RTLD_LAZY)) {
+CharacterNames::CharacterNames(const char* file) {
+    errno = 0;
+    library_ = dlopen(file, RTLD_LAZY);
+    if (library_ == nullptr && errno == ENOMEM) throw std::bad_alloc();
     if (library_ != nullptr) name_ = reinterpret_cast<decltype(name_)>(dlsym(library_, "uniNamesList_name"));
 }
 
@@ -17,7 +21,7 @@ CharacterNames::~CharacterNames() {
     if (library_ != nullptr) dlclose(library_);
 }
 
-const CharacterNames& character_names() noexcept {
+const CharacterNames& character_names() {
     // Never destroyed: a host may ask from its own exit handlers.
     alignas(CharacterNames) static std::byte storage[sizeof(CharacterNames)];
     static const CharacterNames& names =

@@ -11,7 +11,8 @@ namespace ztdecode {
 // A shared library that knows the names of characters, opened for as long as this lives.
 class CharacterNames {
   public:
-    explicit CharacterNames(const char* file) noexcept;
+    // Throws std::bad_alloc when there is no memory to open it.
+    explicit CharacterNames(const char* file);
     CharacterNames(const CharacterNames&) = delete;
     CharacterNames& operator=(const CharacterNames&) = delete;
     ~CharacterNames();
@@ -23,12 +24,12 @@ class CharacterNames {
     bool available() const noexcept { return name_ != nullptr; }
 
   private:
-    void* library_;
+    void* library_ = nullptr;
     const char* (*name_)(unsigned long code_point) = nullptr;
 };
 
 // The one that the process uses: opened at the first need and never closed.
-const CharacterNames& character_names() noexcept;
+const CharacterNames& character_names();
 
 // The name of a character, from the first that has one: the terminals' own characters, the names library, the
 // character's block ("Greek Extended-U+1F16"). Else "???".

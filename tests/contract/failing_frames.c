@@ -1,29 +1,12 @@
 /* A host without memory for a while in the middle of a frame: analyse_cmd leaves the application buffer as it
  * was, or with the whole text of the frame. */
 
-#define _GNU_SOURCE
-#include <dlfcn.h>
 #include <stdio.h>
 #include <stdlib.h>
 #include <string.h>
 
+#include "failing_memory.h"
 #include "ztdecode.h"
-
-static long allocations_left = -1; /* before one fails; below 0: none does */
-
-static int fails(void) { return allocations_left >= 0 && allocations_left-- == 0; }
-
-void* malloc(size_t size) {
-    static void* (*next)(size_t);
-    if (next == NULL) *(void**)&next = dlsym(RTLD_NEXT, "malloc");
-    return fails() ? NULL : next(size);
-}
-
-void* realloc(void* block, size_t size) {
-    static void* (*next)(void*, size_t);
-    if (next == NULL) *(void**)&next = dlsym(RTLD_NEXT, "realloc");
-    return fails() ? NULL : next(block, size);
-}
 
 struct frame {
     const char* bytes;
