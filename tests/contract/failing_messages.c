@@ -191,7 +191,7 @@ static const struct {
     {from_system, "02 05 0b 02 29 01 02 4a 00 01 25"},
     /* readers: bytes of earlier lines show behind a shorter one */
     {read_line, "05 27 01 02 41 42"},
-    {read_line, "02 33 01"},
+    {read_line, "02 33 02"},
     {read_line, "01 33"},
     {read_line_lng2, "06 00 27 01 03 43 44 45"},
     {read_line_lng2, "01 00 33 01 00 2a"},
