@@ -23,27 +23,31 @@ struct Carrying {
     static constexpr std::size_t written_over_for_one = 16;
     static constexpr std::size_t text_of_module_part = 16;
 
-    // A captured message begins.
-    void begin() noexcept;
-
-    bool cut_short = false;  // one inside this one ended for want of memory
-
-    std::uint32_t levels = 0;
-    std::uint32_t reassembled = 0;       // since the captured message began
-    std::uint32_t reassembly_depth = 0;  // being decoded inside each other
-    std::size_t complaints = 0;          // characters on standard error
-
-    // Text: what was written since the captured message began, and what was written besides.
+    std::uint32_t levels = 0;            // being decoded inside each other
+    std::uint32_t reassembly_depth = 0;  // likewise
+    // Text: what was written since the captured message began.
     const Text* text = nullptr;
     std::size_t text_begin = 0;
+    // What else was used since then. Whoever adds to it says so.
+    bool used = false;
+    std::uint32_t reassembled = 0;
     std::size_t text_besides = 0;
+    std::size_t complaints = 0;  // characters on standard error
+    bool cut_short = false;      // a message inside this one ended for want of memory
+
+    // Nothing is used any more.
+    void renew() noexcept;
+    void use_text(std::size_t characters) noexcept {
+        used = true;
+        text_besides += characters;
+    }
 
     std::size_t text_used() const noexcept {
         return text_besides + (text != nullptr && text->size() > text_begin ? text->size() - text_begin : 0);
     }
     bool has_room_for(std::size_t characters) const noexcept {
-        const std::size_t used = text_used();
-        return used < most_text && characters <= most_text - used;
+        const std::size_t so_far = text_used();
+        return so_far < most_text && characters <= most_text - so_far;
     }
     bool has_room() const noexcept { return has_room_for(0); }
 

@@ -11,41 +11,33 @@ constexpr std::size_t room_to_keep = std::size_t{64} << 10;
 
 }  // namespace
 
-void Carrying::begin() noexcept {
-    levels = reassembled = reassembly_depth = module_super_depth = 0;
-    complaints = text_besides = 0;
-    cut_short = module_super_ended = emulation_open = emulation_inside = false;
+void Carrying::renew() noexcept {
+    used = cut_short = false;
+    reassembled = 0;
+    text_besides = complaints = 0;
     if (module_super_text.capacity() > room_to_keep) module_super_text = {};
 }
 
-Captured::Captured(Session& session, const Text& out) noexcept
-    : session_(session),
-      outermost_(!std::exchange(session.in_captured_, true)),
-      outer_text_(session.carrying.text),
-      outer_begin_(session.carrying.text_begin) {
-    Carrying& carrying = session.carrying;
-    if (outermost_) {
-        carrying.begin();
-    } else {
-        carrying.text_besides = carrying.text_used();
-    }
-    carrying.text = &out;
-    carrying.text_begin = out.size();
+void Captured::enter_another() noexcept {
+    Carrying& carrying = session_.carrying;
+    outer_text_ = carrying.text;
+    outer_begin_ = carrying.text_begin;
+    carrying.text_besides = carrying.text_used();
+    carrying.used = true;
 }
 
-Captured::~Captured() {
+void Captured::leave_to_another() noexcept {
     Carrying& carrying = session_.carrying;
-    if (!outermost_) {
-        const std::size_t used = carrying.text_used();
-        carrying.text = outer_text_;
-        carrying.text_begin = outer_begin_;
-        carrying.text_besides = 0;
-        carrying.text_besides = used - carrying.text_used();
-        if (!done_) carrying.cut_short = true;
-        return;
-    }
-    carrying.text = nullptr;
-    session_.in_captured_ = false;
+    const std::size_t used = carrying.text_used();
+    carrying.text = outer_text_;
+    carrying.text_begin = outer_begin_;
+    carrying.text_besides = 0;
+    carrying.text_besides = used - carrying.text_used();
+    if (!done_) carrying.cut_short = true;
+}
+
+void Captured::settle() noexcept {
+    session_.carrying.renew();
     if (!std::exchange(session_.changed_, false)) return;
     if (done_) {
         session_.each_remembered([](auto& item) { item.keep(); });

@@ -152,6 +152,7 @@ struct Session {
     void complain(const Format& format, const Args&... args) {
         if (carrying.complaints >= Carrying::most_complaints) return;
         const std::string text = fmt::format(format, args...);
+        carrying.used = true;
         carrying.complaints += text.size();
         if (carrying.complaints <= Carrying::most_complaints) standard_error(text);
     }
@@ -173,10 +174,25 @@ struct Session {
 // text is where it should be. One inside another (a host's decoder calls in again) belongs to the outer one.
 class Captured {
   public:
-    Captured(Session& session, const Text& out) noexcept;
+    Captured(Session& session, const Text& out) noexcept
+        : session_(session), outermost_(!session.in_captured_) {
+        Carrying& carrying = session.carrying;
+        if (!outermost_) enter_another();
+        session.in_captured_ = true;
+        carrying.text = &out;
+        carrying.text_begin = out.size();
+    }
     Captured(const Captured&) = delete;
     Captured& operator=(const Captured&) = delete;
-    ~Captured();
+    ~Captured() {
+        if (!outermost_) {
+            leave_to_another();
+            return;
+        }
+        session_.in_captured_ = false;
+        session_.carrying.text = nullptr;
+        if (session_.changed_ || session_.carrying.used) settle();
+    }
 
     // What the message taught the session stays. Otherwise it is as if the message had not been there, and so
     // it is for the outer one, too: std::bad_alloc is thrown when one inside this one was not done.
@@ -186,9 +202,14 @@ class Captured {
     }
 
   private:
+    void enter_another() noexcept;
+    void leave_to_another() noexcept;
+    void settle() noexcept;
+
     Session& session_;
     bool outermost_;
     bool done_ = false;
+    // Of the one that this one is in.
     const Text* outer_text_;
     std::size_t outer_begin_;
 };

@@ -29,7 +29,7 @@ void trace(Session& session, const Reassembly& whole) {
     if (!session.shows_output()) return;
     const std::size_t size = std::size_t{3} * whole.length;
     if (!session.carrying.has_room_for(size)) return;
-    session.carrying.text_besides += size;
+    session.carrying.use_text(size);
     Text line;
     for (std::uint32_t k = 0; k < whole.length; ++k) {
         line.hex(k < message_capacity ? whole.bytes[k] : std::uint8_t{0});
@@ -47,7 +47,10 @@ class Descent {
           open_(level_ && carrying_.reassembly_depth < Carrying::deepest_reassembly &&
                 carrying_.reassembled < Carrying::most_reassembled) {
         ++carrying_.reassembly_depth;
-        if (open_) ++carrying_.reassembled;
+        if (open_) {
+            carrying_.used = true;
+            ++carrying_.reassembled;
+        }
     }
     Descent(const Descent&) = delete;
     Descent& operator=(const Descent&) = delete;
