@@ -15,9 +15,11 @@ namespace {
 // One working text for everything that goes out as a heap block: a host's calls do not overlap.
 Text& working_text() {
     static KeptText kept;
-    Text& text = kept;
-    text.clear();
-    return text;
+    return kept;
+}
+
+void decode_whole(Session& s, Message m, Text& out) {
+    if (ztdecode::decode(s, m, out) == Outcome::unknown_class) throw UnknownClass{};
 }
 
 constexpr char empty_text[] = "";
@@ -39,14 +41,19 @@ using Reading = ReadResult (LineReader::*)(Line, std::uint32_t, Text&);
 // heap.
 const char* read_line(Text& buffer, Reading reading, bool owned_by_caller, Line text, std::uint32_t direction,
                       const char* without_memory = empty_text) {
-    try {
-        buffer.clear();
-        const ReadResult result = (shared_reader().*reading)(text, direction, buffer);
-        if (result == ReadResult::unknown_class) end_for_unknown_class(buffer);
-        return owned_by_caller && result == ReadResult::decoded ? heap_copy(buffer.view()) : buffer.c_str();
-    } catch (...) {
-        return without_memory;
-    }
+    LineReader& reader = shared_reader();
+    bool on_the_heap = false;
+    const char* result = given<const char*>(
+        buffer, nullptr,
+        [&](Session&, Text& out) {
+            const ReadResult read = (reader.*reading)(text, direction, out);
+            if (read == ReadResult::unknown_class) throw UnknownClass{};
+            on_the_heap = owned_by_caller && read == ReadResult::decoded;
+        },
+        [&](Text& out) { return on_the_heap ? heap_text(out.view()) : out.c_str(); });
+    if (result != nullptr) return result;
+    reader.forget_line();
+    return without_memory;
 }
 
 const char* line_one_byte(Line text, std::uint32_t direction) {
@@ -66,14 +73,7 @@ extern "C" {
 
 char* decode(MessageRecord record) {
     if (record.length == 0) return const_cast<char*>(empty_text);  // NOLINT: the contract's constant
-    try {
-        Text& out = working_text();
-        Message m = view(record);
-        if (ztdecode::decode(session(), m, out) == Outcome::unknown_class) end_for_unknown_class(out);
-        return heap_copy(out.view());
-    } catch (...) {
-        return nullptr;
-    }
+    return on_heap(working_text(), [&record](Session& s, Text& out) { decode_whole(s, view(record), out); });
 }
 
 void decale(MessageRecord* record, int n) {
@@ -164,16 +164,10 @@ const char* line_spzt_lng2(const char* text) {
 }
 
 char* decode_bin_lng1(const std::uint8_t* buf, int direction) {
-    if (buf == nullptr) return heap_copy(empty_text);
-    try {
-        Text& out = working_text();
-        Message m(std::span<const std::uint8_t>(buf + 1, buf[0]));
-        m.direction = static_cast<std::uint32_t>(direction);
-        if (ztdecode::decode(session(), m, out) == Outcome::unknown_class) end_for_unknown_class(out);
-        return heap_copy(out.view());
-    } catch (...) {
-        return nullptr;
-    }
+    if (buf == nullptr) return on_heap(working_text(), [](Session&, Text&) {});
+    Message m(std::span<const std::uint8_t>(buf + 1, buf[0]));
+    m.direction = static_cast<std::uint32_t>(direction);
+    return on_heap(working_text(), [&m](Session& s, Text& out) { decode_whole(s, m, out); });
 }
 
 const char* decode_bin_lng2(const std::uint8_t* buf, int direction, int size) {
@@ -183,7 +177,7 @@ const char* decode_bin_lng2(const std::uint8_t* buf, int direction, int size) {
         const std::span<const std::uint8_t> bytes(buf, static_cast<std::size_t>(size));
         if (ztdecode::decode_bin_lng2(s, bytes, static_cast<std::uint32_t>(direction), out) !=
             ReadResult::decoded) {
-            end_for_unknown_class(out);
+            throw UnknownClass{};
         }
     });
 }

@@ -11,7 +11,7 @@ char* decoded_on_heap(MessageRecord* record,
                       void (*decoder)(ztdecode::Session&, ztdecode::Message&, ztdecode::Text&)) {
     static KeptText buffer;
     if (record == nullptr || record->length == 0) return nullptr;
-    return heap_copy(decoded_in_own_buffer(buffer, record, decoder));
+    return on_heap(buffer, text_of(*record, decoder));
 }
 
 }  // namespace

@@ -107,6 +107,8 @@ Message segment(const std::uint8_t* frame) noexcept {
     return Message::without_record(std::span(frame, std::max<std::size_t>(length + 2, 4)));
 }
 
+ObjectSegments& segments() { return session().change(session().object.segments); }
+
 }  // namespace
 
 }  // namespace ztdecode::abi
@@ -179,7 +181,7 @@ int analyse_cmd(const std::uint8_t* frame, int length, int direction) {
 
 int boCatchSegment(const std::uint8_t* frame) {
     try {
-        return ztdecode::boCatchSegment(abi::session().object.segments, abi::segment(frame)) ? 1 : 0;
+        return ztdecode::boCatchSegment(abi::segments(), abi::segment(frame)) ? 1 : 0;
     } catch (const std::bad_alloc&) {
         return 0;
     }
@@ -187,7 +189,7 @@ int boCatchSegment(const std::uint8_t* frame) {
 
 int bo_OLD_CatchSegment(const std::uint8_t* frame) {
     try {
-        return ztdecode::bo_OLD_CatchSegment(abi::session().object.segments, abi::segment(frame)) ? 1 : 0;
+        return ztdecode::bo_OLD_CatchSegment(abi::segments(), abi::segment(frame)) ? 1 : 0;
     } catch (const std::bad_alloc&) {
         std::exit(1);
     }
@@ -195,15 +197,15 @@ int bo_OLD_CatchSegment(const std::uint8_t* frame) {
 
 void vSaveLastReconstructedCmd(void) {
     try {
-        ztdecode::vSaveLastReconstructedCmd(abi::session().object.segments);
+        ztdecode::vSaveLastReconstructedCmd(abi::segments());
     } catch (const std::bad_alloc&) {
-        ztdecode::vFreeLastReconstructedCmd(abi::session().object.segments);
+        ztdecode::vFreeLastReconstructedCmd(abi::segments());
     }
 }
 
-void vFreeReconstructedCmd(void) { ztdecode::vFreeReconstructedCmd(abi::session().object.segments); }
+void vFreeReconstructedCmd(void) { ztdecode::vFreeReconstructedCmd(abi::segments()); }
 
-void vFreeLastReconstructedCmd(void) { ztdecode::vFreeLastReconstructedCmd(abi::session().object.segments); }
+void vFreeLastReconstructedCmd(void) { ztdecode::vFreeLastReconstructedCmd(abi::segments()); }
 
 void convert_line(const char* text) {
     nb_vals = 0;

@@ -120,7 +120,7 @@ const char* subSuper(MessageRecord* record, HostDecoder decoder) {
             const char* described = decoder(&part_record);
             if (described != nullptr) line.add(described);
         };
-        ztdecode::sub_super_for_host(s, view(*record), decode_part, out);
+        ztdecode::sub_super(s, view(*record), decode_part, out);
     });
     buffer.get() = std::move(text);
     return result;

@@ -1,6 +1,7 @@
 #include "abi/process.hpp"
 
 #include <cstdio>
+#include <new>
 
 #include "abi/application_buffer.hpp"
 
@@ -59,6 +60,12 @@ char* heap_copy(std::string_view text) noexcept {
     if (copy == nullptr) return nullptr;
     text.copy(copy, text.size());
     copy[text.size()] = '\0';
+    return copy;
+}
+
+char* heap_text(std::string_view text) {
+    char* copy = heap_copy(text);
+    if (copy == nullptr) throw std::bad_alloc();
     return copy;
 }
 

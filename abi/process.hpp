@@ -23,41 +23,64 @@ using KeptText = Kept<Text>;
 Message view(const MessageRecord& record) noexcept;
 void put_back(const Message& m, MessageRecord& record) noexcept;
 
-// The text as a heap block that the caller frees; null when there is no memory.
+// The text as a heap block that the caller frees. When there is no memory: null, or std::bad_alloc.
 char* heap_copy(std::string_view text) noexcept;
+char* heap_text(std::string_view text);
 
 // An object-protocol message named a class that does not exist: what was decoded goes to the application
 // buffer, and the process ends with status -1.
 [[noreturn]] void end_for_unknown_class(const Text& text) noexcept;
 
-// Runs `write`, which writes a text into `buffer` from its beginning, and gives the text as a C string.
-// Nothing thrown leaves: without memory the text is empty.
-template <class Write>
-const char* in_own_buffer(Text& buffer, Write write) noexcept {
+// Runs `write`, which decodes what a host handed over and writes a text into `buffer` from its beginning, and
+// gives what `give` makes of the text. Nothing thrown leaves: without memory the host gets `nothing`, and the
+// session is as if the message had not been there.
+template <class Result, class Write, class Give>
+Result given(Text& buffer, Result nothing, Write write, Give give) noexcept {
+    Session& s = session();
     try {
         buffer.clear();
-        {
+        Captured captured(s, buffer);
+        try {
             const Text::Piece whole(buffer);
-            write(session(), buffer);
+            write(s, buffer);
+        } catch (const UnknownClass&) {
+            captured.done();
+            throw;
         }
-        return buffer.c_str();
+        const Result result = give(buffer);
+        captured.done();
+        return result;
     } catch (const UnknownClass&) {
         end_for_unknown_class(buffer);
     } catch (...) {
-        return "";
+        return nothing;
     }
 }
 
-// The same for a decoder of the host's record; `status`, `route` and `reserved` of the record become the
+// A text in a buffer of the function's own, and one on the heap.
+template <class Write>
+const char* in_own_buffer(Text& buffer, Write write) noexcept {
+    return given<const char*>(buffer, "", write, [](Text& text) { return text.c_str(); });
+}
+template <class Write>
+char* on_heap(Text& buffer, Write write) noexcept {
+    return given<char*>(buffer, nullptr, write, [](Text& text) { return heap_text(text.view()); });
+}
+
+// What a decoder writes of the host's record; `status`, `route` and `reserved` of the record become the
 // decoder's.
 template <class Decoder>
-const char* decoded_in_own_buffer(Text& buffer, MessageRecord* record, Decoder decoder) noexcept {
-    if (record == nullptr) return "";
-    return in_own_buffer(buffer, [&](Session& s, Text& out) {
-        Message m = view(*record);
+auto text_of(MessageRecord& record, Decoder decoder) noexcept {
+    return [&record, decoder](Session& s, Text& out) {
+        Message m = view(record);
         decoder(s, m, out);
-        put_back(m, *record);
-    });
+        put_back(m, record);
+    };
+}
+
+template <class Decoder>
+const char* decoded_in_own_buffer(Text& buffer, MessageRecord* record, Decoder decoder) noexcept {
+    return record == nullptr ? "" : in_own_buffer(buffer, text_of(*record, decoder));
 }
 
 }  // namespace ztdecode::abi

@@ -7,8 +7,10 @@
 #include <string_view>
 #include <vector>
 
+#include "core/carrying.hpp"
 #include "core/message.hpp"
 #include "core/provenance.hpp"
+#include "core/remembered.hpp"
 #include "core/text.hpp"
 
 struct ztdecode_property_record;
@@ -44,37 +46,34 @@ struct Reassembly {
     std::int32_t segments = 0;                           // announced number of segments
     std::uint32_t route = 0;                             // both of the first segment
     std::uint32_t direction = 0;
-    unsigned depth = 0;  // reassembled messages that are being decoded inside each other right now
 };
 
-struct DigitalState {
+// What the modules' messages say for later ones.
+struct Modules {
     // Type of the module at each sub-device address: written by a sub-device message of the set, 31 after its
     // reset.
-    std::array<std::uint8_t, 8> option_type{};
-    Reassembly reassembly;
-    std::string
-        audio_devices;  // device list of the last audio configuration; shows again where a list is empty
+    std::array<std::uint8_t, 8> types{};
     // Announced number of segments of the S0 modules' messages, one total for each direction.
     std::int32_t s0_to_system_total = 0;
     std::int32_t s0_from_system_total = 0;
-    // Super messages of modules. All of them write to one place, so that an inner one writes over the outer
-    // one's text.
-    unsigned super_depth = 0;          // those being walked inside each other right now
-    std::size_t super_cost = 0;        // of the outermost one and all inside it so far
-    std::size_t super_complaints = 0;  // characters that they wrote to standard error
-    bool super_ended = false;          // one ended inside the part that was decoded last
-    std::string super_message;         // the text of the inner one that ended last
-    // A set emulation of a module is being decoded, and it turned out to carry another one.
-    bool emulation_open = false;
-    bool emulation_inside = false;
+    bool operator==(const Modules&) const = default;
+};
+
+struct DigitalState {
+    Remembered<Modules> modules;
+    Remembered<Reassembly> reassembly;
+    // Device list of the last audio configuration; shows again where a list is empty.
+    Remembered<std::string> audio_devices;
 };
 
 struct IpState {
-    std::string record_item;  // text of the last record item: what item 4 repeats, across messages too
+    // Text of the last record item: what item 4 repeats, across messages too.
+    Remembered<std::string> record_item;
 };
 
 struct HeState {
-    std::string window_command;  // text of the last window command: an unknown command appends to it
+    // Text of the last window command: an unknown command appends to it.
+    Remembered<std::string> window_command;
 };
 
 // Object-protocol frames in segments.
@@ -87,9 +86,9 @@ struct ObjectSegments {
 };
 
 struct ObjectState {
-    const ztdecode_property_record* properties =
-        nullptr;  // current class's table, set by every class look-up
-    ObjectSegments segments;
+    // Current class's table, set by every class look-up.
+    Remembered<const ztdecode_property_record*> properties;
+    Remembered<ObjectSegments> segments;
     // Called with the text of each object-protocol message of the CS and PRS routes once it is whole, or ends
     // with the error line of an unknown class.
     void (*on_decoded)(std::string_view text) = nullptr;
@@ -110,7 +109,15 @@ struct Session {
     IpState ip;
     HeState he;
     ObjectState object;
+    Carrying carrying;
     Provenance* provenance = nullptr;  // set by who wants to know which bytes each stretch of text came from
+
+    // The way to write to what is remembered.
+    template <class T>
+    T& change(Remembered<T>& item) {
+        changed_ = true;
+        return item.change();
+    }
 
     bool shows_output() const { return side != nullptr && side->shows_output(); }
     void standard_output(std::string_view text) const {
@@ -119,6 +126,65 @@ struct Session {
     void standard_error(std::string_view text) const {
         if (side != nullptr) side->standard_error(text);
     }
+
+    // What is wrong with a message, as far as the budget of complaints goes.
+    void complain(std::string_view text) {
+        carrying.complaints += text.size();
+        if (carrying.complaints <= Carrying::most_complaints) standard_error(text);
+    }
+
+  private:
+    friend class Captured;
+    template <class Action>
+    void each_remembered(Action action) {
+        action(digital.modules), action(digital.reassembly), action(digital.audio_devices);
+        action(ip.record_item), action(he.window_command);
+        action(object.properties), action(object.segments);
+    }
+
+    bool changed_ = false;
+    bool in_captured_ = false;
+};
+
+// One captured message on its way through the decoders, from before the first byte is looked at until its
+// text is where it should be. One inside another (a host's decoder calls in again) belongs to the outer one.
+class Captured {
+  public:
+    Captured(Session& session, const Text& out) noexcept;
+    Captured(const Captured&) = delete;
+    Captured& operator=(const Captured&) = delete;
+    ~Captured();
+
+    // What the message taught the session stays. Otherwise it is as if the message had not been there.
+    void done() noexcept { done_ = true; }
+
+  private:
+    Session& session_;
+    bool outermost_;
+    bool done_ = false;
+    const Text* outer_text_;
+    std::size_t outer_begin_;
+};
+
+// One message that another one carries, while it is decoded; false where the budget has no room for it.
+class Carried {
+  public:
+    explicit Carried(Session& session) noexcept
+        : carrying_(session.carrying),
+          has_room_(carrying_.levels < Carrying::most_levels &&
+                    carrying_.has_room_for(Carrying::least_text)) {
+        ++carrying_.levels;
+        carrying_.text_besides += Carrying::least_text;
+    }
+    Carried(const Carried&) = delete;
+    Carried& operator=(const Carried&) = delete;
+    ~Carried() { --carrying_.levels; }
+
+    explicit operator bool() const noexcept { return has_room_; }
+
+  private:
+    Carrying& carrying_;
+    bool has_room_;
 };
 
 // Thrown where a message cannot be decoded any further; `decode` below turns it into an Outcome.
@@ -126,7 +192,7 @@ struct UnknownClass {};
 
 // Drops the first n bytes of the message, or all with a complaint on standard error when it has fewer.
 // `m` must outlive the result.
-Message decale(const Session& session, const Message& m, std::uint32_t n);
+Message decale(Session& session, const Message& m, std::uint32_t n);
 
 // The way in: decodes one captured message, behind what `out` holds.
 Outcome decode(Session& session, Message& m, Text& out);

@@ -79,6 +79,8 @@ void split_super_message(Session& session, const Message& m, const SuperKind& ki
             out.add("\t- bad residual length!!!");
             return;
         }
+        const Carried level(session);
+        if (!level) return;
         Message part = m.part(at + kind.width, length);
         msg_hexline(part, out);
         kind.dispatch(session, part, m.direction, out);
@@ -118,15 +120,15 @@ Outcome decode(Session& session, Message& m, Text& out) {
         m.observe(session.provenance);
     }
     Outcome outcome = Outcome::decoded;
+    Captured captured(session, out);
     const Text::Piece whole(out);
     try {
         decode_carried(session, m, out);
     } catch (const UnknownClass&) {
         outcome = Outcome::unknown_class;
         if (session.switches.color) out.add("\033[0m");
-        session.digital.reassembly.depth = 0;
-        session.digital.super_depth = 0;
     }
+    captured.done();
     if (session.provenance != nullptr) session.provenance->finish();
     return outcome;
 }

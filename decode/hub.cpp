@@ -9,6 +9,8 @@ namespace {
 // What a set sends or gets stands behind the two bytes of the hub, as it would have been captured on the
 // set's own link.
 void carried_message(Session& session, const Message& m, Text& out) {
+    const Carried level(session);
+    if (!level) return;
     Message carried = decale(session, m, 2);
     carried.route = route_digital;
     decode_carried(session, carried, out);

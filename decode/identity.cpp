@@ -51,8 +51,8 @@ constexpr std::uint8_t audio_to_dhs = 21;
 
 // A terminal without any device keeps the list that was shown last.
 void audio_devices(Session& session, std::uint8_t bits, Text& out) {
-    std::string& list = session.digital.audio_devices;
     if (bits != 0) {
+        std::string& list = session.change(session.digital.audio_devices);
         list.clear();
         if ((bits & 0x01) != 0) list += " internal";
         if ((bits & 0x02) != 0) list += " rj9";
@@ -61,7 +61,7 @@ void audio_devices(Session& session, std::uint8_t bits, Text& out) {
         if ((bits & 0x10) != 0) list += " usb";
         if ((bits & 0xE0) != 0) list += " ???";
     }
-    out.add(list);
+    out.add(*session.digital.audio_devices);
 }
 
 void audio_device_configuration(Session& session, const Message& m, Text& out) {

@@ -158,9 +158,19 @@ std::size_t LineReader::read_plain_fields(Line line, std::size_t column, std::si
     return n;
 }
 
+// The first n bytes of the record become those of this line.
+void LineReader::about_to_read(std::size_t n) noexcept {
+    if (behind_ == Behind::zeros || n <= changed_) return;
+    std::copy(record_.begin() + changed_, record_.begin() + n, before_.begin() + changed_);
+    changed_ = n;
+}
+
+void LineReader::forget_line() noexcept { std::copy_n(before_.begin(), changed_, record_.begin()); }
+
 // "LL B0 B1 ... Bn". 255 bytes are accepted though the refusal speaks of 256.
 ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
     const std::size_t begin = out.size();
+    changed_ = 0;
     if (text.length < 2) return refuse(out, begin, "line: really too short");
     DigitRow row;
     const std::int64_t n = hex_pair(text, 0, row).value;
@@ -171,6 +181,7 @@ ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
         out.print("line too short: expected: {}, real: {}"_cf, 3 * n + 2, text.length);
         return ReadResult::refused;
     }
+    about_to_read(count);
     for (std::size_t i = read_plain_fields(text, 3, count); i < count; ++i) {
         const Field byte = hex_pair(text, 3 + 3 * i, row);
         if (byte.value == not_hex) return refuse(out, begin, "line1: ill formed hex value");
@@ -184,6 +195,7 @@ ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
 ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) {
     const std::size_t begin = out.size();
     const std::size_t total = text.length;
+    changed_ = 0;
     if (total < 5) return refuse(out, begin, "line_lng2: line really too short");
     if (total == 5) return ReadResult::decoded;
     DigitRow row;
@@ -199,6 +211,7 @@ ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) 
             out.print("line too short: expected: {}, real: {}, padded with 0xff\n\n"_cf, 3 * n + 5, total);
         }
         const auto kept = static_cast<std::size_t>(std::min<std::uint64_t>(count, message_capacity));
+        about_to_read(kept);
         for (std::size_t i = read_plain_fields(text, at + 6, kept); i < kept; ++i) {
             record_[i] = hex_pair(text, at + 6 + 3 * i, row).low;
         }

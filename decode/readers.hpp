@@ -46,7 +46,11 @@ class LineReader {
     // A body behind no tag, with one or two length bytes by the rule of `line_tzt`.
     ReadResult line_any_length(Line text, std::uint32_t direction, Text& out);
 
+    // What the last line left in the record is taken back.
+    void forget_line() noexcept;
+
   private:
+    void about_to_read(std::size_t n) noexcept;
     std::size_t read_plain_fields(Line line, std::size_t column, std::size_t n);
     std::optional<ReadResult> decode_plain_spzt(Line text, Text& out);
     // The message that starts at this byte of the record.
@@ -57,6 +61,8 @@ class LineReader {
     Decode decode_ = nullptr;
     void* context_ = nullptr;
     std::array<std::uint8_t, message_capacity + 2> record_{};  // with its two length bytes at the most
+    std::array<std::uint8_t, message_capacity> before_;  // where earlier lines show: what the line changed
+    std::size_t changed_ = 0;                            // so many bytes
 };
 
 // Whether two bytes stand at the front of a body without tag: its length, by the rule of `line_tzt`.

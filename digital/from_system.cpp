@@ -33,7 +33,7 @@ constexpr std::array<OptionDecoder, 14> option_decoders = {
 // gave
 void sub_device_command(Session& session, Message& m, Text& out) {
     option_label(session, m[1] | 0xF8, out);
-    const std::uint8_t type = session.digital.option_type[m[1] & 7];
+    const std::uint8_t type = session.digital.modules->types[m[1] & 7];
     const OptionDecoder decoder = type < option_decoders.size() ? option_decoders[type] : nullptr;
     if (decoder != nullptr) {
         decoder(session, m, out);

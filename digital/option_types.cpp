@@ -30,7 +30,7 @@ std::string_view option_type_name(std::uint32_t type) noexcept { return option_t
 void option_label(const Session& session, std::uint8_t sub_device, Text& out) {
     const std::uint8_t address = sub_device & 7;
     const std::uint8_t type = (sub_device & type_from_memory) == type_from_memory
-                                  ? session.digital.option_type[address]
+                                  ? session.digital.modules->types[address]
                                   : static_cast<std::uint8_t>(sub_device >> 3);
     out.print("[opt {} adr {:x}] "_cf, option_types[type], address);
 }

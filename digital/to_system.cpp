@@ -104,7 +104,7 @@ constexpr std::array<OptionDecoder, 16> option_decoders = {
 void sub_device_message(Session& session, Message& m, Text& out) {
     constexpr std::uint8_t module_report_opcode = 0x9F;
     option_label(session, m[1], out);
-    session.digital.option_type[m[1] & 7] = m[1] >> 3;
+    session.change(session.digital.modules).types[m[1] & 7] = m[1] >> 3;
     const OptionDecoder decoder = option_decoders[m[1] >> 3 & 15];
     if (decoder != nullptr) {
         m.set_option_type(m[4]);
@@ -191,7 +191,7 @@ constexpr Terminal unknown_terminal = {" ???", adapter_reset};
 // byte 1: 0 hard, 1 soft   byte 2: kind of terminal   bytes 3, 4: version; on the HE link byte 3 is the
 // terminal's type and the report ends there
 void reset_of_terminal(Session& session, const Message& m, Text& out) {
-    session.digital.option_type.fill(type_unknown);
+    session.change(session.digital.modules).types.fill(type_unknown);
     out.add("reset");
     out.add(m[1] == 0 ? " hard," : " soft,");
     const Terminal& terminal = m[2] < terminals.size() ? terminals[m[2]] : unknown_terminal;

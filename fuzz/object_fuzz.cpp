@@ -97,10 +97,10 @@ struct Decoder {
             case frame_to_system:
                 return take_frame(m, 'R');
             case segment:
-                boCatchSegment(session.object.segments, m);
+                boCatchSegment(session.change(session.object.segments), m);
                 return;
             case old_segment:
-                bo_OLD_CatchSegment(session.object.segments, m);
+                bo_OLD_CatchSegment(session.change(session.object.segments), m);
                 return;
             case input_line:
                 return read_input({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, text);
@@ -138,7 +138,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         expect(one.text.view().find('\0') == std::string_view::npos, "the text is a C string");
         expect(one.text.view() == other.text.view(), "both sessions write the same text");
         expect(one.unknown_class == other.unknown_class, "both sessions end alike");
-        expect(one.session.object.segments.bytes.size() <= longest_series,
+        expect(one.session.object.segments->bytes.size() <= longest_series,
                "what is kept of a series has its bound");
     }
     return 0;

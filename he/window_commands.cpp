@@ -70,7 +70,7 @@ constexpr std::string_view unknown_mark = "???";
 }  // namespace
 
 void window_command(Session& session, const Message& m, Text& out) {
-    std::string& last = session.he.window_command;
+    std::string& last = session.change(session.he.window_command);
     const std::size_t begin = out.size();
     if (commands.write(m[1], session, m, out)) {
         last.assign(out.from(begin));

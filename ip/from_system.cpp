@@ -59,7 +59,7 @@ void start_record(Session& session, const Message& m, Text& out) {
     out.add("start record RTP");
     if (m.length() <= 2) return;
     out.add(", ");
-    record_list(m, 2, session.ip, out);
+    record_list(m, 2, session, out);
 }
 
 // byte 2: number of pairs   then 6 bytes each: frequency 1 (2), level 1, frequency 2 (2), level 2.

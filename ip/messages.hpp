@@ -17,7 +17,7 @@ void rtp_param_list(const Message& m, std::uint32_t first, Text& out);
 void redirect_list(const Message& m, std::uint32_t first, Text& out);
 void listen_list(const Message& m, std::uint32_t first, Text& out);
 // Remembers the text of the last item for one that repeats it.
-void record_list(const Message& m, std::uint32_t first, IpState& state, Text& out);
+void record_list(const Message& m, std::uint32_t first, Session& session, Text& out);
 void reset_list(const Message& m, std::uint32_t first, Text& out);
 void application_list(const Message& m, std::uint32_t first, Text& out);
 

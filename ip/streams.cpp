@@ -133,15 +133,15 @@ void listen_list(const Message& m, std::uint32_t first, Text& out) {
     });
 }
 
-void record_list(const Message& m, std::uint32_t first, IpState& state, Text& out) {
-    write_list(m, first, out, [&state](const Item& item, Text& text) {
+void record_list(const Message& m, std::uint32_t first, Session& session, Text& out) {
+    write_list(m, first, out, [&session](const Item& item, Text& text) {
         if (item.id == record_item_repeated) {
-            text.add(state.record_item);
+            text.add(*session.ip.record_item);
             return;
         }
         const std::size_t begin = text.size();
         if (!record_items.write(item, text)) text.add("???");
-        state.record_item = text.from(begin);
+        session.change(session.ip.record_item) = text.from(begin);
     });
 }
 

@@ -4,7 +4,7 @@ namespace ztdecode {
 
 ObjectClass current_class(Session& session, std::uint8_t opcode, Text& out) {
     const ObjectClass found = class_of(opcode);
-    session.object.properties = found.properties.rows();
+    session.change(session.object.properties) = found.properties.rows();
     if (!found.properties) {
         out.add("\nError class lookup table ptr");
         throw UnknownClass{};

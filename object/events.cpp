@@ -26,7 +26,7 @@ void error_property(const Session& session, const Bytes& body, Text& out) {
     if (id == no_property) {
         out.add("\n\tproperty        not relevant");
     } else {
-        out.print("\n\tproperty        {}\t//0x{:02X}"_cf, Properties(session.object.properties)[id].name,
+        out.print("\n\tproperty        {}\t//0x{:02X}"_cf, Properties(*session.object.properties)[id].name,
                   id);
     }
 }
@@ -108,8 +108,8 @@ void listbox(Session& /*session*/, const Bytes& body, Text& out) {
 
 // What was asked for, in the properties of the current class.
 void get_property_result(Session& session, const Bytes& body, Text& out) {
-    if (session.object.properties == nullptr) return;
-    print_properties(body, 0, Properties(session.object.properties), LengthField::one_or_two_bytes,
+    if (*session.object.properties == nullptr) return;
+    print_properties(body, 0, Properties(*session.object.properties), LengthField::one_or_two_bytes,
                      Values::carried, out);
 }
 

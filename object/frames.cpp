@@ -53,7 +53,7 @@ struct Freed {
 
 // A whole series is decoded without its last two bytes, in a length of 16 bits.
 void segment_frame(Session& session, const Message& frame, const Way& way, FrameText& out) {
-    ObjectSegments& segments = session.object.segments;
+    ObjectSegments& segments = session.change(session.object.segments);
     if (!boCatchSegment(segments, frame)) return;
     const Freed freed{segments};
     out.kind = FrameKind::series;

@@ -55,13 +55,13 @@ void reset_report(Session& session, const Message& m, Text& out) {
 
 class OpenEmulation {
   public:
-    explicit OpenEmulation(DigitalState& digital) : digital_(digital) { digital_.emulation_open = true; }
+    explicit OpenEmulation(Carrying& carrying) : carrying_(carrying) { carrying_.emulation_open = true; }
     OpenEmulation(const OpenEmulation&) = delete;
     OpenEmulation& operator=(const OpenEmulation&) = delete;
-    ~OpenEmulation() { digital_.emulation_open = digital_.emulation_inside = false; }
+    ~OpenEmulation() { carrying_.emulation_open = carrying_.emulation_inside = false; }
 
   private:
-    DigitalState& digital_;
+    Carrying& carrying_;
 };
 
 // The module plays a set: byte 3 and on are a set's message to the system, which may come from a module that
@@ -69,19 +69,26 @@ class OpenEmulation {
 // it is decoded here, by the outermost one, when the set's decoder has come back: the stack stays as it is.
 void set_emulation(Session& session, const Message& m, Text& out) {
     out.add("VTA emulation: ");
-    DigitalState& digital = session.digital;
-    if (digital.emulation_open) {
-        digital.emulation_inside = true;
+    Carrying& carrying = session.carrying;
+    if (carrying.emulation_open) {
+        carrying.emulation_inside = true;
         return;
     }
-    const OpenEmulation open(digital);
-    std::forward_list<Message> carried;
+    struct Played {
+        Played(Session& s, const Message& carrier) : level(s), message(decale(s, carrier, 3)) {}
+        Carried level;
+        Message message;
+    };
+    const OpenEmulation open(carrying);
+    std::forward_list<Played> played;
     const Message* carrier = &m;
     do {
-        digital.emulation_inside = false;
-        carrier = &carried.emplace_front(decale(session, *carrier, 3));
-        rn2dhs(session, carried.front(), out);
-    } while (digital.emulation_inside);
+        carrying.emulation_inside = false;
+        Played& inner = played.emplace_front(session, *carrier);
+        if (!inner.level) return;
+        rn2dhs(session, inner.message, out);
+        carrier = &inner.message;
+    } while (carrying.emulation_inside);
 }
 
 void anomaly(Session& /*session*/, const Message& m, Text& out) { out.print("anomalie soft {}"_cf, m[3]); }

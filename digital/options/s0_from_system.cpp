@@ -9,7 +9,7 @@ namespace ztdecode {
 namespace {
 
 void segment_message(Session& session, const Message& m, Text& out) {
-    s0_segment_message(session.digital.s0_from_system_total, m, out);
+    s0_segment_message(session.change(session.digital.modules).s0_from_system_total, m, out);
 }
 
 constexpr auto internal_statuses = names({{0, " os queues"},

@@ -35,7 +35,7 @@ constexpr auto release_causes = names({{0, "request ack."},
                                       "inconnue");
 
 void segment_message(Session& session, const Message& m, Text& out) {
-    s0_segment_message(session.digital.s0_to_system_total, m, out);
+    s0_segment_message(session.change(session.digital.modules).s0_to_system_total, m, out);
 }
 
 // byte 4: state of the star

@@ -12,23 +12,14 @@
 namespace ztdecode {
 
 // Decodes one part, which looks like a message of its own: byte 2 is its opcode.
-using ModuleDecoder = void (*)(Session&, const Message& part, Text& out);
 using PartDecoder = std::function<void(Session&, const Message& part, Text& out)>;
 
 // The super message's parts line by line, each as `decode_part` describes it.
 //
 // What the length bytes claim is taken as it comes; what is left is counted in eight bits. A message whose
 // lengths do not add up goes on behind its end until the count meets 0, 1 or 2, or comes back to where it
-// was.
-//
-// Super messages inside each other are followed 12 deep; a deeper one shows its heading alone. They can
-// overlap and so lead through the same bytes many times: an outermost one and all those inside it end behind
-// 65536 parts together (less when the parts have long texts), inner texts above a million characters are not
-// written twice, and the complaints end behind a million characters. A super message without others inside
-// never comes to that.
-void sub_super(Session& session, const Message& m, ModuleDecoder decode_part, Text& out);
-
-// The same for a decoder from outside, which is asked for every part, however often the same one comes.
-void sub_super_for_host(Session& session, const Message& m, const PartDecoder& decode_part, Text& out);
+// was. Super messages inside each other are followed as deep as `Carrying` says; a deeper one shows its
+// heading alone.
+void sub_super(Session& session, const Message& m, const PartDecoder& decode_part, Text& out);
 
 }  // namespace ztdecode

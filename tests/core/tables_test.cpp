@@ -34,7 +34,7 @@ void length_handler(Session& /*session*/, const Message& m, Text& out) {
 
 void route_handler(Session& session, Message& m, Text& out) {
     m.route = route_hub;
-    session.digital.option_type[0] = 5;
+    session.change(session.digital.modules).types[0] = 5;
     out.add("to the hub");
 }
 
@@ -70,7 +70,7 @@ TEST(Opcodes, HandlersMayChangeMessageAndSession) {
     EXPECT_EQ(m.route, route_digital);
     EXPECT_TRUE(routed.write(1, session, m, out));
     EXPECT_EQ(m.route, route_hub);
-    EXPECT_EQ(session.digital.option_type[0], 5);
+    EXPECT_EQ(session.digital.modules->types[0], 5);
     EXPECT_FALSE(routed.write(0, session, m, out));
     EXPECT_EQ(out.view(), "staysto the hub");
 }

@@ -64,8 +64,9 @@ TEST(OptionLabel, AllTypeBitsSetShowWhatIsRemembered) {
     Session session;
     for (int type = 0; type < 32; ++type) {
         for (int address = 0; address < 8; ++address) {
-            session.digital.option_type.fill(31);
-            session.digital.option_type[static_cast<std::size_t>(address)] = static_cast<std::uint8_t>(type);
+            session.change(session.digital.modules).types.fill(31);
+            session.change(session.digital.modules).types[static_cast<std::size_t>(address)] =
+                static_cast<std::uint8_t>(type);
             Text out;
             option_label(session, static_cast<std::uint8_t>(0xF8 | address), out);
             EXPECT_EQ(out.view(), label(type, address));
@@ -135,7 +136,7 @@ TEST(SubDeviceMessage, TheLabelShowsWhatWasRememberedBefore) {
     EXPECT_EQ(d.with(rn2dhs, "04 2a 01", to_dhs), "[opt Z adr 2] off hook");
     EXPECT_EQ(d.with(rn2dhs, "04 fa 01", to_dhs), "[opt Z adr 2] subdev message");
     EXPECT_EQ(d.with(rn2dhs, "04 fa 01", to_dhs), "[opt ??? adr 2] subdev message");
-    EXPECT_EQ(d.session().digital.option_type[2], 31);
+    EXPECT_EQ(d.session().digital.modules->types[2], 31);
     EXPECT_EQ(d.with(rn2dhs, "04 fa 9f 02", to_dhs), "[opt ??? adr 2] illegal command");
     EXPECT_EQ(d.with(rn2dhs, "04 fb 00", to_dhs), "[opt V24 adr 3] subdev message");
 }
@@ -145,7 +146,7 @@ TEST(SubDeviceMessage, EveryTypeIsRemembered) {
     for (int type = 0; type < 32; ++type) {
         for (int address = 0; address < 8; ++address) {
             d.with(rn2dhs, message(type, address, "00"), to_dhs);
-            EXPECT_EQ(d.session().digital.option_type[static_cast<std::size_t>(address)], type);
+            EXPECT_EQ(d.session().digital.modules->types[static_cast<std::size_t>(address)], type);
         }
         for (int address = 0; address < 8; ++address) {
             EXPECT_EQ(
@@ -315,8 +316,8 @@ TEST(SubDeviceCommand, RemembersNothing) {
     d.with(rn2dhs, "04 2a 00", to_dhs);
     EXPECT_EQ(d.with(dhs2rn, "02 0a 26"), "[opt Z adr 2] terminal type");
     EXPECT_EQ(d.with(dhs2rn, "02 fa 26"), "[opt Z adr 2] terminal type");
-    EXPECT_EQ(d.session().digital.option_type[2], 5);
-    EXPECT_EQ(d.session().digital.option_type[1], 0);
+    EXPECT_EQ(d.session().digital.modules->types[2], 5);
+    EXPECT_EQ(d.session().digital.modules->types[1], 0);
 }
 
 TEST(SubDeviceCommand, AddressesAreTheirOwn) {

@@ -8,10 +8,10 @@
 
 #include "support/process.hpp"
 
-// Whole traces: NAME.<layout> is decoded as `ztdecode --no-input --color never` with the options of
-// NAME.options, where there are any, and must give NAME.expected byte for byte. Where no character-names
-// library can be opened (there is none for the 32-bit build), NAME.unnamed is expected of the traces that
-// name characters.
+// Whole traces, here and in examples/: NAME.<layout> is decoded as `ztdecode --no-input --color never` with
+// the options of NAME.options, where there are any, and must give NAME.expected of this folder byte for byte.
+// Where no character-names library can be opened (there is none for the 32-bit build), NAME.unnamed is
+// expected of the traces that name characters.
 
 namespace ztdecode::testing {
 
@@ -19,15 +19,20 @@ namespace {
 
 namespace fs = std::filesystem;
 
-const fs::path folder = fs::path(ZTDECODE_SOURCE_DIR) / "tests/golden";
+const fs::path source = ZTDECODE_SOURCE_DIR;
+
+// NAME.<ending> of this folder, for a trace that may stand in another.
+fs::path beside(const fs::path& trace, const char* ending) {
+    return source / "tests/golden" / trace.filename().replace_extension(ending);
+}
 
 std::vector<fs::path> traces() {
     std::vector<fs::path> found;
-    for (const auto& entry : fs::directory_iterator(folder)) {
-        const fs::path expected = fs::path(entry.path()).replace_extension(".expected");
-        const auto extension = entry.path().extension();
-        const bool beside = extension == ".expected" || extension == ".options" || extension == ".unnamed";
-        if (!beside && fs::exists(expected)) found.push_back(entry.path());
+    for (const char* folder : {"tests/golden", "examples"}) {
+        for (const auto& entry : fs::directory_iterator(source / folder)) {
+            const auto ending = entry.path().extension();
+            if (ending == ".spzt" || ending == ".zt" || ending == ".lng2") found.push_back(entry.path());
+        }
     }
     std::sort(found.begin(), found.end());
     return found;
@@ -35,7 +40,7 @@ std::vector<fs::path> traces() {
 
 std::vector<std::string> options_of(const fs::path& trace) {
     std::vector<std::string> words;
-    const fs::path file = fs::path(trace).replace_extension(".options");
+    const fs::path file = beside(trace, ".options");
     if (fs::exists(file)) {
         std::istringstream text(contents(file));
         for (std::string word; text >> word;) words.push_back(word);
@@ -45,8 +50,8 @@ std::vector<std::string> options_of(const fs::path& trace) {
 
 fs::path expected_of(const fs::path& trace) {
     static const bool names = ::dlopen("libuninameslist.so", RTLD_LAZY) != nullptr;
-    const fs::path unnamed = fs::path(trace).replace_extension(".unnamed");
-    return !names && fs::exists(unnamed) ? unnamed : fs::path(trace).replace_extension(".expected");
+    const fs::path unnamed = beside(trace, ".unnamed");
+    return !names && fs::exists(unnamed) ? unnamed : beside(trace, ".expected");
 }
 
 class Golden : public ::testing::TestWithParam<fs::path> {};

@@ -156,7 +156,7 @@ TEST(analyse_cmd_pbx, UnknownClasses) {
                             "16 82 9b", "16 02 fe", "16 02 ff"}) {
         Decoding d;
         EXPECT_EQ(pbx(d.session(), hex), "\nError class lookup table ptr[unknown class]") << hex;
-        EXPECT_EQ(d.session().object.properties, nullptr);
+        EXPECT_EQ(*d.session().object.properties, nullptr);
     }
     // The method is looked at first.
     EXPECT_EQ(pbx("16 04 04"), "\nInvalid_method 0x04 (PBX->TX)");
@@ -164,13 +164,13 @@ TEST(analyse_cmd_pbx, UnknownClasses) {
 
 TEST(analyse_cmd_pbx, MakesItsClassTheCurrentOne) {
     Decoding d;
-    EXPECT_EQ(d.session().object.properties, nullptr);
+    EXPECT_EQ(*d.session().object.properties, nullptr);
     pbx(d.session(), "16 02 06");
-    EXPECT_EQ(d.session().object.properties, Tab_screen);
+    EXPECT_EQ(*d.session().object.properties, Tab_screen);
     pbx(d.session(), "16 05 82 00 12 01");
-    EXPECT_EQ(d.session().object.properties, Tab_listbox);
+    EXPECT_EQ(*d.session().object.properties, Tab_listbox);
     pbx(d.session(), "16 04 84");
-    EXPECT_EQ(d.session().object.properties, Tab_listbox);
+    EXPECT_EQ(*d.session().object.properties, Tab_listbox);
 }
 
 TEST(analyse_cmd_term, TerminalEvents) {
@@ -223,7 +223,7 @@ TEST(analyse_cmd_term, GetPropertyResultLooksItsClassUp) {
     EXPECT_EQ(term(d.session(), "15 04 94 00 01 62 06 30 30 38 30 41 31 03 02 05 dc"),
               "\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tCall\n\tserialnum      \t\"0080A1\"\n\tmtu      "
               "      \t0x05DC\n}\n");
-    EXPECT_EQ(d.session().object.properties, Tab_terminal);
+    EXPECT_EQ(*d.session().object.properties, Tab_terminal);
     EXPECT_EQ(term(d.session(), "15 04 94 00 0e 22 01 78"),
               "\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tCall\n\tchecked        \t\"x\"\n}\n");
 }
@@ -251,7 +251,7 @@ TEST(analyse_cmd_term, GetPropertyResultOfAnUnknownClass) {
 TEST(analyse_cmd_term, GetPropertyResultLooksItsClassUpBeforeTheMethod) {
     Decoding d;
     EXPECT_EQ(term(d.session(), "15 02 94 00 06"), "\nInvalid_method 0x02 (TX->PBX)");
-    EXPECT_EQ(d.session().object.properties, Tab_screen);
+    EXPECT_EQ(*d.session().object.properties, Tab_screen);
 }
 
 TEST(analyse_cmd_term, ErrorOfAnUnknownClass) {

@@ -93,7 +93,7 @@ TEST(vDecodeEvent, ErrorTextBeginsAtByte14) {
 TEST(vDecodeEvent, ErrorMakesItsClassTheCurrentOne) {
     Decoding d;
     body_of(d.session(), 0x0D, bytes("00 00 02 8c 00 00 38 00 00 00 00 00 00 00"));
-    EXPECT_EQ(d.session().object.properties, Tab_sliderbar);
+    EXPECT_EQ(*d.session().object.properties, Tab_sliderbar);
 }
 
 TEST(vDecodeEvent, ErrorOfAnUnknownClass) {
@@ -106,7 +106,7 @@ TEST(vDecodeEvent, ErrorOfAnUnknownClass) {
               "\n\terrorcode       UNKNOWN_CLASS"
               "\n\tmethod          Create"
               "\nError class lookup table ptr");
-    EXPECT_EQ(d.session().object.properties, nullptr);
+    EXPECT_EQ(*d.session().object.properties, nullptr);
 }
 
 TEST(vDecodeEvent, DevicePresence) {
@@ -217,10 +217,10 @@ TEST(vDecodeEvent, ListBoxLengthsAreOneByte) {
 TEST(vDecodeEvent, GetPropertyResult) {
     Decoding d;
     EXPECT_EQ(body_of(d.session(), 0x94, bytes("62 01 41")), "");
-    d.session().object.properties = Tab_terminal;
+    d.session().change(d.session().object.properties) = Tab_terminal;
     EXPECT_EQ(body_of(d.session(), 0x94, bytes("62 01 41 03 02 05 dc")),
               "\n\tserialnum      \t\"A\"\n\tmtu            \t0x05DC");
-    d.session().object.properties = Tab_callstate;
+    d.session().change(d.session().object.properties) = Tab_callstate;
     EXPECT_EQ(body_of(d.session(), 0x94, bytes("8e 05 01 41 62 01 41")),
               "\n\tDname          \tIdx:5  \"A\"\n\t(property_error)\t0x41");
 }
@@ -231,7 +231,7 @@ TEST(vDecodeEvent, EventsWithoutBody) {
                                         0x0E, 0x15, 0x16, 0x18, 0x19, 0x1A, 0x1B, 0x1C, 0x1E, 0x80,
                                         0x81, 0x87, 0x8C, 0x94, 0x99, 0x9A, 0x9B, 0x9F, 0xA0, 0xA1};
     Decoding d;
-    d.session().object.properties = Tab_terminal;
+    d.session().change(d.session().object.properties) = Tab_terminal;
     for (int event = 0; event < 256; ++event) {
         const bool shows = std::find(with_body.begin(), with_body.end(), event) != with_body.end();
         const auto body = bytes("00 01 00 00 00 00 00 00 00 00 00 00 00 00 00");

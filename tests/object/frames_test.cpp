@@ -77,9 +77,9 @@ TEST_F(Frames, Segments) {
            "\nNotify\tKEY_PRESS\n{\n\tServer\t\tPresentation"
            "\n\tkeychar         \"7\\EOT\\SOH\\NUL\\NUL\\ENQ\\ACK\\BEL\\BS\"\n}\n");
     // The series is forgotten.
-    EXPECT_TRUE(decoding.session().object.segments.bytes.empty());
-    EXPECT_EQ(decoding.session().object.segments.filled, 0U);
-    EXPECT_EQ(decoding.session().object.segments.last_command_text,
+    EXPECT_TRUE(decoding.session().object.segments->bytes.empty());
+    EXPECT_EQ(decoding.session().object.segments->filled, 0U);
+    EXPECT_EQ(decoding.session().object.segments->last_command_text,
               " 16 04 02 37 04 01 00 00 05 06 07 08 09 0A");
 }
 
@@ -125,7 +125,7 @@ TEST_F(Frames, SeriesOfAnUnknownClassIsForgotten) {
     expect(FrameKind::series,
            "\n//>>>>>>>> RYM PBX->TERMINAL   OP:04   LG:02 16   VALUE: 00 07 37 03 41 42 43 ",
            "\nError class lookup table ptr");
-    EXPECT_EQ(decoding.session().object.segments.filled, 0U);
+    EXPECT_EQ(decoding.session().object.segments->filled, 0U);
 }
 
 TEST_F(Frames, MessagesOfTheSets) {

@@ -46,10 +46,12 @@ std::string Decoding::with(Decoder decoder, std::string_view hex, std::uint32_t 
     Message m(data);
     m.direction = direction;
     Text out;
+    Captured captured(*session_, out);
     {
         const Text::Piece whole(out);
         decoder(*session_, m, out);
     }
+    captured.done();
     status = m.status;
     route = m.route;
     return std::string(out.view());
@@ -60,10 +62,12 @@ std::string Decoding::with(ConstDecoder decoder, std::string_view hex, std::uint
     Message m(data);
     m.direction = direction;
     Text out;
+    Captured captured(*session_, out);
     {
         const Text::Piece whole(out);
         decoder(*session_, m, out);
     }
+    captured.done();
     return std::string(out.view());
 }
 

@@ -273,7 +273,7 @@ TEST(Command, ManyJobsGiveTheSameOutputInTheSameOrder) {
     const std::string folder = ZTDECODE_SOURCE_DIR "/tests/golden/";
     const TemporaryFile broken("000001S 09\n");
     std::vector<std::string> files;
-    for (const char* name : {"office.spzt", "office-ip.spzt", "office-widgets.spzt"})
+    for (const char* name : {"office-mixed.spzt", "office-ip.spzt", "office-widgets.spzt"})
         files.push_back(folder + name);
     files.push_back(broken.path());
     files.push_back("/no/such/file");

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+
+#include "core/text.hpp"
+
+namespace ztdecode {
+
+// What one captured message carries: super messages and their parts, what a hub passes on, messages put
+// together from segments, set emulations, super messages of modules. They carry each other in any mixture,
+// and a few bytes can ask for more than any machine has, so there is one budget for all of them. Where it is
+// used up nothing more is carried; what was written stays. No message that a system sends comes near it.
+struct Carrying {
+    static constexpr std::uint32_t most_levels = 2560;  // inside each other; a message has no room for more
+    static constexpr std::uint32_t most_reassembled = 64;
+    static constexpr std::uint32_t deepest_reassembly = 32;
+    static constexpr std::uint32_t deepest_module_super = 12;
+    static constexpr std::size_t most_text = std::size_t{16} << 20;
+    static constexpr std::size_t most_complaints = std::size_t{64} << 10;
+    // What a carried message counts as text at the least: one that says nothing takes its time, too.
+    static constexpr std::size_t least_text = 256;
+
+    // A captured message begins.
+    void begin() noexcept;
+
+    std::uint32_t levels = 0;
+    std::uint32_t reassembled = 0;       // since the captured message began
+    std::uint32_t reassembly_depth = 0;  // being decoded inside each other
+    std::size_t complaints = 0;          // characters on standard error
+
+    // Text: what was written since the captured message began, and what was written besides.
+    const Text* text = nullptr;
+    std::size_t text_begin = 0;
+    std::size_t text_besides = 0;
+
+    std::size_t text_used() const noexcept {
+        return text_besides + (text != nullptr && text->size() > text_begin ? text->size() - text_begin : 0);
+    }
+    bool has_room_for(std::size_t characters) const noexcept {
+        const std::size_t used = text_used();
+        return used < most_text && characters <= most_text - used;
+    }
+
+    // Super messages of modules. All of them write to one place, so that an inner one writes over the outer
+    // one's text.
+    std::uint32_t module_super_depth = 0;  // those being walked inside each other
+    bool module_super_ended = false;       // one ended inside the part that was decoded last
+    std::string module_super_text;         // of the inner one that ended last
+    // A set emulation of a module is being decoded, and it turned out to carry another one.
+    bool emulation_open = false;
+    bool emulation_inside = false;
+};
+
+}  // namespace ztdecode
