@@ -72,8 +72,8 @@ class Tail {
         std::uint32_t value = random_ >> 8;
         std::uint32_t add = value | 1;
         if (pick < fillings.size()) {
-            value = fillings[pick][0] << 8U;
-            add = fillings[pick][1] << 8U;
+            value = std::uint32_t{fillings[pick][0]} << 8U;
+            add = std::uint32_t{fillings[pick][1]} << 8U;
         }
         for (std::size_t k = 0; k < count; ++k) {
             bytes[k] = static_cast<std::uint8_t>(value >> 8);
