@@ -98,7 +98,10 @@ class Program {
         return *data_++;
     }
     unsigned one_of(std::size_t choices) { return byte() % static_cast<unsigned>(choices); }
-    std::uint32_t number() { return byte() + 256U * byte(); }
+    std::uint32_t number() {
+        const std::uint32_t low_byte = byte();
+        return low_byte + 256U * byte();
+    }
 
     // Bytes in a block of just their size, which lives until the next call; now and then none at all.
     std::vector<std::uint8_t>& bytes() {
@@ -273,7 +276,8 @@ constexpr auto calls = std::to_array<Call>({
     },
     [](Host& h, Program& p) {
         const Decoder decoder = part_decoders[p.one_of(part_decoders.size())];
-        h.take(subSuper(h.next_record(p), p.byte() == 255 ? nullptr : decoder));
+        MessageRecord* record = h.next_record(p);
+        h.take(subSuper(record, p.byte() == 255 ? nullptr : decoder));
     },
     // Code tables.
     [](Host& h, Program& p) { h.take_heap(apId(static_cast<int>(p.number()) - 300)); },
@@ -284,12 +288,14 @@ constexpr auto calls = std::to_array<Call>({
     },
     [](Host& h, Program& p) {
         const char* label = p.text();
-        h.take(version_logiciel(label, p.number(), p.number() << 16));
+        const std::uint32_t major = p.number();
+        h.take(version_logiciel(label, major, p.number() << 16));
     },
     [](Host& h, Program& p) {
         h.next_record(p);
         h.take(audio_config(h.record)), h.take(download(h.record));
-        inListAudioOpcodes(p.direction(), p.byte());
+        const int direction = p.direction();
+        inListAudioOpcodes(direction, p.byte());
     },
     // The object protocol.
     [](Host& h, Program& p) {
@@ -323,12 +329,14 @@ constexpr auto calls = std::to_array<Call>({
         const std::vector<std::uint8_t>& bytes = p.bytes();
         const auto* table = property_tables[p.one_of(property_tables.size())];
         const int length = p.length_in(bytes);
-        vDecodeTLV(p.byte(), p.byte(), length, bytes.data(), table);
+        const std::uint8_t tag = p.byte();
+        vDecodeTLV(tag, p.byte(), length, bytes.data(), table);
         h.take(app_buf);
     },
     [](Host& h, Program& p) {
         const std::vector<std::uint8_t>& bytes = p.bytes();
-        vDecodeEvent(p.byte(), bytes.data(), p.length_in(bytes));
+        const std::uint8_t event = p.byte();
+        vDecodeEvent(event, bytes.data(), p.length_in(bytes));
         h.take(app_buf);
     },
     [](Host& h, Program& p) {
@@ -339,7 +347,8 @@ constexpr auto calls = std::to_array<Call>({
     },
     [](Host&, Program& p) {
         const std::vector<std::uint8_t>& bytes = p.bytes();
-        printUTF8str(bytes.data(), p.length_in(bytes), p.byte() & 1);
+        const int length = p.length_in(bytes);
+        printUTF8str(bytes.data(), length, p.byte() & 1);
     },
     [](Host&, Program& p) { vPutf8char(p.byte()); },
     [](Host&, Program& p) {
@@ -354,7 +363,8 @@ constexpr auto calls = std::to_array<Call>({
         h.take(Lprop(code, property_tables[p.one_of(property_tables.size())], &count, &type));
     },
     [](Host& h, Program& p) {
-        h.take(Lclass(static_cast<int>(p.number()) - 1, p.byte() == 255 ? nullptr : Tab_Classes_Opcodes));
+        const int code = static_cast<int>(p.number()) - 1;
+        h.take(Lclass(code, p.byte() == 255 ? nullptr : Tab_Classes_Opcodes));
     },
     [](Host& h, Program& p) {
         const std::uint32_t code_point = p.number() << (p.byte() & 7);
@@ -381,7 +391,8 @@ constexpr auto calls = std::to_array<Call>({
     [](Host& h, Program& p) {
         const char* text = p.text();
         hextoint(text, static_cast<int>(p.number()) - 2);
-        bGenericStrCmp(text, p.text(), p.byte());
+        const char* other = p.text();
+        bGenericStrCmp(text, other, p.byte());
         hexdigint(static_cast<char>(p.byte()));
         h.take(FLEX_GetAsciiCode(static_cast<char>(p.byte())));
     },

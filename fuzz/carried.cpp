@@ -191,8 +191,10 @@ class Generator {
                 return behind({set_emulation}, message(depth - 1));
             case 3:
                 return any_bytes(one_of(16));
-            case 4:
-                return Bytes(one_of(256), low(one_of(16)));
+            case 4: {
+                const unsigned length = one_of(256);
+                return Bytes(length, low(one_of(16)));
+            }
             default:
                 return {0x0E};
         }
@@ -204,7 +206,8 @@ class Generator {
         const unsigned count = 1 + one_of(4);
         const std::size_t size = (whole.size() + count - 1) / count;
         const bool apart = one_of(2) == 1;
-        const std::size_t length = told(whole.size()) + (one_of(8) == 7 ? message_capacity : 0);
+        std::size_t length = told(whole.size());
+        if (one_of(8) == 7) length += message_capacity;
         Bytes super = {super_type2};
         for (unsigned k = 0; k < count; ++k) {
             const auto to_come = static_cast<std::uint8_t>(count - 1 - k);
