@@ -2,6 +2,12 @@
 
 #include <utility>
 
+#ifdef ZTDECODE_STATIC_RUNTIME
+namespace __gnu_cxx {
+void __freeres();  // NOLINT: the runtime's own name
+}
+#endif
+
 namespace ztdecode::abi {
 
 namespace {
@@ -24,7 +30,13 @@ void KeptState::release_all() noexcept {
 namespace {
 
 // The loader runs this when the library is unloaded: with dlclose, or behind the last exit handler.
-[[gnu::destructor]] void unloaded() noexcept { KeptState::release_all(); }
+[[gnu::destructor]] void unloaded() noexcept {
+    KeptState::release_all();
+#ifdef ZTDECODE_STATIC_RUNTIME
+    // The runtime inside keeps room for exceptions that are thrown when memory has run out.
+    __gnu_cxx::__freeres();
+#endif
+}
 
 }  // namespace
 

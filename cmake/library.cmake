@@ -48,4 +48,5 @@ target_link_options(ztdecode PRIVATE LINKER:-Bsymbolic-functions LINKER:--as-nee
 if(NOT ZTDECODE_SANITIZED)
     # With the C++ runtime inside, a host needs the C library alone.
     target_link_options(ztdecode PRIVATE LINKER:-z,defs LINKER:--gc-sections -static-libstdc++ -static-libgcc)
+    target_compile_definitions(ztdecode PRIVATE ZTDECODE_STATIC_RUNTIME)
 endif()

@@ -19,8 +19,9 @@ struct Carrying {
     static constexpr std::uint32_t deepest_module_super = 12;
     static constexpr std::size_t most_text = std::size_t{16} << 20;
     static constexpr std::size_t most_complaints = std::size_t{64} << 10;
-    // What a carried message counts as text at the least: one that says nothing takes its time, too.
-    static constexpr std::size_t least_text = 256;
+    // Super messages of modules write over each other's text: what is gone takes its time, too.
+    static constexpr std::size_t written_over_for_one = 16;
+    static constexpr std::size_t text_of_module_part = 16;
 
     // A captured message begins.
     void begin() noexcept;
@@ -42,6 +43,7 @@ struct Carrying {
         const std::size_t used = text_used();
         return used < most_text && characters <= most_text - used;
     }
+    bool has_room() const noexcept { return has_room_for(0); }
 
     // Super messages of modules. All of them write to one place, so that an inner one writes over the outer
     // one's text.

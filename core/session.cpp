@@ -55,7 +55,7 @@ Captured::~Captured() {
 
 Message decale(Session& session, const Message& m, std::uint32_t n) {
     if (m.length() < n) {
-        session.complain(fmt::format("decalage incorrect: demandé: {}, disponible: {}\n"_cf, n, m.length()));
+        session.complain("decalage incorrect: demandé: {}, disponible: {}\n"_cf, n, m.length());
         return m.with_length(0);
     }
     return m.without_first(n);

@@ -128,7 +128,10 @@ struct Session {
     }
 
     // What is wrong with a message, as far as the budget of complaints goes.
-    void complain(std::string_view text) {
+    template <class Format, class... Args>
+    void complain(const Format& format, const Args&... args) {
+        if (carrying.complaints >= Carrying::most_complaints) return;
+        const std::string text = fmt::format(format, args...);
         carrying.complaints += text.size();
         if (carrying.complaints <= Carrying::most_complaints) standard_error(text);
     }
@@ -171,10 +174,8 @@ class Carried {
   public:
     explicit Carried(Session& session) noexcept
         : carrying_(session.carrying),
-          has_room_(carrying_.levels < Carrying::most_levels &&
-                    carrying_.has_room_for(Carrying::least_text)) {
+          has_room_(carrying_.levels < Carrying::most_levels && carrying_.has_room()) {
         ++carrying_.levels;
-        carrying_.text_besides += Carrying::least_text;
     }
     Carried(const Carried&) = delete;
     Carried& operator=(const Carried&) = delete;

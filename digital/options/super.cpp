@@ -78,7 +78,7 @@ class Walk {
 void Walk::put_inner_text_first(const Message& part, std::size_t part_begin) {
     Carrying& carrying = session_.carrying;
     const std::string part_text(out_.from(part_begin));
-    carrying.text_besides += out_.size() - begin_;
+    carrying.text_besides += (out_.size() - begin_) / Carrying::written_over_for_one;
     out_.cut(begin_);
     if (session_.provenance != nullptr) {
         // What follows comes from the whole part.
@@ -109,6 +109,7 @@ void Walk::run(const Message& m) {
     do {
         const Carried level(session_);
         if (!level) return;
+        session_.carrying.text_besides += Carrying::text_of_module_part;
         const Message from_length = decale(session_, *copy, 1);
         length = from_length[1];
         write_line(from_length.with_length(length + 2));

@@ -228,10 +228,8 @@ class PlainWalk {
         walk(record, 1);
         return text_;
     }
-    // Too many parts to go on with, or too many characters.
-    bool given_up() const {
-        return parts_ > 60000 || parts_ * Carrying::least_text + written_ > Carrying::most_text / 2;
-    }
+    // Too many parts to go on with.
+    bool given_up() const { return parts_ > 300000; }
     std::string errors;
 
   private:
@@ -261,7 +259,6 @@ class PlainWalk {
             text_ += "\t\t- ";
             const std::string described = describe(part, depth);
             text_ += described + "\n";
-            written_ += described.size();
             drop(rest, length + 1);
             count = (count - static_cast<int>(length) - 1 + 512) % 256;
             if (rest.length == 0 && !counts_when_empty.insert(count).second) return;
@@ -281,8 +278,7 @@ class PlainWalk {
     Decoding& d_;
     ModuleDecoder decoder_;
     std::string text_;
-    std::size_t parts_ = 0;
-    std::size_t written_ = 0;
+    int parts_ = 0;
 };
 
 // False when the plain walk gave up.

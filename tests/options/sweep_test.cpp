@@ -54,10 +54,11 @@ TEST(Modules, SuperMessagesOfEveryLengthEnd) {
                 data[4] = static_cast<std::uint8_t>(opcode);
                 for (const std::size_t size : {1U, 3U, 4U, 5U, 40U}) {
                     out.clear();
+                    const Captured captured(d.session(), out);
                     decoder(d.session(), Message(data.data(), size, data.size()), out);
                     ASSERT_TRUE(out.view().starts_with("super message\n"));
                     ASSERT_TRUE(out.view().ends_with("\n"));
-                    ASSERT_LT(out.size(), 200000U) << length << ' ' << opcode << ' ' << size;
+                    ASSERT_LT(out.size(), 300000U) << length << ' ' << opcode << ' ' << size;
                     d.error.clear();
                 }
             }
