@@ -40,6 +40,8 @@ bool grow_to(std::uint64_t size) noexcept {
     return true;
 }
 
+bool lost = false;  // a text, for want of memory
+
 std::uint64_t size_now() noexcept { return app_buf != nullptr ? app_buf_size : 0; }
 
 // Writes `kept` of an item of `length` characters. One step more for an item that does not fit, and as many
@@ -49,11 +51,22 @@ void add_item(std::string_view kept, std::uint64_t length) noexcept {
     std::uint64_t size = size_now();
     if (at + length >= size) size += step;
     while (at + kept.size() + 1 > size) size += step;
-    if (!grow_to(size)) return;
+    if (!grow_to(size)) {
+        lost = true;
+        return;
+    }
     kept.copy(app_buf + at, kept.size());
     const std::uint64_t end = std::min<std::uint64_t>(at + length + 1, app_buf_size);
     std::memset(app_buf + at + kept.size(), 0, static_cast<std::size_t>(end - at - kept.size()));
     app_idx = static_cast<std::uint32_t>(at + length);
+}
+
+// How much of the text is not taken back.
+std::uint32_t finished = 0;
+
+void cut_application_text(std::uint32_t length) noexcept {
+    app_idx = length;
+    if (length < size_now()) app_buf[length] = '\0';
 }
 
 void complain_of_length(std::size_t length) noexcept {
@@ -64,14 +77,15 @@ void complain_of_length(std::size_t length) noexcept {
 
 const char* application_text() noexcept { return app_buf != nullptr ? app_buf : ""; }
 
-void restart_application_text() noexcept { app_idx = 0; }
-
 void add_application_text(std::string_view text) noexcept {
     if (text.empty()) return;
     const std::uint64_t at = app_idx;
     std::uint64_t size = size_now();
     while (at + text.size() >= size) size += step;
-    if (!grow_to(size)) return;
+    if (!grow_to(size)) {
+        lost = true;
+        return;
+    }
     text.copy(app_buf + at, text.size());
     app_buf[at + text.size()] = '\0';
     app_idx = static_cast<std::uint32_t>(at + text.size());
@@ -82,11 +96,20 @@ void add_application_item(std::string_view item) noexcept {
     add_item(item.substr(0, line_size - 1), item.size());
 }
 
-void set_application_text(std::string_view text) {
-    restart_application_text();
-    if (app_buf != nullptr) *app_buf = '\0';
+void set_application_text(std::string_view text) noexcept {
+    cut_application_text(0);
     add_application_text(text);
+    finished = app_idx;
 }
+
+void begin_application_text() noexcept {
+    finished = app_idx;
+    lost = false;
+}
+
+bool application_text_is_whole() noexcept { return !lost; }
+
+void take_back_application_text() noexcept { cut_application_text(finished); }
 
 }  // namespace ztdecode::abi
 

@@ -2,6 +2,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <new>
+#include <optional>
 #include <span>
 #include <string_view>
 
@@ -43,25 +44,36 @@ std::string_view characters(const char* text) noexcept {
     return text != nullptr ? std::string_view(text) : std::string_view();
 }
 
-// Appends to the application buffer what `write` writes. Nothing thrown leaves: without memory nothing is
-// appended, and for an unknown class the process ends.
+// Work on the application buffer: the text that `write` writes is appended, but for what it appends by
+// itself. Nothing thrown leaves: without memory it is as if nothing had been asked for, and for an unknown
+// class the process ends.
 template <class Write>
 void append(Write write) noexcept {
     static KeptText kept;
     Text& piece = kept;
+    Session& s = session();
+    begin_application_text();
     try {
         piece.clear();
-        write(session(), piece);
-    } catch (const UnknownClass&) {
+        Captured captured(s, piece);
+        try {
+            write(s, piece);
+        } catch (const UnknownClass&) {
+            captured.done();
+            add_application_text(piece.view());
+            throw;
+        }
         add_application_text(piece.view());
+        if (application_text_is_whole()) {
+            captured.done();
+            return;
+        }
+    } catch (const UnknownClass&) {
         std::exit(-1);
     } catch (...) {
-        return;
     }
-    add_application_text(piece.view());
+    take_back_application_text();
 }
-
-using Analyser = void (*)(Session&, const Message&, Text&);
 
 const char* analyse(Analyser analyser, const std::uint8_t* bytes, int length) noexcept {
     set_application_text("");
@@ -69,35 +81,8 @@ const char* analyse(Analyser analyser, const std::uint8_t* bytes, int length) no
     return application_text();
 }
 
-void add_frame_text(const FrameText& frame) noexcept {
-    if (frame.kind == FrameKind::gathered) {
-        boDisplayResult = 0;
-        return;
-    }
-    if (frame.kind == FrameKind::series) boDisplayResult = 1;
-    add_application_text(frame.dump.view());
-    if (frame.kind != FrameKind::zt) restart_application_text();
-    const std::string_view text = frame.text.view();
-    add_application_text(text.substr(0, frame.item_begin));
-    if (frame.item_end > frame.item_begin) {
-        add_application_item(text.substr(frame.item_begin, frame.item_end - frame.item_begin));
-    }
-    add_application_text(text.substr(frame.item_end));
-}
-
 void decode_frame(const Message& frame, int way) noexcept {
-    static Kept<FrameText> kept;
-    FrameText& out = kept;
-    try {
-        analyse_cmd(session(), frame, way, out);
-    } catch (const UnknownClass&) {
-        // A message among those of the sets has left its text already.
-        if (out.kind != FrameKind::zt) add_frame_text(out);
-        std::exit(-1);
-    } catch (...) {
-        return;
-    }
-    add_frame_text(out);
+    append([&](Session& s, Text& /*out*/) { analyse_cmd(s, frame, way, boDisplayResult); });
 }
 
 // A segment as its length bytes tell where it ends; the four bytes in front of the payload are always there.
@@ -107,7 +92,21 @@ Message segment(const std::uint8_t* frame) noexcept {
     return Message::without_record(std::span(frame, std::max<std::size_t>(length + 2, 4)));
 }
 
-ObjectSegments& segments() { return session().change(session().object.segments); }
+using Catch = bool (*)(ObjectSegments&, const Message&);
+
+// Whether the segment made a series whole; nothing without memory for it.
+std::optional<bool> take_segment(Catch take, const std::uint8_t* frame) noexcept {
+    static KeptText no_text;
+    Session& s = session();
+    try {
+        Captured captured(s, no_text);
+        const bool whole = take(s.change(s.object.segments), segment(frame));
+        captured.done();
+        return whole;
+    } catch (...) {
+        return std::nullopt;
+    }
+}
 
 }  // namespace
 
@@ -180,32 +179,28 @@ int analyse_cmd(const std::uint8_t* frame, int length, int direction) {
 }
 
 int boCatchSegment(const std::uint8_t* frame) {
-    try {
-        return ztdecode::boCatchSegment(abi::segments(), abi::segment(frame)) ? 1 : 0;
-    } catch (const std::bad_alloc&) {
-        return 0;
-    }
+    return abi::take_segment(ztdecode::boCatchSegment, frame).value_or(false) ? 1 : 0;
 }
 
 int bo_OLD_CatchSegment(const std::uint8_t* frame) {
-    try {
-        return ztdecode::bo_OLD_CatchSegment(abi::segments(), abi::segment(frame)) ? 1 : 0;
-    } catch (const std::bad_alloc&) {
-        std::exit(1);
-    }
+    const std::optional<bool> whole = abi::take_segment(ztdecode::bo_OLD_CatchSegment, frame);
+    if (!whole) std::exit(1);
+    return *whole ? 1 : 0;
 }
 
 void vSaveLastReconstructedCmd(void) {
     try {
-        ztdecode::vSaveLastReconstructedCmd(abi::segments());
+        ztdecode::vSaveLastReconstructedCmd(abi::session().object.segments.now());
     } catch (const std::bad_alloc&) {
-        ztdecode::vFreeLastReconstructedCmd(abi::segments());
+        vFreeLastReconstructedCmd();
     }
 }
 
-void vFreeReconstructedCmd(void) { ztdecode::vFreeReconstructedCmd(abi::segments()); }
+void vFreeReconstructedCmd(void) { ztdecode::vFreeReconstructedCmd(abi::session().object.segments.now()); }
 
-void vFreeLastReconstructedCmd(void) { ztdecode::vFreeLastReconstructedCmd(abi::segments()); }
+void vFreeLastReconstructedCmd(void) {
+    ztdecode::vFreeLastReconstructedCmd(abi::session().object.segments.now());
+}
 
 void convert_line(const char* text) {
     nb_vals = 0;

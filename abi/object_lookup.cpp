@@ -36,7 +36,7 @@ const char* Look(int code, const ztdecode_name_record* table) {
 const char* Lclass(int code, const ztdecode_class_record* table) {
     if (table == nullptr) return "";
     const ztdecode_class_record& found = ztdecode::Lclass(code_or_sentinel(code), table);
-    abi::session().change(abi::session().object.properties) = found.properties;
+    abi::session().object.properties.now() = found.properties;
     if (found.properties == nullptr) {
         abi::add_application_text("\nError class lookup table ptr");
         std::exit(-1);
@@ -76,7 +76,7 @@ int ClassProp_Help(void) {
     hlp_idx = static_cast<std::uint32_t>(listing.view().copy(str_help, help_size - 1));
     str_help[hlp_idx] = '\0';
     // The listing looks every class up, and the last one stays the current one.
-    abi::session().change(abi::session().object.properties) = Tab_ime_context;
+    abi::session().object.properties.now() = Tab_ime_context;
     return 0;
 }
 }

@@ -25,9 +25,10 @@ class StandardStreams : public SideChannel {
 struct ProcessWide {
     ProcessWide() {
         session.side = &streams;
-        session.object.on_decoded = set_application_text;
+        session.object.application = &application;
     }
     StandardStreams streams;
+    ApplicationBuffer application;
     Session session;
 };
 

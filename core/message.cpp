@@ -6,9 +6,10 @@
 
 namespace ztdecode {
 
-Message Message::without_record(std::span<const std::uint8_t> bytes) noexcept {
+Message Message::without_record(std::span<const std::uint8_t> bytes, std::size_t length) noexcept {
     Message m(bytes.first(0));
-    m.length_ = m.direct_ = m.covered_ = static_cast<std::uint32_t>(bytes.size());
+    m.covered_ = static_cast<std::uint32_t>(bytes.size());
+    m.length_ = m.direct_ = std::min(static_cast<std::uint32_t>(length), m.covered_);
     return m;
 }
 

@@ -55,9 +55,12 @@ class Message {
     explicit Message(std::span<const std::uint8_t> bytes) noexcept
         : Message(bytes.data(), bytes.size(), bytes.size()) {}
 
-    // Bytes that come in no record: all of them are the message, however many, and the bytes behind its end
-    // are 0.
-    static Message without_record(std::span<const std::uint8_t> bytes) noexcept;
+    // Bytes that come in no record, however many: the first `length` of them are the message, behind its end
+    // stand the others, and then 0.
+    static Message without_record(std::span<const std::uint8_t> bytes, std::size_t length) noexcept;
+    static Message without_record(std::span<const std::uint8_t> bytes) noexcept {
+        return without_record(bytes, bytes.size());
+    }
 
     std::uint8_t operator[](std::size_t k) const noexcept { return k < direct_ ? bytes_[k] : indirect(k); }
     std::uint32_t length() const noexcept { return length_; }

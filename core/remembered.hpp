@@ -19,6 +19,9 @@ class Remembered {
         return value_;
     }
 
+    // To be changed by somebody else, for good.
+    T& now() noexcept { return value_; }
+
     // The message is done, or has not been.
     void keep() noexcept { changed_ = false; }
     void undo() noexcept {

@@ -32,6 +32,22 @@ class SideChannel {
     virtual void standard_error(std::string_view text) = 0;
 };
 
+// The text of the object protocol as a host reads it, message by message.
+class ApplicationText {
+  public:
+    ApplicationText() = default;
+    ApplicationText(const ApplicationText&) = delete;
+    ApplicationText& operator=(const ApplicationText&) = delete;
+    virtual ~ApplicationText() = default;
+
+    // Makes it this and nothing else.
+    virtual void set(std::string_view text) = 0;
+    // Appends what was written in small pieces.
+    virtual void add(std::string_view text) = 0;
+    // Appends one item, which may be cut when it is very long.
+    virtual void add_item(std::string_view item) = 0;
+};
+
 struct Switches {
     bool color = false;       // wrap each decoded text in the colour of its direction
     bool audio_only = false;  // drop every message that is not an audio message
@@ -89,9 +105,9 @@ struct ObjectState {
     // Current class's table, set by every class look-up.
     Remembered<const ztdecode_property_record*> properties;
     Remembered<ObjectSegments> segments;
-    // Called with the text of each object-protocol message of the CS and PRS routes once it is whole, or ends
-    // with the error line of an unknown class.
-    void (*on_decoded)(std::string_view text) = nullptr;
+    // Becomes the text of each object-protocol message once that is whole, or ends with the error line of an
+    // unknown class. Null: nobody reads it.
+    ApplicationText* application = nullptr;
 };
 
 enum class Outcome {

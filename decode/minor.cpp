@@ -7,35 +7,17 @@ namespace ztdecode {
 
 namespace {
 
-// Tells the session what was written while this lives, also when an unknown class ended it.
-class Announced {
-  public:
-    Announced(const Session& session, const Text& out) : session_(session), out_(out), begin_(out.size()) {}
-    Announced(const Announced&) = delete;
-    Announced& operator=(const Announced&) = delete;
-    ~Announced() {
-        if (session_.object.on_decoded != nullptr) session_.object.on_decoded(out_.from(begin_));
-    }
-
-  private:
-    const Session& session_;
-    const Text& out_;
-    std::size_t begin_;
-};
-
 // The message with its type byte, which is the server's code.
 void to_server(std::string_view server, Session& session, Message& m, Text& out) {
     m.status = Status::recognised;
     out.add(server);
-    const Announced text(session, out);
-    analyse_cmd_term(session, m, out);
+    analyse_for_application(session, analyse_cmd_term, m, out);
 }
 
 void from_server(std::string_view server, Session& session, Message& m, Text& out) {
     m.status = Status::recognised;
     out.add(server);
-    const Announced text(session, out);
-    analyse_cmd_pbx(session, m, out);
+    analyse_for_application(session, analyse_cmd_pbx, m, out);
 }
 
 // byte 1 on: the text

@@ -6,7 +6,7 @@
 
 namespace ztdecode {
 
-// The object protocol's two servers. The session's `object.on_decoded` is told the message's text.
+// The object protocol's two servers. The session's application text becomes the message's.
 void cs2dhs(Session& session, Message& m, Text& out);
 void dhs2cs(Session& session, Message& m, Text& out);
 void prs2dhs(Session& session, Message& m, Text& out);

@@ -416,11 +416,11 @@ void start_afresh() {
     line_lng2(zeros.c_str(), 0);
     ztdecode::Session& session = ztdecode::abi::session();
     ztdecode::SideChannel* const side = session.side;
-    const auto on_decoded = session.object.on_decoded;
+    ztdecode::ApplicationText* const application = session.object.application;
     std::destroy_at(&session);
     std::construct_at(&session);
     session.side = side;
-    session.object.on_decoded = on_decoded;
+    session.object.application = application;
     vFreeApplicationBuffer();
     hlp_idx = 0;
     boDisplayResult = 0;
@@ -448,7 +448,7 @@ std::string_view run(Call call, Host& host, Program& program) {
     if (app_buf != nullptr && std::memchr(app_buf, 0, app_buf_size) == nullptr) {
         return "the application buffer holds a C string";
     }
-    constexpr std::size_t longest_series = 65536;
+    constexpr std::size_t longest_series = 131072;
     return ztdecode::fuzz::exceeded(host.cost, longest_series + program.taken(), 1 + program.taken() / 2);
 }
 

@@ -381,7 +381,10 @@ ZTDECODE_API const char* LookUtf8(uint32_t code_point, const ztdecode_glyph_reco
 
 /* The texts of the functions below are appended to app_buf at app_idx, which is the text's length. The
  * buffer is made by the first output, grows by 200000 bytes at a time and never shrinks; it may move with
- * every output. A C string as long as nothing was cut (see `p`). Without memory for it a text is dropped.
+ * every output. Without memory for it a text is dropped. A C string as long as nothing was cut (see `p`) and
+ * no zero byte was printed: one that a value's text has inside a character (after its first byte, also where
+ * the value ends and zeros follow) stays in the buffer and counts in app_idx. As a C string, and so in every
+ * text that a function gives, the message ends there.
  *
  * Every message of the object protocol (routes 21 and 22) that any function of this library decodes begins
  * app_buf anew: afterwards it holds that message's text, without label and prefix, and app_idx is its
@@ -417,12 +420,16 @@ ZTDECODE_API const char* analyse_cmd_term(const uint8_t* bytes, int length);
 /* A framed message of `length` bytes: bytes 0 and 1 its own length, byte 2 what it is. `direction` 'S':
  * from the system to the terminal, any other value: to the system. Gives 1.
  *   0x15, 0x16  a message of the object protocol, from byte 0 on: app_buf begins anew with its text
- *   0x0C        a segment, see boCatchSegment; the last one decodes the series, and app_buf begins anew with
- *               its text; any other one prints nothing
- *   else        messages as decode_bin_lng2 takes them: a dump line and their text are appended to app_buf.
- *               An object-protocol message among them is decoded before that, so that both follow its own
- *               text.
- * What the messages' text is too long for `p`, is cut as there. */
+ *   0x0C        a segment, see boCatchSegment; the last one decodes the series without its last two bytes,
+ *               its length in 16 bits, and app_buf begins anew with its text; any other one prints nothing.
+ *               Header or value, what lies behind that length is read from the bytes that were gathered
+ *               there, and counts as 0 behind them
+ *   else        messages as decode_bin_lng2 takes them: a dump line, "Pbx_ZT_message" or "Term_ZT_message",
+ *               and their texts in braces are appended to app_buf, in this order. An object-protocol message
+ *               among them begins app_buf anew while it is decoded: then the lines before the texts are gone,
+ *               and the texts follow its own
+ * Texts that are together too long for `p` are cut as there. Without memory what the frame appended is taken
+ * back. */
 ZTDECODE_API int analyse_cmd(const uint8_t* frame, int length, int direction);
 
 /* Result of the last segment that analyse_cmd took: not 0 when it made a series whole. */
@@ -433,7 +440,7 @@ ZTDECODE_API extern int boDisplayResult;
  * series is then whole, and 0 for every other. L is read from the two numbers as "%X%X" writes byte 1 and
  * byte 0: 05 01 is 0x15. A segment in the middle counts as long as the first one. At most L + 2 bytes are
  * read at `frame`, at least 4; what a series counts and no segment brought is 0. Of a series the first
- * 65536 bytes are kept. bo_OLD_CatchSegment leaves the first two payload bytes in their order, where
+ * 131072 bytes are kept. bo_OLD_CatchSegment leaves the first two payload bytes in their order, where
  * boCatchSegment swaps them, and sets the first byte of a whole series to 0; without memory it ends the
  * process, status 1. */
 ZTDECODE_API int boCatchSegment(const uint8_t* frame);

@@ -108,4 +108,18 @@ void analyse_cmd_term(Session& session, const Message& m, Text& out) {
     print_event_body(session, m, first, out);
 }
 
+void analyse_for_application(Session& session, Analyser analyse, const Message& m, Text& out) {
+    const std::size_t begin = out.size();
+    const auto show = [&] {
+        if (session.object.application != nullptr) session.object.application->set(out.from(begin));
+    };
+    try {
+        analyse(session, m, out);
+    } catch (const UnknownClass&) {
+        show();
+        throw;
+    }
+    show();
+}
+
 }  // namespace ztdecode

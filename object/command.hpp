@@ -12,4 +12,9 @@ void analyse_cmd_pbx(Session& session, const Message& m, Text& out);
 // An event that a terminal reports.
 void analyse_cmd_term(Session& session, const Message& m, Text& out);
 
+// One of these two, after which the session's application text is what it wrote, also when an unknown class
+// ended it.
+using Analyser = void (*)(Session&, const Message&, Text&);
+void analyse_for_application(Session& session, Analyser analyse, const Message& m, Text& out);
+
 }  // namespace ztdecode

@@ -1,6 +1,5 @@
 #include "object/frames.hpp"
 
-#include <algorithm>
 #include <span>
 
 #include "decode/readers.hpp"
@@ -18,7 +17,7 @@ constexpr std::uint8_t segment = 0x0C;
 struct Way {
     Direction direction;
     std::string_view object_banner;
-    void (*analyse)(Session&, const Message&, Text&);
+    Analyser analyse;
     std::string_view zt_banner;
     std::string_view zt_header;
 };
@@ -38,11 +37,22 @@ constexpr Way to_system = {
     "\nTerm_ZT_message\n{",
 };
 
+void add_dump(std::string_view banner, const Message& frame, ApplicationText& out) {
+    Text line;
+    vDsipTLV(banner, frame, line);
+    out.add(line.view());
+}
+
+// The message's text takes the place of its dump line.
+void add_object_message(Session& session, const Message& m, const Way& way) {
+    Text text;
+    analyse_for_application(session, way.analyse, m, text);
+}
+
 // The frame itself is the message: its length byte is read as the server.
-void object_frame(Session& session, const Message& frame, const Way& way, FrameText& out) {
-    out.kind = FrameKind::object;
-    vDsipTLV(way.object_banner, frame, out.dump);
-    way.analyse(session, frame, out.text);
+void object_frame(Session& session, const Message& frame, const Way& way, ApplicationText& out) {
+    add_dump(way.object_banner, frame, out);
+    add_object_message(session, frame, way);
 }
 
 // Frees the gathered bytes, whatever becomes of the message in them.
@@ -51,31 +61,27 @@ struct Freed {
     ~Freed() { vFreeReconstructedCmd(segments); }
 };
 
-// A whole series is decoded without its last two bytes, in a length of 16 bits.
-void segment_frame(Session& session, const Message& frame, const Way& way, FrameText& out) {
+// A whole series is decoded without its last two bytes, in a length of 16 bits; they stand behind its end.
+void series(Session& session, const Way& way, ApplicationText& out) {
     ObjectSegments& segments = session.change(session.object.segments);
-    if (!boCatchSegment(segments, frame)) return;
     const Freed freed{segments};
-    out.kind = FrameKind::series;
     const std::span<const std::uint8_t> gathered = segments.bytes;
-    vDsipTLV(way.object_banner, Message::without_record(gathered), out.dump);
+    add_dump(way.object_banner, Message::without_record(gathered), out);
     const std::size_t length = (segments.filled - 2) & 0xFFFF;
-    way.analyse(session, Message::without_record(gathered.first(std::min(length, gathered.size()))),
-                out.text);
+    add_object_message(session, Message::without_record(gathered, length), way);
 }
 
-// Messages of the sets, behind two length bytes each. They are decoded before anything is written: one of
-// them may be an object-protocol message, with which the application buffer begins anew.
-void zt_frame(Session& session, const Message& frame, const Way& way, FrameText& out) {
-    out.kind = FrameKind::zt;
-    out.text.add(way.zt_header);
-    out.item_begin = out.text.size();
-    out.text.add("\n");
-    const ReadResult read = decode_bin_lng2(session, frame.bytes(), way.direction, out.text);
+// Messages of the sets, behind two length bytes each. A message of the object protocol among them begins the
+// application text anew: then the lines in front of them are gone, and their texts follow that message's own.
+void zt_frame(Session& session, const Message& frame, const Way& way, ApplicationText& out) {
+    add_dump(way.zt_banner, frame, out);
+    out.add(way.zt_header);
+    Text messages;
+    messages.add("\n");
+    const ReadResult read = decode_bin_lng2(session, frame.bytes(), way.direction, messages);
     if (read == ReadResult::unknown_class) throw UnknownClass{};
-    out.item_end = out.text.size();
-    out.text.add("\n}\n");
-    vDsipTLV(way.zt_banner, frame, out.dump);
+    out.add_item(messages.view());
+    out.add("\n}\n");
 }
 
 }  // namespace
@@ -87,19 +93,17 @@ void vDsipTLV(std::string_view banner, const Message& frame, Text& out) {
     for (std::uint32_t k = 3; k < frame.length(); ++k) out.print("{:02X} "_cf, frame[k]);
 }
 
-void analyse_cmd(Session& session, const Message& frame, int way, FrameText& out) {
-    out.kind = FrameKind::gathered;
-    out.dump.clear();
-    out.text.clear();
-    out.item_begin = out.item_end = 0;
+void analyse_cmd(Session& session, const Message& frame, int way, int& series_whole) {
     const Way& w = way == from_system ? to_terminal : to_system;
+    ApplicationText& out = *session.object.application;
     switch (frame[2]) {
         case call_server:
         case presentation_server:
             object_frame(session, frame, w, out);
             break;
         case segment:
-            segment_frame(session, frame, w, out);
+            series_whole = boCatchSegment(session.change(session.object.segments), frame) ? 1 : 0;
+            if (series_whole != 0) series(session, w, out);
             break;
         default:
             zt_frame(session, frame, w, out);

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <cstdint>
 #include <string_view>
 
 #include "core/session.hpp"
@@ -14,31 +13,13 @@
 
 namespace ztdecode {
 
-enum class FrameKind {
-    gathered,  // a segment, and not the last one
-    series,    // a message of the object protocol, from its last segment
-    object,    // one in a single frame
-    zt,        // a message of the sets
-};
-
-// What a frame prints. A host's application buffer has the dump line first. The text of an object-protocol
-// message then begins the buffer anew, so that the dump line is never seen; the text of any other message
-// follows.
-struct FrameText {
-    FrameKind kind = FrameKind::gathered;
-    Text dump;
-    Text text;
-    // The part of `text` that stands there as one item, however long it is.
-    std::size_t item_begin = 0;
-    std::size_t item_end = 0;
-};
-
 // Which way a frame travels: 'S' from the system to the terminal, anything else to the system.
 inline constexpr int from_system = 'S';
 
-// Decodes a frame. For an object-protocol message of an unknown class UnknownClass is thrown; what was
-// written until then stands in `out`.
-void analyse_cmd(Session& session, const Message& frame, int way, FrameText& out);
+// Decodes a frame into the session's application text, which has to be there. A segment sets `series_whole`
+// before its series is decoded: 1 for the last one, 0 for any other. For an object-protocol message of an
+// unknown class UnknownClass is thrown.
+void analyse_cmd(Session& session, const Message& frame, int way, int& series_whole);
 
 // Writes the dump line of a frame.
 void vDsipTLV(std::string_view banner, const Message& frame, Text& out);

@@ -7,9 +7,10 @@ namespace ztdecode {
 
 namespace {
 
-// A whole series is decoded with a length of 16 bits, so that no byte from here on is ever looked at. A
-// series without an end, of short segments that count as long as the first, must not fill the memory.
-constexpr std::uint32_t kept = 65536;
+// A whole series is decoded with a length of 16 bits, and a last value that begins there may claim 15 bits
+// more: no byte from here on is ever looked at. A series without an end, of short segments that count as long
+// as the first, must not fill the memory.
+constexpr std::uint32_t kept = 2 * 65536;
 
 constexpr std::uint32_t payload_begin = 4;
 

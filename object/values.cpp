@@ -119,7 +119,6 @@ Property Properties::operator[](std::uint8_t id) const noexcept {
 }
 
 bool printUTF8str(const Bytes& text, Utf8Mode mode, Text& out) {
-    const Text::Piece quoted(out);
     bool beyond_ascii = false;
     out.add("\"");
     for (std::uint32_t i = 0; i < text.length;) {

@@ -49,7 +49,8 @@ void vDecodeTLV(std::uint8_t id, std::uint8_t index, const Bytes* value, const P
 
 enum class Utf8Mode { names, characters };
 
-// Writes a text in double quotes. True when it has a character beyond ASCII.
+// Writes a text in double quotes. True when it has a character beyond ASCII. A zero byte in such a character
+// is written as any other: whoever reads the whole message as a C string sees it end there.
 bool printUTF8str(const Bytes& text, Utf8Mode mode, Text& out);
 
 // Writes a character of free text, "$" for what is not printable.

@@ -1,8 +1,11 @@
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <map>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -13,6 +16,8 @@
 
 namespace ztdecode::testing {
 namespace {
+
+using namespace std::string_literals;
 
 std::string buffer() { return app_buf != nullptr ? app_buf : "(null)"; }
 
@@ -205,12 +210,292 @@ TEST_F(ApplicationBuffer, Frames) {
               "\n\tstate           plugged\n}\n");
 }
 
+// Its lines in front of the messages are written, and then gone with the message that begins anew.
 TEST_F(ApplicationBuffer, FrameThatCarriesAnObjectProtocolMessage) {
+    const std::string offhook = "\nNotify\tOFFHOOK\n{\n\tServer\t\t(reserved_error)\n}\n";
+    const std::string onhook = "\nNotify\tONHOOK\n{\n\tServer\t\tCall\n}\n";
     p("before");
-    EXPECT_EQ(frame("03 00 96 04 07", 'R'),
-              "\nNotify\tOFFHOOK\n{\n\tServer\t\t(reserved_error)\n}\n"
-              "\n//######## ZT TERMINAL->PBX   OP:96   LG:00 03   VALUE: 04 07 \nTerm_ZT_message\n{"
-              "\n\tRYM - presentation server\nNotify\tOFFHOOK\n{\n\tServer\t\t(reserved_error)\n}\n\n}\n");
+    EXPECT_EQ(frame("03 00 96 04 07", 'R'), offhook + "\n\tRYM - presentation server" + offhook + "\n}\n");
+    EXPECT_EQ(app_idx, std::strlen(app_buf));
+    // The last of several is the one that stands in front.
+    const std::string both = onhook + "\n\t- osi: cti status\n\tRYM - presentation server" + offhook +
+                             "\tRYM - call server" + onhook + "\tDBG - A\n\n}\n";
+    EXPECT_EQ(frame("02 00 0f 07 03 00 96 04 07 03 00 15 04 06 02 00 18 41", 'R'), both);
+    EXPECT_EQ(app_idx, std::strlen(app_buf));
+    // One without such a message is appended.
+    EXPECT_EQ(frame("02 00 0f 07", 'R'), both +
+                                             "\n//######## ZT TERMINAL->PBX   OP:0F   LG:00 02   VALUE: 07 "
+                                             "\nTerm_ZT_message\n{\n\t- osi: cti status\n\n}\n");
+    EXPECT_EQ(app_idx, std::strlen(app_buf));
+}
+
+TEST_F(ApplicationBuffer, FrameWithALongTextBehindAnObjectProtocolMessage) {
+    std::vector<std::uint8_t> data = bytes("03 00 96 04 07");
+    for (int i = 0; i < 2; ++i) {
+        for (const std::uint8_t byte : bytes("ff 13 18")) data.push_back(byte);
+        data.insert(data.end(), 5118, 'x');
+    }
+    ::testing::internal::CaptureStderr();
+    analyse_cmd(data.data(), static_cast<int>(data.size()), 'R');
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "\nLine too long, truncated\n");
+    const std::string offhook = "\nNotify\tOFFHOOK\n{\n\tServer\t\t(reserved_error)\n}\n";
+    const std::string label = "\n\tRYM - presentation server";
+    // 9999 characters of the item: newline, label, text, "\tDBG - " with 5118 characters and a newline, and
+    // more
+    const std::string item = label + offhook + "\tDBG - " + std::string(5118, 'x') + "\n\tDBG - ";
+    EXPECT_EQ(buffer(), offhook + item + std::string(9999 - item.size(), 'x'));
+    EXPECT_EQ(app_idx, offhook.size() + item.size() + 5118 + 1 + 3);
+    EXPECT_STREQ(app_buf + app_idx - 3, "\n}\n");
+}
+
+// What is printed behind a zero byte of a value is in the buffer, where a C string does not show it.
+TEST_F(ApplicationBuffer, ZeroBytesOfCharactersStayAndCount) {
+    const std::string head =
+        "\nSetProperty\ttextbox\n{\n\tServer\t\tCall\n\tObjectId\t0x0007\n\tlabel          \t";
+    const std::string shown = head + "\"ERROR_UTF8_3CHAR\xEE";
+    const std::string all = shown + "\0\0\"\t//\"ERROR_UTF8_3CHAR<Corvane >\"\n}\n"s;
+    const auto whole = [] { return std::string(app_buf, app_idx); };
+
+    EXPECT_EQ(pbx("15 02 84 00 07 37 01 ee"), shown);
+    EXPECT_EQ(whole(), all);
+    // In front of more properties.
+    EXPECT_EQ(pbx("15 02 84 00 07 37 04 41 ee 00 80 26 01 05"), head + "\"A\xEE");
+    EXPECT_EQ(whole(), head + "\"A\xEE\0\x80\"\t//\"A<Corvane >\"\n\tx              \t5\n}\n"s);
+    EXPECT_EQ(term("15 04 02 ee 80"),
+              "\nNotify\tKEY_PRESS\n{\n\tServer\t\tCall"
+              "\n\tkeychar         \"ERROR_UTF8_3CHAR\xEE\x80");
+    EXPECT_EQ(whole(),
+              "\nNotify\tKEY_PRESS\n{\n\tServer\t\tCall\n\tkeychar         "
+              "\"ERROR_UTF8_3CHAR\xEE\x80\0\"\t\"ERROR_UTF8_3CHAR<Corvane >\"\n}\n"s);
+
+    // By the routes.
+    MessageRecord r = record("15 02 84 00 07 37 01 ee", 0);
+    char* text = decode(r);
+    EXPECT_EQ(text, "\tRYM - call server" + shown);
+    std::free(text);
+    EXPECT_EQ(whole(), all);
+    vFreeApplicationBuffer();
+    EXPECT_EQ(dhs2cs(&r), "call server" + shown);
+    EXPECT_EQ(whole(), all);
+    const char* const by_line = line("08 15 02 84 00 07 37 01 ee", 0);
+    EXPECT_EQ(by_line, "\tRYM - call server" + shown);
+    std::free(const_cast<char*>(by_line));  // NOLINT: a decoded line is the caller's
+    EXPECT_STREQ(line_lng2("08 00 15 02 84 00 07 37 01 ee 02 00 0f 09", 0),
+                 ("\tRYM - call server" + shown + "\n\t- ??").c_str());
+    EXPECT_EQ(whole(), all);
+
+    // What a host appends stands behind everything.
+    p("behind");
+    EXPECT_EQ(buffer(), shown);
+    EXPECT_EQ(whole(), all + "behind");
+
+    // In a frame: the message, and its text as a C string.
+    const auto data = bytes("08 00 95 02 84 00 07 37 01 ee 02 00 0f 09");
+    analyse_cmd(data.data(), static_cast<int>(data.size()), 'S');
+    const std::string server = "(reserved_error)";
+    const auto served = [&server](std::string s) { return s.replace(s.find("Call"), 4, server); };
+    EXPECT_EQ(buffer(), served(shown));
+    EXPECT_EQ(whole(), served(all) + "\n\tRYM - call server" + served(shown) + "\n\t- ??\n\n}\n");
+
+    // By the functions that append.
+    app_idx = 0;
+    EXPECT_EQ(printUTF8str(bytes("41 ee 00 80").data(), 4, 1), 1);
+    EXPECT_EQ(printUTF8str(bytes("c4").data(), 1, 1), 1);
+    vPutf8char('x');
+    EXPECT_EQ(whole(), "\"A\xEE\0\x80\"\"ERROR_UTF8_2CHAR\xC4\0\"x"s);
+    app_idx = 0;
+    EXPECT_EQ(*p("A%cB", 0), 'A');
+    EXPECT_EQ(whole(), "A\0B"s);
+}
+
+TEST_F(ApplicationBuffer, TextsEndAtTheZeroByteOfAPart) {
+    const std::string head =
+        "\nSetProperty\ttextbox\n{\n\tServer\t\tCall\n\tObjectId\t0x0007\n\tlabel          \t";
+    const std::string hex_line =
+        " 15 02 84 00 07 37 01 ee\n\tRYM - call server" + head + "\"ERROR_UTF8_3CHAR\xEE";
+    const std::string osi = "\t> zt 02 00 0f 09\n\t- ??";
+    const struct {
+        const char* hex;
+        std::uint8_t color;
+        std::string text;
+    } rows[] = {
+        // Type 1 adds the newline that the text lacks, type 2 does not.
+        {"0b 08 15 02 84 00 07 37 01 ee 02 0f 09", 0,
+         "\t- super message:\n\t> zt 08 00" + hex_line + "\n" + osi + "\n"},
+        {"17 08 00 15 02 84 00 07 37 01 ee 02 00 0f 09", 0,
+         "\t- super message, type 2:\n\t> zt 08 00" + hex_line + osi},
+        // The colour ends all the same.
+        {"0b 08 15 02 84 00 07 37 01 ee", 1,
+         "\t- super message:\n\t> zt 08 00" + std::string(hex_line).insert(25, "\033[0;32m") + "\033[0m\n"},
+        {"17 08 00 15 02 84 00 07 37 01 ee", 1,
+         "\t- super message, type 2:\n\t> zt 08 00" + std::string(hex_line).insert(25, "\033[0;32m") +
+             "\033[0m"},
+        // Behind a hub, where what it dropped left two bytes behind the message.
+        {"14 10 15 02 84 00 07 37 01 ee", 0,
+         "\tHUB -  to set 1\tRYM - call server" + head +
+             "\"ERROR_UTF8_3CHAR\xEE\x01\xEE\"\t//\"ERROR_UTF8_3CHAR<Corvane >\"\n}\n"},
+        {"14 10 15 02 84 00 07 37 04 41 ee 00 80", 0,
+         "\tHUB -  to set 1\tRYM - call server" + head + "\"A\xEE"},
+        // Put together from a segment.
+        {"0b 0c 0c 80 00 08 15 02 84 00 07 37 01 ee 02 0f 09", 0,
+         "\t- super message:\n\t> zt 0c 00 0c 80 00 08 15 02 84 00 07 37 01 ee\n\t- segment message 1/1\n"
+         "\tRYM - call server" +
+             head + "\"ERROR_UTF8_3CHAR\xEE\n" + osi + "\n"},
+        // The newline in front of the zero byte is the text's last character: none is added, none trimmed.
+        {"0b 09 15 02 84 00 07 37 02 e1 0a 02 0f 09", 0,
+         "\t- super message:\n\t> zt 09 00 15 02 84 00 07 37 02 e1 0a\n\tRYM - call server" + head +
+             "\"ERROR_UTF8_3CHAR\xE1\n" + osi + "\n"},
+        {"17 09 00 15 02 84 00 07 37 02 e1 0a 02 00 0f 09", 0,
+         "\t- super message, type 2:\n\t> zt 09 00 15 02 84 00 07 37 02 e1 0a\n\tRYM - call server" + head +
+             "\"ERROR_UTF8_3CHAR\xE1\n" + osi},
+    };
+    for (const auto& row : rows) {
+        useColor = row.color;
+        ::testing::internal::CaptureStdout();
+        char* text = decode(record(row.hex, 0));
+        ::testing::internal::GetCapturedStdout();  // the bytes of a reassembled message
+        EXPECT_EQ(text, row.text) << row.hex;
+        std::free(text);
+    }
+    useColor = 0;
+}
+
+// The buffer as slow and plain as it can be told: each item is copied to where the text stands, with the zero
+// behind it.
+struct PlainBuffer {
+    std::string memory;
+    std::size_t at = 0;
+
+    void print(const std::string& item) {
+        memory.resize(std::max(memory.size(), at + item.size() + 1), '\0');
+        std::copy(item.begin(), item.end(), memory.begin() + static_cast<std::ptrdiff_t>(at));
+        memory[at += item.size()] = '\0';
+    }
+    void expect_same(const std::string& what) const {
+        ASSERT_EQ(app_idx, at) << what;
+        EXPECT_EQ(std::string(app_buf, app_idx), memory.substr(0, at)) << what;
+        EXPECT_EQ(buffer(), memory.c_str()) << what;
+    }
+};
+
+// Decodes into such a buffer whatever of the object protocol comes along.
+class PlainHost : public Decoding, public ApplicationText {
+  public:
+    PlainHost() { session().object.application = this; }
+
+    void set(std::string_view text) override {
+        app.at = 0;
+        app.print(std::string(text));
+    }
+    void add(std::string_view /*text*/) override {}
+    void add_item(std::string_view /*item*/) override {}
+
+    void take(const std::vector<std::string>& messages, std::uint32_t direction) {
+        std::string hex;
+        for (const auto& m : messages) {
+            const std::size_t length = testing::bytes(m).size();
+            hex += fmt::format("{:02x} {:02x} {} ", length & 0xFF, length >> 8, m);
+        }
+        const auto data = testing::bytes(hex);
+        const bool to_terminal = direction == ztdecode::from_dhs;
+        app.print(to_terminal ? "\n//|||||||| ZT PBX->TERMINAL" : "\n//######## ZT TERMINAL->PBX");
+        app.print(fmt::format("   OP:{:02X}", data[2]));
+        app.print(fmt::format("   LG:{:02X} {:02X}   VALUE: ", data[1], data[0]));
+        for (std::size_t k = 3; k < data.size(); ++k) app.print(fmt::format("{:02X} ", data[k]));
+        app.print(to_terminal ? "\nPbx_ZT_message" : "\nTerm_ZT_message");
+        app.print("\n{");
+        std::string texts;
+        for (const auto& m : messages) {
+            texts += decode(m, direction);
+            if (!texts.ends_with('\n')) texts += "\n";
+        }
+        app.print("\n" + texts);
+        app.print("\n}\n");
+
+        analyse_cmd(data.data(), static_cast<int>(data.size()), to_terminal ? 'S' : 'R');
+        app.expect_same(hex);
+    }
+
+    PlainBuffer app;
+};
+
+TEST_F(ApplicationBuffer, FramesInAnyOrder) {
+    // The first of a frame tells what it is: an object-protocol message there has bit 7 set.
+    constexpr std::size_t as_first = 8;
+    const std::vector<std::string> messages = {"0f 07",
+                                               "95 02 06",
+                                               "96 04 07",
+                                               "14 10 15 84 06",
+                                               "0b 04 15 04 02 c4 03 16 02 06",
+                                               "17 03 00 16 04 06 02 00 0f 01",
+                                               "18 68 00 69",
+                                               "8c 80 00 04 16 04 02 ee",
+                                               "16 03 84 00 07 37 00",
+                                               "15 02 84 00 07 37 01 ee",
+                                               "15 04 02 41 ee 00 80"};
+    std::mt19937 random(5);
+    PlainHost host;
+    ::testing::internal::CaptureStdout();  // the bytes of reassembled messages
+    for (int i = 0; i < 2000; ++i) {
+        std::vector<std::string> some(1 + random() % 4);
+        for (auto& m : some) m = messages[random() % messages.size()];
+        some.front() = messages[random() % as_first];
+        host.take(some, random() % 2 == 0 ? from_dhs : to_dhs);
+        if (random() % 8 == 0) {
+            host.app.print("from the host");
+            p("from the %s", "host");
+        }
+    }
+    ::testing::internal::GetCapturedStdout();
+}
+
+// The quoted characters step by step, as `p` would be called for them.
+std::string quoted(const std::vector<std::uint8_t>& text) {
+    const auto at = [&text](std::size_t k) { return k < text.size() ? static_cast<char>(text[k]) : '\0'; };
+    PlainBuffer out;
+    out.print("\"");
+    for (std::size_t i = 0; i < text.size();) {
+        if (text[i] < 0x80) {
+            const std::map<std::uint8_t, std::string> names = {{0x00, "\\NUL"}, {0x0A, "\\LF"}, {0x41, "A"}};
+            out.print(names.at(text[i]));
+            i += 1;
+        } else if (text[i] < 0xC0) {
+            out.print("ERR_UTF8_CHAR");
+            i += 1;
+        } else if (text[i] < 0xE0) {
+            if (i + 1 >= text.size()) out.print("ERROR_UTF8_2CHAR");
+            out.print({at(i), at(i + 1)});
+            i += 2;
+        } else {
+            if (i + 2 >= text.size()) out.print("ERROR_UTF8_3CHAR");
+            const unsigned code_point = (text[i] & 0x0FU) << 12 |
+                                        (static_cast<unsigned>(at(i + 1)) & 0x3FU) << 6 |
+                                        (static_cast<unsigned>(at(i + 2)) & 0x3FU);
+            if (text.size() == 3) {
+                out.print(fmt::format("\\u{:04X}", code_point));
+            } else {
+                out.print({at(i), at(i + 1), at(i + 2)});
+            }
+            i += 3;
+        }
+    }
+    out.print("\"");
+    return out.memory.substr(0, out.at);
+}
+
+TEST_F(ApplicationBuffer, ShortTextsOfAllKindsOfBytes) {
+    const auto kinds = bytes("00 0a 41 80 c4 ee");
+    for (std::size_t length = 0, count = 1; length <= 4; ++length, count *= kinds.size()) {
+        for (std::size_t i = 0; i < count; ++i) {
+            std::vector<std::uint8_t> text(length);
+            for (std::size_t k = 0, rest = i; k < length; ++k, rest /= kinds.size()) {
+                text[k] = kinds[rest % kinds.size()];
+            }
+            app_idx = 0;
+            printUTF8str(text.data(), static_cast<int>(length), 1);
+            ASSERT_EQ(std::string(app_buf, app_idx), quoted(text)) << length << ' ' << i;
+        }
+    }
 }
 
 TEST_F(ApplicationBuffer, FrameWithALongText) {
@@ -246,7 +531,7 @@ TEST_F(ApplicationBuffer, SegmentsThroughFrames) {
     p("before");
     EXPECT_EQ(frame("05 00 0c 00 42 43 44", 'S'),
               "\nSetProperty\ttextbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0007"
-              "\n\tlabel          \t\"AB\\NUL\"\n}\n");
+              "\n\tlabel          \t\"ABC\"\n}\n");
     EXPECT_NE(boDisplayResult, 0);
     EXPECT_EQ(app_idx, std::strlen(app_buf));
     // A frame that is no segment leaves the result alone.
@@ -287,7 +572,8 @@ TEST_F(ApplicationBuffer, SegmentsDirectly) {
 TEST_F(ApplicationBuffer, Values) {
     const auto label = bytes("c3 a9");
     vDecodeTLV(0x37, 0, 1, label.data(), Tab_textbox);
-    EXPECT_EQ(buffer().substr(0, 40), "\n\tlabel          \t\"ERROR_UTF8_2CHAR\xC3\t//\"");
+    EXPECT_EQ(buffer(), "\n\tlabel          \t\"ERROR_UTF8_2CHAR\xC3");
+    EXPECT_EQ(std::string(app_buf + 36, 5), "\0\"\t//"s);
     vFreeApplicationBuffer();
     vDecodeTLV(0x8A, 3, 1, bytes("41").data(), Tab_listbox);
     vDecodeTLV(0x26, 0, 0, bytes("05").data(), Tab_listbox);
@@ -403,6 +689,8 @@ TEST_F(UnknownClassDeathTest, EndsTheProcess) {
                "\tmethod          Create\nError class lookup table ptr\\]");
     EXPECT_END(frame("16 02 15 14", 'S'), "^\\[\nError class lookup table ptr\\]");
     EXPECT_END(frame("03 00 96 02 04", 'S'), "^\\[\nError class lookup table ptr\\]");
+    EXPECT_END(frame("03 00 96 02 06 03 00 15 02 04 02 00 0f 09", 'S'),
+               "^\\[\nError class lookup table ptr\\]");
     EXPECT_END(
         vDecodeEvent(0x0B, bytes("00 01 00 04").data(), 4),
         "^\\[\n\terrorcode       UNKNOWN_CLASS\n\tmethod          Create\nError class lookup table ptr\\]");

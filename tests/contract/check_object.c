@@ -191,6 +191,33 @@ static void check_commands(void) {
     SAME_TEXT(data(app_buf), "\nSetProperty\tscreen\n{\n\tServer\t\tCall\n}\n");
 }
 
+/* A zero byte inside a character ends the text for whoever reads it; what is printed behind it is there. */
+static void check_zero_bytes(void) {
+    static const char shown[] =
+        "\nSetProperty\ttextbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0007\n\tlabel          \t\"A\356";
+    static const char behind[] = "\0\200\"\t//\"A<Corvane >\"\n}\n";
+    static const char last_part[] = "\"A\356\n\t> zt 01 00 2a\n\t- version inquiry\n";
+    static const char* const message_bytes = "16 02 84 00 07 37 04 41 ee 00 80";
+    MessageRecord record = message(message_bytes, from_dhs);
+    char* text;
+
+    SAME_TEXT(call(analyse_cmd_pbx)(bytes(message_bytes), 11), shown);
+    SAME_NUMBER(data(app_idx), sizeof shown - 1 + sizeof behind - 1);
+    HOLDS(memcmp(data(app_buf) + sizeof shown - 1, behind, sizeof behind) == 0);
+    text = call(decode)(record);
+    HOLDS(strncmp(text, "\tRYM - presentation server", 26) == 0);
+    SAME_TEXT(text + 26, shown);
+    free(text);
+    SAME_NUMBER(data(app_idx), sizeof shown - 1 + sizeof behind - 1);
+    HOLDS(memcmp(data(app_buf) + sizeof shown - 1, behind, sizeof behind) == 0);
+    SAME_TEXT(call(dhs2prs)(&record) + 19, shown);
+    /* The next part of a super message follows. */
+    text = call(decode)(message("0b 0b 16 02 84 00 07 37 04 41 ee 00 80 01 2a", from_dhs));
+    HOLDS(strlen(text) > sizeof last_part);
+    SAME_TEXT(text + strlen(text) - (sizeof last_part - 1), last_part);
+    free(text);
+}
+
 static void check_frames(void) {
     static const char clear_screen[] =
         "\nSetProperty\tscreen\n{\n\tServer\t\tPresentation\n\tclearscreen    \tTRUE\n}\n";
@@ -214,13 +241,12 @@ static void check_frames(void) {
               "\nPbx_ZT_message\n{\n\t- version inquiry\n\n}\n"
               "\n//######## ZT TERMINAL->PBX   OP:0F   LG:00 02   VALUE: 09 "
               "\nTerm_ZT_message\n{\n\t- ??\n\n}\n");
-    /* An object-protocol message among them begins the buffer anew before that. */
+    /* An object-protocol message among them begins the buffer anew, over what stands there of the frame. */
     call(p)("%s", "lost");
     call(analyse_cmd)(bytes("01 00 2a 03 00 15 02 06"), 8, 'S');
     SAME_TEXT(appended(),
               "\nSetProperty\tscreen\n{\n\tServer\t\tCall\n}\n"
-              "\n//|||||||| ZT PBX->TERMINAL   OP:2A   LG:00 01   VALUE: 03 00 15 02 06 "
-              "\nPbx_ZT_message\n{\n\t- version inquiry\n"
+              "\n\t- version inquiry\n"
               "\tRYM - call server\nSetProperty\tscreen\n{\n\tServer\t\tCall\n}\n\n}\n");
 
     /* Two segments of four bytes; the first two bytes stand swapped, the last two of the series do not count.
@@ -233,6 +259,12 @@ static void check_frames(void) {
     SAME_NUMBER(call(analyse_cmd)(bytes("06 00 0c 00 01 01 00 00"), 8, 'S'), 1);
     SAME_NUMBER(data(boDisplayResult), 1);
     SAME_TEXT(appended(), clear_screen);
+
+    /* They stand behind the message: a value may run on into them, and into zeros behind them. */
+    call(analyse_cmd)(bytes("06 00 0c 81 02 16 06 5c"), 8, 'S');
+    call(analyse_cmd)(bytes("04 00 0c 00 03 07"), 6, 'S');
+    SAME_TEXT(appended(),
+              "\nSetProperty\tscreen\n{\n\tServer\t\tPresentation\n\tbacklight_timeout\t0x070000\n}\n");
 
     /* The same, gathered by hand; and as the earlier function takes it, without the swap. */
     SAME_NUMBER(call(boCatchSegment)(bytes("06 00 0c 81 02 16 06 15")), 0);
@@ -323,6 +355,7 @@ void check_application_buffer(void) {
 
 void check_object_messages(void) {
     check_commands();
+    check_zero_bytes();
     check_frames();
     check_ends_of_segments();
     check_unknown_class();

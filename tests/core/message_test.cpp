@@ -248,6 +248,15 @@ TEST(Message, BytesWithoutARecordAreAllThere) {
     EXPECT_EQ(m[70000], 0);
     EXPECT_EQ(Message::without_record({}).length(), 0U);
     EXPECT_EQ(Message::without_record({})[0], 0);
+
+    const Message part = Message::without_record(data, 69998);
+    EXPECT_EQ(part.length(), 69998U);
+    EXPECT_EQ(part.bytes().size(), 69998U);
+    EXPECT_EQ(part[69997], 0xAB);
+    EXPECT_EQ(part[69999], 0xCD);
+    EXPECT_EQ(part[70000], 0);
+    EXPECT_EQ(Message::without_record(data, 0)[69999], 0xCD);
+    EXPECT_EQ(Message::without_record(data, 70001).length(), 70000U);
 }
 
 TEST(Message, NumbersAreBigEndian) {

@@ -252,6 +252,31 @@ void expect_in_order(const Provenance& p, std::size_t text_size, const std::stri
     EXPECT_EQ(end, text_size) << what;
 }
 
+// What stands behind a zero byte inside a character is not shown, and the next part follows.
+TEST(Provenance, StretchesEndWithTheTextAtAZeroByte) {
+    Watched w;
+    const Lines lines = w.from_dhs("0b 08 15 02 84 00 07 37 01 ee 02 0f 09");
+    ASSERT_GE(lines.size(), 8U);
+    EXPECT_EQ(Lines(lines.end() - 8, lines.end()),
+              (Lines{"\n\tlabel          \t\"<7-8>", "ERROR_UTF8_3CHAR<9>", "\xEE\n<9E>", "\t> zt 02 00 <10>",
+                     "0f <11>", "09\n<12>", "\t- <11>", "??\n<12>"}));
+    // The properties behind it show nothing.
+    const char* const hidden = "15 02 84 00 07 37 04 41 ee 00 80 26 01 05";
+    EXPECT_EQ(w.from_dhs(hidden).back(), "\xEE<8-10>");
+    EXPECT_EQ(w.unused(hidden), "11-13");
+
+    for (const char* hex :
+         {"17 08 00 15 02 84 00 07 37 01 ee 01 00 2a", "14 10 15 02 84 00 07 37 04 41 ee 00 80",
+          "0c 80 00 08 15 02 84 00 07 37 01 ee", "0b 04 15 04 02 ee 05 16 04 02 41 c4", hidden}) {
+        for (const std::uint32_t direction : {from_dhs, to_dhs}) {
+            const std::string text = w.decoding.decode(hex, direction);
+            EXPECT_EQ(text, Decoding().decode(hex, direction));
+            EXPECT_EQ(text.find('\0'), std::string::npos);
+            expect_in_order(w.provenance, text.size(), hex);
+        }
+    }
+}
+
 std::vector<std::uint8_t> random_message(std::mt19937& random, int type) {
     std::vector<std::uint8_t> data(1 + random() % 40);
     for (auto& b : data) b = static_cast<std::uint8_t>(random() % 3 != 0 ? random() % 16 : random() % 256);

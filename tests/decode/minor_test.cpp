@@ -10,6 +10,8 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace std::string_literals;
+
 TEST(Minor, Servers) {
     Decoding d;
     EXPECT_EQ(d.with(cs2dhs, "15 04 07"), "call server\nNotify\tOFFHOOK\n{\n\tServer\t\tCall\n}\n");
@@ -59,19 +61,31 @@ TEST(Minor, TheClassOfARequestIsThatOfItsAnswer) {
               "\n\tvalue          \t\"12\"\n}\n");
 }
 
-std::vector<std::string> announced;
+class Announced : public ApplicationText {
+  public:
+    void set(std::string_view text) override { texts.emplace_back(text); }
+    void add(std::string_view text) override { texts.push_back("added " + std::string(text)); }
+    void add_item(std::string_view item) override { texts.push_back("item " + std::string(item)); }
 
-TEST(Minor, SessionIsToldTheText) {
+    std::vector<std::string> texts;
+};
+
+TEST(Minor, ApplicationTextIsThatOfTheMessage) {
     Decoding d;
-    announced.clear();
-    d.session().object.on_decoded = [](std::string_view text) { announced.emplace_back(text); };
+    Announced announced;
+    d.session().object.application = &announced;
     d.to_dhs("15 04 06");
     d.from_dhs("18 68 69");
     d.from_dhs("0b 03 16 00 08 03 15 02 04");
+    d.from_dhs("16 02 84 00 07 37 04 41 ee 00 80 26 01 05");
     const std::vector<std::string> expected = {"\nNotify\tONHOOK\n{\n\tServer\t\tCall\n}\n",
                                                "\nCreate\tAOMV\n{\n\tServer\t\tPresentation\n}\n",
-                                               "\nError class lookup table ptr"};
-    EXPECT_EQ(announced, expected);
+                                               "\nError class lookup table ptr",
+                                               // with what the message's own text loses at the zero byte
+                                               "\nSetProperty\ttextbox\n{\n\tServer\t\tPresentation"
+                                               "\n\tObjectId\t0x0007\n\tlabel          \t\"A\xEE\0\x80\""
+                                               "\t//\"A<Corvane >\"\n\tx              \t5\n}\n"s};
+    EXPECT_EQ(announced.texts, expected);
 }
 
 TEST(Minor, Debug) {

@@ -18,6 +18,9 @@ inline std::string e_acute() {
 inline std::string g_dot_above() {
     return named("LATIN CAPITAL LETTER G WITH DOT ABOVE", "Latin Extended-A-U+0120");
 }
+inline std::string a_macron() {
+    return named("LATIN CAPITAL LETTER A WITH MACRON", "Latin Extended-A-U+0100");
+}
 inline std::string ethiopic_see() { return named("ETHIOPIC SYLLABLE SEE", "Ethiopic-U+1234"); }
 inline std::string euro() { return named("EURO SIGN", "Currency Symbols-U+20AC"); }
 

@@ -186,12 +186,12 @@ TEST_F(Segments, ASeriesWithoutAnEndKeepsItsFirstBytes) {
     EXPECT_EQ(segments.filled, 0xFFFDU);
     for (int i = 0; i < 100; ++i) EXPECT_FALSE(take("02 00 0c 01"));
     EXPECT_EQ(segments.filled, 101U * 0xFFFDU);
-    EXPECT_EQ(segments.bytes.size(), 65536U);
+    EXPECT_EQ(segments.bytes.size(), 131072U);
     EXPECT_EQ(segments.bytes[0xFFFC], 0xAB);
     EXPECT_EQ(segments.bytes[0xFFFD], 0);
     EXPECT_TRUE(take("03 00 0c 00 01"));
     EXPECT_EQ(segments.filled, 101U * 0xFFFDU + 1);
-    EXPECT_EQ(segments.last_command_text.size(), 3U * 65536U);
+    EXPECT_EQ(segments.last_command_text.size(), 3U * 131072U);
 }
 
 // Every order of a few segments of every kind: nothing but what was brought is ever there.

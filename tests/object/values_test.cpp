@@ -14,6 +14,8 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace std::string_literals;
+
 std::string shown(const std::vector<std::uint8_t>& data, const Properties& table,
                   LengthField length_field = LengthField::one_or_two_bytes, Values values = Values::carried) {
     const Message m(data);
@@ -264,20 +266,21 @@ TEST_F(PrintUtf8, CutAtTheEnd) {
            "\"ERROR_UTF8_3CHAR<Corvane rond vide (ne pas utiliser)>\"", true);
 }
 
-TEST_F(PrintUtf8, ZeroByteInsideACharacterEndsTheText) {
-    // Its closing quote included; the names have no such byte.
-    expect(bytes("41 c4 00 42"), 4, "\"A\xC4",
-           "\"A<" + named("LATIN CAPITAL LETTER A WITH MACRON", "Latin Extended-A-U+0100") + ">B\"", true);
-    expect(bytes("ee 00 80 42"), 4, "\"\xEE", "\"<Corvane >B\"", true);
-    // Nothing behind the text: the byte there reads as 0.
-    expect(bytes("c4"), 1, "\"ERROR_UTF8_2CHAR\xC4",
-           "\"ERROR_UTF8_2CHAR<" + named("LATIN CAPITAL LETTER A WITH MACRON", "Latin Extended-A-U+0100") +
-               ">\"",
-           true);
+TEST_F(PrintUtf8, ZeroByteInsideACharacterStays) {
+    expect(bytes("41 c4 00 42"), 4, "\"A\xC4\0B\""s, "\"A<" + a_macron() + ">B\"", true);
+    expect(bytes("ee 00 80 42"), 4, "\"\xEE\0\x80"s + "B\"", "\"<Corvane >B\"", true);
+    expect(bytes("ee 80 00 42"), 4, "\"\xEE\x80\0B\""s, "\"<Corvane >B\"", true);
+    // A key shows as its code: no byte of it is copied.
+    expect(bytes("ee 00 00"), 3, "\"\\uE000\"", "\"<Corvane >\"", true);
+    // A zero byte of its own has a name.
+    expect(bytes("00 41"), 2, "\"\\NULA\"", "\"\\NULA\"", false);
+    // Nothing behind the text: the bytes there read as 0.
+    expect(bytes("c4"), 1, "\"ERROR_UTF8_2CHAR\xC4\0\""s, "\"ERROR_UTF8_2CHAR<" + a_macron() + ">\"", true);
+    expect(bytes("ee"), 1, "\"ERROR_UTF8_3CHAR\xEE\0\0\""s, "\"ERROR_UTF8_3CHAR<Corvane >\"", true);
+    expect(bytes("ee 80"), 2, "\"ERROR_UTF8_3CHAR\xEE\x80\0\""s, "\"ERROR_UTF8_3CHAR<Corvane >\"", true);
+    expect(bytes("41 42 ee"), 3, "\"ABERROR_UTF8_3CHAR\\uE000\"", "\"ABERROR_UTF8_3CHAR<Corvane >\"", true);
     EXPECT_EQ(shown(bytes("37 02 c4 00 26 01 05"), class_of(0x84).properties),
-              "\n\tlabel          \t\"\xC4\t//\"<" +
-                  named("LATIN CAPITAL LETTER A WITH MACRON", "Latin Extended-A-U+0100") +
-                  ">\"\n\tx              \t5");
+              "\n\tlabel          \t\"\xC4\0\"\t//\"<"s + a_macron() + ">\"\n\tx              \t5");
 }
 
 TEST(vPutf8char, EveryByte) {
