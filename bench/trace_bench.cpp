@@ -52,9 +52,9 @@ void decode_trace(benchmark::State& state, const Case& c) {
     const MemoryFile input(trace);
     const int null = ::open("/dev/null", O_WRONLY | O_CLOEXEC);
     for (auto _ : state) {
-        tool::Output out(null);
-        tool::Output diagnostics(null);
-        tool::TraceDecoder decoder("trace", options, false, out, diagnostics);
+        tool::Output out(null, false);
+        tool::Output diagnostics(null, false);
+        tool::TraceDecoder decoder("trace", options, {}, out, diagnostics);
         decoder.decode(input.from_the_start());
     }
     ::close(null);

@@ -36,14 +36,22 @@ void put_in_order(std::vector<ByteRange>& ranges) {
 
 void Provenance::start(const Text& text) {
     text_ = &text;
+    in_one_ = false;
     origin_ = seen_ = text.size();
     stretches_.clear();
     open_ = Stretch{};
     open_.begin = open_.end = 0;
 }
 
+bool Provenance::written() const noexcept { return text_->size() != seen_; }
+
+void Provenance::pass_over() noexcept {
+    seen_ = text_->size();
+    open_.begin = open_.end = seen_ - origin_;
+}
+
 void Provenance::read(std::uint32_t offset, bool reassembled) {
-    if (text_->size() != seen_ || (reassembled != open_.reassembled && !open_.bytes.empty())) close();
+    if ((written() && !in_one_) || (reassembled != open_.reassembled && !open_.bytes.empty())) close();
     open_.reassembled = reassembled;
     if (offset == behind_the_end) {
         open_.behind_the_end = true;

@@ -35,6 +35,33 @@ class Provenance {
     // Starts anew for the text that is written to `text` from its present end on.
     void start(const Text& text);
     void read(std::uint32_t offset, bool reassembled);
+
+    // What `write` writes is no stretch, nor a part of one.
+    template <class Write>
+    void without(Write write) {
+        if (written()) close();
+        write();
+        pass_over();
+    }
+
+    // What is written while it lives is one stretch, whatever is read meanwhile. (Null: nobody asks.)
+    class OneStretch {
+      public:
+        explicit OneStretch(Provenance* provenance) : provenance_(provenance) {
+            if (provenance_ == nullptr) return;
+            if (provenance_->written()) provenance_->close();
+            provenance_->in_one_ = true;
+        }
+        OneStretch(const OneStretch&) = delete;
+        OneStretch& operator=(const OneStretch&) = delete;
+        ~OneStretch() {
+            if (provenance_ != nullptr) provenance_->in_one_ = false;
+        }
+
+      private:
+        Provenance* provenance_;
+    };
+
     // Closes the last stretch. Offsets in the stretches count from where the text stood at `start`.
     void finish();
 
@@ -43,9 +70,12 @@ class Provenance {
     std::vector<ByteRange> unused(std::uint32_t length) const;
 
   private:
+    bool written() const noexcept;  // since the last look
     void close();
+    void pass_over() noexcept;
 
     const Text* text_ = nullptr;
+    bool in_one_ = false;
     std::size_t origin_ = 0;
     std::size_t seen_ = 0;  // the text's size at the last look
     Stretch open_;

@@ -52,6 +52,9 @@ struct Switches {
     bool color = false;       // wrap each decoded text in the colour of its direction
     bool audio_only = false;  // drop every message that is not an audio message
     bool debug = false;       // entry traces on the side channel's standard output
+    // What the codes of a colour begin with. No text holds a zero: where it stands in place of the escape
+    // character, no bytes of a message can be taken for a colour.
+    char color_escape = '\033';
 };
 
 // A message that is being put together from segment messages of the digital-set link.

@@ -10,19 +10,29 @@ namespace {
 constexpr std::uint8_t super_type1 = 11;  // parts with a length byte
 constexpr std::uint8_t super_type2 = 23;  // parts with two length bytes, low byte first
 
+void colour_code(const Session& session, std::string_view code, Text& out) {
+    if (!session.switches.color) return;
+    const auto write = [&] {
+        out.add({&session.switches.color_escape, 1});
+        out.add(code);
+    };
+    if (session.provenance != nullptr) {
+        session.provenance->without(write);
+    } else {
+        write();
+    }
+}
+
 // Puts what is written while it lives in the colour of the direction.
 class Coloured {
   public:
-    Coloured(const Session& session, std::uint32_t direction, Text& out)
-        : on_(session.switches.color), out_(out) {
-        if (on_) out_.add(direction == to_dhs ? "\033[0;31m" : "\033[0;32m");
+    Coloured(const Session& session, std::uint32_t direction, Text& out) : session_(session), out_(out) {
+        colour_code(session_, direction == to_dhs ? "[0;31m" : "[0;32m", out_);
     }
-    void end() {
-        if (on_) out_.add("\033[0m");
-    }
+    void end() { colour_code(session_, "[0m", out_); }
 
   private:
-    bool on_;
+    const Session& session_;
     Text& out_;
 };
 
@@ -53,7 +63,8 @@ void dispatch_with_newline(Session& session, Message& m, std::uint32_t direction
 }
 
 // The bytes of a part as a trace line that the readers take: "\t> zt LL 00 B0 B1 ... Bn\n".
-void msg_hexline(const Message& m, Text& out) {
+void msg_hexline(const Session& session, const Message& m, Text& out) {
+    const Provenance::OneStretch line(session.provenance);
     out.print("\t> zt {:02x} 00"_cf, m.length());
     for (std::uint32_t k = 0; k < m.length(); ++k) {
         out.add(" ");
@@ -82,7 +93,7 @@ void split_super_message(Session& session, const Message& m, const SuperKind& ki
         const Carried level(session);
         if (!level) return;
         Message part = m.part(at + kind.width, length);
-        msg_hexline(part, out);
+        msg_hexline(session, part, out);
         kind.dispatch(session, part, m.direction, out);
         at += kind.width + length;
     } while (at != m.length());
@@ -126,7 +137,7 @@ Outcome decode(Session& session, Message& m, Text& out) {
         decode_carried(session, m, out);
     } catch (const UnknownClass&) {
         outcome = Outcome::unknown_class;
-        if (session.switches.color) out.add("\033[0m");
+        colour_code(session, "[0m", out);
     }
     captured.done();
     if (session.provenance != nullptr) session.provenance->finish();

@@ -66,7 +66,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const ztdecode::fuzz::Descriptor in =
         data[0] == 0 ? ztdecode::fuzz::file_with(content) : ztdecode::fuzz::pieces_of(content, data[0]);
     const ztdecode::fuzz::Sink sink(0);
-    ztdecode::tool::Output out(sink.descriptor());
+    ztdecode::tool::Output out(sink.descriptor(), false);
     Reading reading(in.number(), out);
     bool more = true;
     for (std::size_t k = 0; more; ++k) {

@@ -22,7 +22,16 @@
  *  6. Numbers have their natural alignment and the byte order of the machine in records; "direction" is 1
  *     for messages towards the system ("to DHS") and 0 for those from it; any other value is decoded like
  *     1, coloured and traced like 0.
- *  7. Beside their texts, functions write to the standard streams only what is said with them, or with the
+ *  7. A message may carry others (super messages, hubs, segments, set emulations, super messages of
+ *     modules), and those again. For all that one captured message carries there is one budget: 2560
+ *     messages inside each other, 64 messages put together from segments, 16 MiB of text, 64 KiB of
+ *     complaints on standard error. Where it is used up nothing more is carried; what was written stays. No
+ *     message that a system sends comes near it. Decoding needs at most 1 MiB of stack.
+ *  8. A message that cannot be decoded for want of memory leaves no trace: later texts are as if it had not
+ *     been handed over.
+ *  9. Names of characters come from the shared object libuninameslist.so. dlopen looks for it as it looks
+ *     for any library (LD_LIBRARY_PATH, then the system's places); nothing else of the environment is read.
+ * 10. Beside their texts, functions write to the standard streams only what is said with them, or with the
  *     function or switch that they hand a message to.
  */
 #ifndef ZTDECODE_H
@@ -209,7 +218,8 @@ ZTDECODE_API const char* decode_s0_out(MessageRecord* record);
  * each) and lets `decoder`, one of the functions above or one of the host's own, name each part, a line of
  * the text. The decoder gets a module message like the others, in a record that lives as long as its call:
  * byte 1 is the length of the part, byte 2 its first byte. The text that it gives is copied at once (null
- * counts as empty); it may call every function here. Lengths that run past the message are complained of
+ * counts as empty); it may call every function here, but has to return: leaving it by longjmp or by an
+ * exception is not allowed. Lengths that run past the message are complained of
  * on standard error as by decale. Gives a buffer. */
 ZTDECODE_API const char* subSuper(MessageRecord* record, const char* (*decoder)(MessageRecord*));
 

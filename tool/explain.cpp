@@ -1,74 +1,110 @@
 #include "tool/explain.hpp"
 
+#include <algorithm>
 #include <string>
+
+#include "tool/control.hpp"
 
 namespace ztdecode::tool {
 
 namespace {
 
-std::string ranges(const std::vector<ByteRange>& bytes) {
+constexpr std::string_view left_out = "..";
+constexpr std::string_view unused_bytes = "unused";
+
+// How many of n items stand before and behind those that are left out.
+struct Shown {
+    std::size_t first;
+    std::size_t last;
+};
+constexpr Shown shown_ranges(std::size_t n) { return n <= 4 ? Shown{n, 0} : Shown{2, 1}; }
+constexpr Shown shown_bytes(std::size_t n) { return n <= 8 ? Shown{n, 0} : Shown{5, 2}; }
+
+std::string range(ByteRange r) {
+    return r.first == r.last ? fmt::format("{}"_cf, r.first) : fmt::format("{}-{}"_cf, r.first, r.last);
+}
+
+std::string offsets(const std::vector<ByteRange>& ranges) {
+    const Shown shown = shown_ranges(ranges.size());
     std::string text;
-    for (const ByteRange& r : bytes) {
-        if (!text.empty()) text += ",";
-        text += fmt::format("{}"_cf, r.first);
-        if (r.last != r.first) text += fmt::format("-{}"_cf, r.last);
+    for (std::size_t k = 0; k < ranges.size(); ++k) {
+        if (k == shown.first) text.append(",").append(left_out);
+        if (k >= shown.first && k < ranges.size() - shown.last) continue;
+        if (k > 0) text += ",";
+        text += range(ranges[k]);
     }
     return text;
 }
 
-std::string source_of(const Stretch& stretch) {
-    std::string text = ranges(stretch.bytes);
-    if (stretch.reassembled && !text.empty()) text = "reassembled " + text;
-    if (stretch.behind_the_end) text += text.empty() ? "behind the end" : ", behind the end";
-    return text.empty() ? "-" : text;
-}
+std::size_t size(ByteRange r) { return std::size_t{r.last} - r.first + 1; }
 
-// As a C string literal, so that a stretch stays on its line.
-std::string quoted(std::string_view words) {
-    std::string text = "\"";
-    for (const char c : words) {
-        switch (c) {
-            case '\n':
-                text += "\\n";
-                break;
-            case '\t':
-                text += "\\t";
-                break;
-            case '\r':
-                text += "\\r";
-                break;
-            case '"':
-                text += "\\\"";
-                break;
-            case '\\':
-                text += "\\\\";
-                break;
-            default:
-                if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-                    text += fmt::format("\\x{:02x}"_cf, static_cast<unsigned char>(c));
-                } else {
-                    text += c;
-                }
+std::string hexadecimal(const std::vector<ByteRange>& ranges, std::span<const std::uint8_t> bytes) {
+    std::size_t n = 0;
+    for (const ByteRange& r : ranges) n += size(r);
+    const Shown shown = shown_bytes(n);
+    std::string text;
+    std::size_t k = 0;  // of the byte among the n
+    for (const ByteRange& r : ranges) {
+        for (std::uint32_t offset = r.first; offset <= r.last && offset < bytes.size(); ++offset, ++k) {
+            if (k == shown.first) text.append(" ").append(left_out);
+            if (k >= shown.first && k < n - shown.last) continue;
+            text += fmt::format("{}{:02x}"_cf, k > 0 ? " " : "", bytes[offset]);
         }
     }
-    return text + "\"";
+    return text;
 }
 
-void entry(std::string_view left, std::string_view right, Text& out) {
-    out.print("    {:<12} {}\n"_cf, left, right);
+// The columns before the words.
+struct Source {
+    std::string offsets;
+    std::string bytes;
+};
+
+// The bytes of a reassembled message are those of its segments; they stand nowhere in this one.
+Source source_of(const Stretch& stretch, const Message& m) {
+    Source source = {offsets(stretch.bytes), {}};
+    if (stretch.reassembled && !stretch.bytes.empty()) {
+        source.offsets.insert(0, "reassembled ");
+    } else {
+        source.bytes = hexadecimal(stretch.bytes, m.bytes());
+    }
+    if (stretch.behind_the_end)
+        source.offsets += source.offsets.empty() ? "behind the end" : ", behind the end";
+    if (source.offsets.empty()) source.offsets = "-";
+    return source;
+}
+
+void add_column(std::string_view words, std::size_t width, Text& out) {
+    out.add(words);
+    for (std::size_t k = words.size(); k < width + 2; ++k) out.add(" ");
 }
 
 }  // namespace
 
-void explain(const Provenance& provenance, std::size_t text_begin, std::size_t text_end, std::uint32_t length,
-             Text& out) {
-    // Taken out first: the text moves when it grows.
-    const std::string text(out.view().substr(text_begin, text_end - text_begin));
+void explain(const Provenance& provenance, std::string_view text, const Message& m, Text& out) {
+    std::size_t width = unused_bytes.size();
+    std::size_t bytes_width = 0;
     for (const Stretch& s : provenance.stretches()) {
-        entry(source_of(s), quoted(std::string_view(text).substr(s.begin, s.end - s.begin)), out);
+        const Source source = source_of(s, m);
+        width = std::max(width, source.offsets.size());
+        bytes_width = std::max(bytes_width, source.bytes.size());
     }
-    const std::string left = ranges(provenance.unused(length));
-    entry("unused", left.empty() ? "none" : left, out);
+    for (const Stretch& s : provenance.stretches()) {
+        const Source source = source_of(s, m);
+        out.add("    ");
+        add_column(source.offsets, width, out);
+        add_column(source.bytes, bytes_width, out);
+        add_quoted(text.substr(s.begin, s.end - s.begin), out);
+        out.add("\n");
+    }
+    const auto left = provenance.unused(m.length());
+    out.add("    ");
+    add_column(unused_bytes, width, out);
+    if (left.empty()) {
+        out.add("none\n");
+    } else {
+        out.print("{}  {}\n"_cf, offsets(left), hexadecimal(left, m.bytes()));
+    }
 }
 
 }  // namespace ztdecode::tool

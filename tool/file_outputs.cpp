@@ -10,6 +10,7 @@ namespace ztdecode::tool {
 namespace {
 
 constexpr std::size_t block_size = std::size_t{64} * 1024;
+constexpr std::size_t most_in_memory = std::size_t{16} * 1024;
 
 // Inside the kernel where it can do that; it cannot for a file that is appended to, for one.
 bool copy_in_kernel(int from, int to) {
@@ -21,27 +22,14 @@ bool copy_in_kernel(int from, int to) {
     return n == 0;
 }
 
-// 0, or an errno.
-int copy(int from, int to) {
-    ::lseek(from, 0, SEEK_SET);
-    if (copy_in_kernel(from, to)) return 0;
-    int error = 0;
-    char block[block_size];
-    for (ssize_t n = 0; error == 0 && (n = ::read(from, block, sizeof block)) > 0;) {
-        error = write_whole(to, {block, static_cast<std::size_t>(n)});
-    }
-    return error;
-}
-
 }  // namespace
 
-FileOutputs::FileOutputs() : out_(*this, STDOUT_FILENO), diagnostics_(*this, STDERR_FILENO) {}
+FileOutputs::FileOutputs(bool escapes_output, bool escapes_diagnostics)
+    : out_(*this, STDOUT_FILENO, escapes_output), diagnostics_(*this, STDERR_FILENO, escapes_diagnostics) {}
 
 void FileOutputs::close() {
-    for (Kept* kept : {&out_, &diagnostics_}) {
-        kept->flush();
-        kept->text = Text();
-    }
+    out_.flush_and_release();
+    diagnostics_.flush_and_release();
 }
 
 // A file's text goes out before its diagnostics. To close a large file takes a while, which is not for others
@@ -57,23 +45,63 @@ void FileOutputs::your_turn() {
 
 void FileOutputs::Kept::send(std::string_view words) {
     const std::lock_guard lock(both_.mutex_);
-    if (release_error_ != 0) {
-        fail(release_error_);
+    if (output_error_ != 0) {
+        fail(output_error_);
     } else if (both_.turn_) {
-        write(words);
+        write_out(words);
     } else {
         keep(words);
     }
 }
 
+void FileOutputs::Kept::write_out(std::string_view words) {
+    output_error_ = write_whole(descriptor(), words);
+    fail(output_error_);
+}
+
 void FileOutputs::Kept::keep(std::string_view words) {
-    if (file_ == nullptr) file_.reset(std::tmpfile());
-    fail(file_ == nullptr ? errno : write_whole(::fileno(file_.get()), words));
+    if (file_ == nullptr && memory_.size() + words.size() <= most_in_memory) {
+        memory_.add(words);
+        return;
+    }
+    if (file_ == nullptr) {
+        file_.reset(std::tmpfile());
+        if (file_ == nullptr) {
+            temporary_error_ = errno;
+        } else {
+            write_file(memory_.view());
+        }
+    }
+    write_file(words);
+    fail(temporary_error_);
+}
+
+void FileOutputs::Kept::write_file(std::string_view words) {
+    if (temporary_error_ == 0) temporary_error_ = write_whole(::fileno(file_.get()), words);
 }
 
 FileOutputs::File FileOutputs::Kept::release() {
-    if (file_ != nullptr && error() == 0) release_error_ = copy(::fileno(file_.get()), descriptor());
+    if (file_ != nullptr) {
+        copy_file();
+    } else {
+        output_error_ = write_whole(descriptor(), memory_.view());
+    }
+    memory_ = Text();
     return std::move(file_);
+}
+
+void FileOutputs::Kept::copy_file() {
+    const int file = ::fileno(file_.get());
+    ::lseek(file, 0, SEEK_SET);
+    if (copy_in_kernel(file, descriptor())) return;
+    char block[block_size];
+    while (output_error_ == 0) {
+        const ssize_t n = ::read(file, block, sizeof block);
+        if (n < 0 && errno == EINTR) continue;
+        if (n < 0) temporary_error_ = errno;
+        if (n <= 0) return;
+        output_error_ = write_whole(descriptor(), {block, static_cast<std::size_t>(n)});
+    }
 }
 
 }  // namespace ztdecode::tool

@@ -9,10 +9,11 @@
 namespace ztdecode::tool {
 
 // Standard output and standard error for one of several files that are decoded at once: what the file gives
-// before its turn is kept in temporary files without a name, from then on it goes straight out.
+// before its turn is kept, a little of it in memory and more in temporary files without a name; from then on
+// it goes straight out.
 class FileOutputs {
   public:
-    FileOutputs();
+    FileOutputs(bool escapes_output, bool escapes_diagnostics);
 
     // For the thread that decodes the file.
     Output& out() noexcept { return out_; }
@@ -24,7 +25,11 @@ class FileOutputs {
     // now.
     void your_turn();
     // When the file is done and has had its turn: 0, or the errno of the first write that failed.
-    int error() const noexcept { return out_.error_of_both(); }
+    int error() const noexcept { return out_.output_error(); }
+    // The same of a temporary file, which could not be made, written or read.
+    int temporary_error() const noexcept {
+        return out_.temporary_error() != 0 ? out_.temporary_error() : diagnostics_.temporary_error();
+    }
 
   private:
     struct Closed {
@@ -34,18 +39,25 @@ class FileOutputs {
 
     class Kept : public Output {
       public:
-        Kept(FileOutputs& both, int descriptor) noexcept : Output(descriptor), both_(both) {}
+        Kept(FileOutputs& both, int descriptor, bool escapes) noexcept
+            : Output(descriptor, escapes), both_(both) {}
         // What is kept goes out; the file itself is for the caller to close.
         File release();
-        int error_of_both() const noexcept { return error() != 0 ? error() : release_error_; }
+        int output_error() const noexcept { return output_error_; }
+        int temporary_error() const noexcept { return temporary_error_; }
 
       private:
         void send(std::string_view words) override;
+        void write_out(std::string_view words);
         void keep(std::string_view words);
+        void write_file(std::string_view words);
+        void copy_file();
 
         FileOutputs& both_;
+        Text memory_;  // the whole of what is kept, until it becomes too much
         File file_;
-        int release_error_ = 0;
+        int output_error_ = 0;
+        int temporary_error_ = 0;
     };
 
     std::mutex mutex_;  // for the turn and for what is kept

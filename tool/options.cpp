@@ -1,31 +1,188 @@
 #include "tool/options.hpp"
 
 #include <CLI/CLI.hpp>
-#include <iostream>
-#include <map>
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstring>
+#include <span>
+#include <string_view>
+#include <type_traits>
 
 #include "core/message.hpp"
+#include "tool/display.hpp"
+#include "tool/streams.hpp"
 
 namespace ztdecode::tool {
 
 namespace {
 
-const std::map<std::string, Layout>& layouts() {
-    static const std::map<std::string, Layout> names = {
-        {"auto", Layout::recognised}, {"line", Layout::line}, {"lng2", Layout::line_lng2},
-        {"zt", Layout::tagged},       {"spzt", Layout::spzt}, {"spzt-lng2", Layout::spzt_lng2},
-        {"bin1", Layout::bin1},       {"bin2", Layout::bin2},
-    };
-    return names;
+constexpr unsigned most_jobs = 256;
+constexpr int status_failed = 2;
+
+template <class T>
+struct Named {
+    std::string_view name;
+    T value;
+};
+template <class T>
+using Names = std::span<const Named<T>>;
+
+constexpr auto layouts = std::to_array<Named<Layout>>({
+    {"auto", Layout::recognised},
+    {"line", Layout::line},
+    {"lng2", Layout::line_lng2},
+    {"zt", Layout::tagged},
+    {"spzt", Layout::spzt},
+    {"spzt-lng2", Layout::spzt_lng2},
+    {"bin1", Layout::bin1},
+    {"bin2", Layout::bin2},
+});
+constexpr auto directions = std::to_array<Named<std::uint32_t>>({{"from", from_dhs}, {"to", to_dhs}});
+constexpr auto colors = std::to_array<Named<Color>>(
+    {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}});
+constexpr auto controls = std::to_array<Named<Control>>(
+    {{"auto", Control::automatic}, {"raw", Control::raw}, {"escape", Control::escape}});
+constexpr auto progresses = std::to_array<Named<bool>>({{"auto", true}, {"never", false}});
+
+constexpr auto description = "Readable texts for the messages in traces of telephone terminal signalling.\n";
+
+constexpr auto footer = R"(Layouts of trace lines, each with the two bytes 03 0a for its message:
+  000042R 02 03 0a       spzt: six characters of the trace's own (a number, a
+                         time: copied, never read), S for a message from the
+                         system or R for one to it, a blank, the length, the
+                         bytes; spzt-lng2: always two length bytes
+  02 03 0a               line: the length in one byte, the bytes
+  02 00 03 0a            lng2: the length in two bytes, low one first
+  zt 02 03 0a            zt: "zt ", then one of these two
+bin1 and bin2 are binary: messages behind one or two length bytes each.
+
+Words:
+  refused                a trace line that cannot be decoded, as "02 03" whose
+                         second byte is missing; standard error names it, and
+                         the work goes on
+  no trace line          any other line, as "08:42:01 link up", a blank one or
+                         one that begins with #; it is printed as it is
+  offset                 of a byte in its message; 0 is the first one after the
+                         length
+  HE, RYM                in texts: sets with a windowing system of their own,
+                         terminals spoken to in objects and their properties
+
+Examples:
+  ztdecode trace.spzt
+  tail -f trace.spzt | ztdecode --no-input
+  ztdecode --explain trace.spzt | less
+  ztdecode --layout bin2 --direction to capture.bin
+
+Exit status: 0, 1 when lines were refused, 2 for bad usage, a file that cannot
+be read or an output that cannot be written. "man ztdecode" says more.
+)";
+
+// The library's help with one blank line between groups.
+class HelpLayout : public CLI::Formatter {
+  public:
+    std::string make_group(std::string group, bool is_positional,
+                           std::vector<const CLI::Option*> options) const override {
+        const std::string text =
+            CLI::Formatter::make_group(std::move(group), is_positional, std::move(options));
+        return is_positional ? text + "\n" : text.substr(1);
+    }
+};
+
+template <class T>
+std::string listed(Names<T> names) {
+    std::string list;
+    for (const auto& [name, value] : names) list.append(list.empty() ? "" : ", ").append(name);
+    return list;
 }
 
-constexpr auto description =
-    "Decodes the messages of trace files to readable text. Each trace line is printed, then what its message "
-    "says;\n"
-    "lines that are no trace line are printed as they are.";
+// An option whose value is one of these names. Given twice, the last one counts.
+template <class T>
+CLI::Option* add_choice(CLI::App& app, const std::string& option, T& chosen,
+                        std::type_identity_t<Names<T>> names, const std::string& help) {
+    auto choose = [&chosen, names, option](const std::string& word) {
+        for (const auto& [name, value] : names) {
+            if (name != word) continue;
+            chosen = value;
+            return;
+        }
+        throw CLI::ValidationError(option, word + " is none of " + listed<T>(names));
+    };
+    return app.add_option_function<std::string>(option, choose, help)->take_last();
+}
 
-constexpr auto footer =
-    "Exit status: 0, 1 when lines were refused, 2 for bad usage or a file that cannot be read.";
+void add_jobs(CLI::App& app, unsigned& jobs, const std::string& help) {
+    const std::string option = "--jobs";
+    auto choose = [&jobs, option](const std::string& word) {
+        const char* const end = word.data() + word.size();
+        unsigned n = 0;
+        const auto read = std::from_chars(word.data(), end, n);
+        if (read.ec != std::errc() || read.ptr != end || n < 1 || n > most_jobs) {
+            throw CLI::ValidationError(option, word + " is no number from 1 to " + std::to_string(most_jobs));
+        }
+        jobs = n;
+    };
+    app.add_option_function<std::string>(option, choose, help)->take_last()->type_name("N")->group("Work");
+}
+
+CLI::Option* add_switch(CLI::App& app, const std::string& option, bool& on, const std::string& help) {
+    return app.add_flag(option, on, help)->take_last()->disable_flag_override();
+}
+
+void add_options(CLI::App& app, Options& o, bool& no_input) {
+    app.add_option("FILE", o.files, "trace files; - or none: standard input")->type_name("");
+    add_choice(app, "--layout", o.layout, layouts,
+               "how the messages are written: auto (as each\n"
+               "line looks, default), line, lng2, zt, spzt,\n"
+               "spzt-lng2, bin1 or bin2; see below")
+        ->type_name("LAYOUT")
+        ->group("Input");
+    add_choice(app, "--direction", o.direction, directions,
+               "from (the system, default) or to it, for\n"
+               "layouts that do not say it")
+        ->type_name("WAY")
+        ->group("Input");
+    add_switch(app, "--no-input", no_input, "leave the trace lines out")->group("Output");
+    add_switch(app, "--audio-only", o.audio_only, "audio messages only")->group("Output");
+    add_switch(app, "--explain", o.explain, "which bytes each stretch of a text came from")->group("Output");
+    add_switch(app, "--debug", o.debug, "what the decoders trace on the side")->group("Output");
+    add_choice(app, "--color", o.color, colors,
+               "red to the system, green from it: auto (on a\n"
+               "terminal without NO_COLOR, default), always\n"
+               "or never")
+        ->type_name("WHEN")
+        ->group("Terminal");
+    add_choice(app, "--control", o.control, controls,
+               "what a terminal would act on: auto (escaped\n"
+               "on a terminal, default), escape (always: \\x1b,\n"
+               "\\u202e) or raw (never)")
+        ->type_name("HOW")
+        ->group("Terminal");
+    add_choice(app, "--progress", o.progress, progresses,
+               "auto (on a terminal while the output goes to\n"
+               "a file, default) or never")
+        ->type_name("WHEN")
+        ->group("Terminal");
+    add_jobs(app, o.jobs, "decode N files at once; the output is the same");
+    app.set_help_flag("-h,--help", "say this")->group("Work");
+    app.set_version_flag("--version", "ztdecode " ZTDECODE_VERSION "\n", "say the version")->group("Work");
+}
+
+// Gives the exit status.
+int say(std::string_view words) {
+    const int error = write_whole(STDOUT_FILENO, words);
+    if (error == 0) return 0;
+    std::fprintf(stderr, "ztdecode: standard output: %s\n", std::strerror(error));
+    return status_failed;
+}
+
+void say_what_is_wrong(std::string_view why) {
+    Output diagnostics(STDERR_FILENO, is_terminal(STDERR_FILENO));
+    diagnostics.text.add("ztdecode: ");
+    diagnostics.add_name(why);
+    diagnostics.text.add("\nztdecode --help says how it is used\n");
+    diagnostics.flush();
+}
 
 }  // namespace
 
@@ -34,41 +191,20 @@ Arguments parse_arguments(int argc, char** argv) {
     bool no_input = false;
     CLI::App app(description, "ztdecode");
     app.footer(footer);
-    app.set_version_flag("--version", "ztdecode " ZTDECODE_VERSION);
-    app.add_option("FILE", o.files, "trace files; - or none: standard input");
-    app.add_option("--layout", o.layout,
-                   "auto (each line's layout is recognised), line, lng2, zt, spzt, spzt-lng2, bin1 or bin2")
-        ->transform(CLI::CheckedTransformer(layouts(), CLI::ignore_case).description(""))
-        ->type_name("LAYOUT");
-    app.add_option("--direction", o.direction,
-                   "to or from the system (from), where the layout does not say it")
-        ->transform(
-            CLI::CheckedTransformer(std::map<std::string, std::uint32_t>{{"to", to_dhs}, {"from", from_dhs}},
-                                    CLI::ignore_case)
-                .description(""))
-        ->type_name("WAY");
-    app.add_flag("--no-input", no_input, "leave the trace lines out");
-    app.add_option("--color", o.color, "auto (on a terminal, unless NO_COLOR is set), always or never")
-        ->transform(CLI::CheckedTransformer(
-                        std::map<std::string, Color>{
-                            {"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}},
-                        CLI::ignore_case)
-                        .description(""))
-        ->type_name("WHEN");
-    app.add_flag("--audio-only", o.audio_only, "show audio messages only");
-    app.add_flag("--explain", o.explain,
-                 "say under each message which bytes each piece of its text came from");
-    app.add_flag("--debug", o.debug, "show what the decoders trace on the side");
-    app.add_option("--jobs", o.jobs, "decode N files at once; the output is the same")
-        ->check(CLI::Range(1, 256))
-        ->type_name("N");
+    const auto layout = std::make_shared<HelpLayout>();
+    layout->column_width(22);
+    layout->label("Positionals", "Files");
+    app.formatter(layout);
+    add_options(app, o, no_input);
     try {
         app.parse(argc, argv);
-    } catch (const CLI::Success& asked) {
-        return {std::nullopt, app.exit(asked)};
+    } catch (const CLI::CallForHelp&) {
+        return {std::nullopt, say(app.help())};
+    } catch (const CLI::CallForVersion& version) {
+        return {std::nullopt, say(version.what())};
     } catch (const CLI::ParseError& wrong) {
-        std::cerr << "ztdecode: " << wrong.what() << "\nztdecode --help says how it is used\n";
-        return {std::nullopt, 2};
+        say_what_is_wrong(wrong.what());
+        return {std::nullopt, status_failed};
     }
     o.input = !no_input;
     if (o.files.empty()) o.files.emplace_back("-");

@@ -12,12 +12,17 @@ enum class Layout { recognised, line, line_lng2, tagged, spzt, spzt_lng2, bin1, 
 
 enum class Color { automatic, always, never };
 
+// Whether what would act on a terminal is shown as an escape. `automatic`: where it goes to a terminal.
+enum class Control { automatic, raw, escape };
+
 struct Options {
     std::vector<std::string> files;  // "-" is standard input
     Layout layout = Layout::recognised;
     std::uint32_t direction = 0;  // of layouts without a direction column
     Color color = Color::automatic;
-    bool input = true;  // show the trace lines
+    Control control = Control::automatic;
+    bool progress = true;  // say how far a long file has come, where it is in nobody's way
+    bool input = true;     // show the trace lines
     bool audio_only = false;
     bool debug = false;
     bool explain = false;

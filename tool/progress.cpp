@@ -1,10 +1,10 @@
 #include "tool/progress.hpp"
 
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <cstdio>
-#include <utility>
+
+#include "tool/control.hpp"
 
 namespace ztdecode::tool {
 
@@ -15,12 +15,12 @@ constexpr std::uint64_t bytes_between_looks = std::uint64_t{256} * 1024;
 
 }  // namespace
 
-Progress::Progress(std::string name, int input_descriptor, bool wanted)
-    : name_(std::move(name)), next_(std::chrono::steady_clock::now() + between_lines) {
+Progress::Progress(std::string_view name, int input_descriptor, bool wanted)
+    : next_(std::chrono::steady_clock::now() + between_lines) {
     struct stat status {};
-    if (wanted && ::isatty(STDERR_FILENO) != 0 && ::isatty(STDOUT_FILENO) == 0 &&
-        ::fstat(input_descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) {
+    if (wanted && ::fstat(input_descriptor, &status) == 0 && S_ISREG(status.st_mode) && status.st_size > 0) {
         total_ = static_cast<std::uint64_t>(status.st_size);
+        add_escaped_name(name, name_);
     }
 }
 

@@ -2,15 +2,17 @@
 
 #include <chrono>
 #include <cstdint>
-#include <string>
+#include <string_view>
+
+#include "core/text.hpp"
 
 namespace ztdecode::tool {
 
-// A line on standard error that says how far a long file has come. Silent unless standard error is a terminal
-// and the output is not, and for input whose length nobody knows.
+// A line on standard error that says how far a long file has come. Silent for input whose length nobody
+// knows.
 class Progress {
   public:
-    Progress(std::string name, int input_descriptor, bool wanted);
+    Progress(std::string_view name, int input_descriptor, bool wanted);
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
     ~Progress();
@@ -24,7 +26,7 @@ class Progress {
   private:
     void show(std::uint64_t bytes_read);
 
-    std::string name_;
+    Text name_;
     std::uint64_t total_ = 0;
     std::uint64_t seen_ = 0;
     bool shown_ = false;

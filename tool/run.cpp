@@ -8,10 +8,11 @@
 #include <condition_variable>
 #include <csignal>
 #include <cstdio>
-#include <cstdlib>
 #include <cstring>
 #include <memory>
 #include <mutex>
+#include <new>
+#include <system_error>
 #include <thread>
 
 #include "tool/file_outputs.hpp"
@@ -23,20 +24,6 @@ namespace {
 
 constexpr int status_refused = 1;
 constexpr int status_failed = 2;
-
-bool wants_color(Color color) {
-    switch (color) {
-        case Color::always:
-            return true;
-        case Color::never:
-            return false;
-        default:
-            break;
-    }
-    const char* no_color =
-        std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): before any thread starts
-    return ::isatty(STDOUT_FILENO) != 0 && (no_color == nullptr || *no_color == '\0');
-}
 
 class Descriptor {
   public:
@@ -55,18 +42,36 @@ class Descriptor {
     int descriptor_;
 };
 
-int decode_file(const std::string& file, const Options& options, bool color, Output& out,
-                Output& diagnostics) {
+int decode_opened(const std::string& file, const Options& options, const Display& display, Output& out,
+                  Output& diagnostics) {
     const Descriptor descriptor(file);
     if (descriptor.get() < 0) {
-        diagnostics.text.print("ztdecode: {}: {}\n"_cf, file, std::string_view(std::strerror(errno)));
+        complain_of_file(file, std::strerror(errno), diagnostics);
         diagnostics.flush();
         return status_failed;
     }
-    const auto decoder = std::make_unique<TraceDecoder>(file, options, color, out, diagnostics);
+    const auto decoder = std::make_unique<TraceDecoder>(file, options, display, out, diagnostics);
     decoder->decode(descriptor.get());
     if (decoder->unreadable()) return status_failed;
     return decoder->refused_lines() ? status_refused : 0;
+}
+
+int decode_file(const std::string& file, const Options& options, const Display& display, Output& out,
+                Output& diagnostics) {
+    try {
+        return decode_opened(file, options, display, out, diagnostics);
+    } catch (const std::bad_alloc&) {
+        out.flush_and_release();
+        complain_of_file(file, std::strerror(ENOMEM), diagnostics);
+        diagnostics.flush();
+        return status_failed;
+    }
+}
+
+// There is none left to name the file with.
+int out_of_memory() noexcept {
+    write_whole(STDERR_FILENO, "ztdecode: not enough memory\n");
+    return status_failed;
 }
 
 // A closed pipe ends the work quietly: whoever read has seen enough.
@@ -76,19 +81,23 @@ int status_with_output(int status, int error) {
     return status_failed;
 }
 
-int run_one_by_one(const Options& options, bool color) {
-    Output out(STDOUT_FILENO);
-    Output diagnostics(STDERR_FILENO);
+int run_one_by_one(const Options& options, const Display& display) {
+    Output out(STDOUT_FILENO, display.escapes_output);
+    Output diagnostics(STDERR_FILENO, display.escapes_diagnostics);
     int status = 0;
     for (const std::string& file : options.files) {
         if (out.error() != 0) break;
-        status = std::max(status, decode_file(file, options, color, out, diagnostics));
+        status = std::max(status, decode_file(file, options, display, out, diagnostics));
     }
     return status_with_output(status, out.error());
 }
 
 // Far enough from the next one for two processors to write to them at once without waiting for each other.
 struct alignas(128) Job {
+    Job(const std::string& name, const Display& display)
+        : file(name), outputs(display.escapes_output, display.escapes_diagnostics) {}
+
+    const std::string& file;
     FileOutputs outputs;
     int status = 0;
     bool done = false;
@@ -98,61 +107,109 @@ struct alignas(128) Job {
 // many files at most: each of them may keep two temporary files open.
 constexpr std::size_t farthest_ahead = 100;
 
-int run_jobs(const Options& options, bool color) {
-    const std::vector<std::string>& files = options.files;
-    std::vector<std::unique_ptr<Job>> jobs(files.size());
-    for (auto& job : jobs) job = std::make_unique<Job>();
-    std::size_t next = 0;
-    std::size_t turn = 0;
-    std::mutex mutex;
-    std::condition_variable one_is_done;
-    std::condition_variable turn_has_moved;
-    auto work = [&] {
-        std::unique_lock lock(mutex);
-        while (next < files.size()) {
-            const std::size_t i = next++;
-            turn_has_moved.wait(lock, [&] { return i < turn + farthest_ahead; });
-            Job& job = *jobs[i];
+// Several files at once. Nothing thrown leaves a thread.
+class Jobs {
+  public:
+    Jobs(const Options& options, const Display& display) : options_(options), display_(display) {
+        for (const std::string& file : options.files) jobs_.push_back(std::make_unique<Job>(file, display));
+    }
+
+    // As many threads as there can be: false when there is none, and nothing is done then.
+    bool start() {
+        const std::size_t wanted = std::min<std::size_t>(options_.jobs, jobs_.size());
+        threads_.reserve(wanted);
+        try {
+            while (threads_.size() < wanted) threads_.emplace_back([this]() noexcept { work(); });
+        } catch (const std::system_error&) {
+        } catch (const std::bad_alloc&) {
+        }
+        return !threads_.empty();
+    }
+
+    int finish() noexcept {
+        int status = 0;
+        int error = 0;
+        std::unique_lock lock(mutex_);
+        for (; turn_ < jobs_.size() && error == 0; ++turn_) {
+            Job& job = *jobs_[turn_];
+            turn_has_moved_.notify_all();
             lock.unlock();
-            job.status = decode_file(files[i], options, color, job.outputs.out(), job.outputs.diagnostics());
-            job.outputs.close();
+            job.outputs.your_turn();
+            lock.lock();
+            one_is_done_.wait(lock, [&] { return job.done; });
+            status = std::max(status, status_of(job));
+            error = job.outputs.error();
+            jobs_[turn_].reset();
+        }
+        if (error != 0) next_ = jobs_.size();  // Nobody sees what the others would give.
+        turn_ = jobs_.size();
+        lock.unlock();
+        turn_has_moved_.notify_all();
+        for (std::thread& thread : threads_) thread.join();
+        return status_with_output(status, error);
+    }
+
+  private:
+    void work() noexcept {
+        std::unique_lock lock(mutex_);
+        while (next_ < jobs_.size()) {
+            const std::size_t i = next_++;
+            turn_has_moved_.wait(lock, [&] { return i < turn_ + farthest_ahead; });
+            Job& job = *jobs_[i];
+            lock.unlock();
+            job.status = decode(job);
             lock.lock();
             job.done = true;
-            one_is_done.notify_one();
+            one_is_done_.notify_one();
         }
-    };
-    std::vector<std::thread> threads;
-    for (unsigned i = 0; i < std::min<std::size_t>(options.jobs, files.size()); ++i)
-        threads.emplace_back(work);
-    int status = 0;
-    int error = 0;
-    std::unique_lock lock(mutex);
-    for (; turn < files.size() && error == 0; ++turn) {
-        Job& job = *jobs[turn];
-        turn_has_moved.notify_all();
-        lock.unlock();
-        job.outputs.your_turn();
-        lock.lock();
-        one_is_done.wait(lock, [&] { return job.done; });
-        status = std::max(status, job.status);
-        error = job.outputs.error();
-        jobs[turn].reset();
     }
-    if (error != 0) next = files.size();  // Nobody sees what the others would give.
-    turn = files.size();
-    lock.unlock();
-    turn_has_moved.notify_all();
-    for (std::thread& thread : threads) thread.join();
-    return status_with_output(status, error);
-}
+
+    int decode(Job& job) noexcept {
+        Output& out = job.outputs.out();
+        Output& diagnostics = job.outputs.diagnostics();
+        try {
+            const int status = decode_file(job.file, options_, display_, out, diagnostics);
+            job.outputs.close();
+            return status;
+        } catch (...) {
+            return out_of_memory();
+        }
+    }
+
+    int status_of(const Job& job) const noexcept {
+        const int error = job.outputs.temporary_error();
+        if (error == 0) return job.status;
+        try {
+            Output diagnostics(STDERR_FILENO, display_.escapes_diagnostics);
+            complain_of_file(job.file, "temporary file: " + std::string(std::strerror(error)), diagnostics);
+            diagnostics.flush();
+        } catch (...) {
+            return out_of_memory();
+        }
+        return status_failed;
+    }
+
+    const Options& options_;
+    const Display& display_;
+    std::vector<std::unique_ptr<Job>> jobs_;
+    std::vector<std::thread> threads_;
+    std::size_t next_ = 0;
+    std::size_t turn_ = 0;
+    std::mutex mutex_;
+    std::condition_variable one_is_done_;
+    std::condition_variable turn_has_moved_;
+};
 
 }  // namespace
 
 int run(const Options& options) {
     std::signal(SIGPIPE, SIG_IGN);
-    const bool color = wants_color(options.color);
-    return options.jobs > 1 && options.files.size() > 1 ? run_jobs(options, color)
-                                                        : run_one_by_one(options, color);
+    const Display shown = display(options);
+    if (options.jobs > 1 && options.files.size() > 1) {
+        Jobs jobs(options, shown);
+        if (jobs.start()) return jobs.finish();
+    }
+    return run_one_by_one(options, shown);
 }
 
 }  // namespace ztdecode::tool

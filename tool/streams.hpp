@@ -8,6 +8,7 @@
 
 #include "core/text.hpp"
 #include "decode/readers.hpp"
+#include "tool/control.hpp"
 
 namespace ztdecode::tool {
 
@@ -18,14 +19,37 @@ int write_whole(int descriptor, std::string_view words) noexcept;
 // together.
 class Output {
   public:
-    explicit Output(int descriptor) noexcept : descriptor_(descriptor) {}
+    // `escapes`: what would act on a terminal is shown as an escape.
+    Output(int descriptor, bool escapes) noexcept : descriptor_(descriptor), escapes_(escapes) {}
     Output(const Output&) = delete;
     Output& operator=(const Output&) = delete;
     virtual ~Output() = default;
 
     Text text;
 
+    bool escapes() const noexcept { return escapes_; }
+    // Words that are somebody else's: of a trace, or of a message.
+    void add_foreign(std::string_view words) {
+        if (escapes_) {
+            add_escaped(words, text);
+        } else {
+            text.add(words);
+        }
+    }
+    void add_name(std::string_view file) {
+        if (escapes_) {
+            add_escaped_name(file, text);
+        } else {
+            text.add(file);
+        }
+    }
+
     void flush();
+    // Gives the memory of what has gone out back as well.
+    void flush_and_release() {
+        flush();
+        text = Text();
+    }
     // Whole pages go out, the rest stays: a file takes those with less work than pieces of pages.
     void flush_when_full() {
         if (text.size() >= enough) send_first(text.size() - (sent_ + text.size()) % page);
@@ -48,6 +72,7 @@ class Output {
     void send_first(std::size_t n);
 
     int descriptor_;
+    bool escapes_;
     int error_ = 0;
     std::size_t sent_ = 0;
 };

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstring>
+#include <new>
 #include <utility>
 
 #include "tool/explain.hpp"
@@ -27,21 +28,32 @@ Line without_trailing_blanks(Line line) {
 
 }  // namespace
 
-TraceDecoder::TraceDecoder(std::string name, const Options& options, bool color, Output& out,
+void complain_of_file(std::string_view name, std::string_view why, Output& diagnostics) {
+    diagnostics.text.add("ztdecode: ");
+    diagnostics.add_name(name);
+    diagnostics.text.print(": {}\n"_cf, why);
+}
+
+TraceDecoder::TraceDecoder(std::string name, const Options& options, const Display& display, Output& out,
                            Output& diagnostics)
     : name_(std::move(name)),
       options_(options),
+      display_(display),
       out_(out),
       diagnostics_(diagnostics),
-      reader_(session_, LineReader::Behind::zeros, options.explain ? &decode_explained : nullptr, this) {
-    session_.switches = {.color = color, .audio_only = options.audio_only, .debug = options.debug};
+      presents_(options.explain || display.color || out.escapes()),
+      reader_(session_, LineReader::Behind::zeros, presents_ ? &decode_and_present : nullptr, this) {
+    session_.switches = {.color = display.color,
+                         .audio_only = options.audio_only,
+                         .debug = options.debug,
+                         .color_escape = '\0'};
     session_.side = this;
     if (options.explain) session_.provenance = &provenance_;
 }
 
 void TraceDecoder::decode(int descriptor) {
     Input input(descriptor);
-    Progress progress(name_, descriptor, options_.jobs == 1);
+    Progress progress(name_, descriptor, display_.progress);
     if (options_.layout == Layout::bin1 || options_.layout == Layout::bin2) {
         decode_binary(input, progress);
     } else {
@@ -50,8 +62,7 @@ void TraceDecoder::decode(int descriptor) {
     out_.flush();
     if (input.error() != 0) {
         unreadable_ = true;
-        diagnostics_.text.print("ztdecode: {}: {}\n"_cf, name_,
-                                std::string_view(std::strerror(input.error())));
+        complain_of_file(name_, std::strerror(input.error()), diagnostics_);
     }
     diagnostics_.flush();
 }
@@ -71,7 +82,7 @@ void TraceDecoder::text_line(const Input::Next& next) {
         trace_line(next.line, layout);
         return;
     }
-    out_.text.add({next.line.text, next.line.length});
+    out_.add_foreign({next.line.text, next.line.length});
     if (next.newline) out_.text.add("\n");
     if (next.piece && next.newline) ++number_;
 }
@@ -115,27 +126,45 @@ ReadResult TraceDecoder::read(Line line, Layout layout) {
 void TraceDecoder::trace_line(Line line, Layout layout) {
     const std::size_t begin = out_.text.size();
     if (options_.input) {
-        out_.text.add({line.text, line.length});
+        out_.add_foreign({line.text, line.length});
         out_.text.add("\n");
     }
-    const std::size_t text = out_.text.size();
     const Line body = without_trailing_blanks(line);
     // The readers look for a zero behind the line.
-    const char kept = body.text[body.length];
     const_cast<char&>(body.text[body.length]) = '\0';  // NOLINT: the buffer is the input's own
-    const ReadResult result = read(body, layout);
-    const_cast<char&>(body.text[body.length]) = kept;  // NOLINT
-    finish_message(begin, text, result);
+    message(begin, [&] { return read(body, layout); });
 }
 
-// `begin` is where the trace line stands in the output, `text` where its decoded text does.
+// `begin` is where the trace line stands in the output.
+template <class Read>
+void TraceDecoder::message(std::size_t begin, Read read) {
+    const std::size_t text = out_.text.size();
+    try {
+        finish_message(begin, text, read());
+    } catch (const std::bad_alloc&) {
+        out_.text.cut(text);
+        refuse_for_memory();
+    }
+}
+
+// What the message had taken is given back first.
+void TraceDecoder::refuse_for_memory() {
+    out_.flush_and_release();
+    decoded_ = Text();
+    traced_ = std::string();
+    provenance_ = Provenance();
+    refused_ = true;
+    complain("no memory for this message");
+}
+
 void TraceDecoder::finish_message(std::size_t begin, std::size_t text, ReadResult result) {
     Text& out = out_.text;
     if (result != ReadResult::decoded) {
-        const std::string why(out.from(text));
+        Text why;
+        add_uncoloured(out.from(text), why);
         out.cut(text);
         refused_ = true;
-        complain(why);
+        complain(why.view());
     } else if (out.size() > text) {
         if (out.view().back() != '\n') out.add("\n");
     } else if (options_.audio_only) {
@@ -144,22 +173,39 @@ void TraceDecoder::finish_message(std::size_t begin, std::size_t text, ReadResul
     if (!traced_.empty()) {
         const std::string decoded(out.from(text));
         out.cut(text);
-        out.add(traced_);
+        out_.add_foreign(traced_);
         if (traced_.back() != '\n') out.add("\n");
         out.add(decoded);
         traced_.clear();
     }
 }
 
-Outcome TraceDecoder::decode_explained(void* decoder, Session& session, Message& m, Text& out) {
+// A message that was not decoded to its end is left as it is: it goes to the diagnostics.
+Outcome TraceDecoder::decode_and_present(void* decoder, Session& session, Message& m, Text& out) {
     auto& self = *static_cast<TraceDecoder*>(decoder);
-    const std::size_t begin = out.size();
-    const Outcome outcome = ztdecode::decode(session, m, out);
-    if (outcome != Outcome::decoded || out.size() == begin) return outcome;
-    const std::size_t end = out.size();
-    if (out.view().back() != '\n') out.add("\n");
-    explain(self.provenance_, begin, end, m.length(), out);
+    self.decoded_.clear();
+    const Outcome outcome = ztdecode::decode(session, m, self.decoded_);
+    if (outcome == Outcome::decoded) {
+        self.present(m, out);
+    } else {
+        out.add(self.decoded_.view());
+    }
     return outcome;
+}
+
+void TraceDecoder::present(const Message& m, Text& out) {
+    const std::string_view text = decoded_.view();
+    const std::size_t begin = out.size();
+    // A message that the filter drops leaves its colour behind.
+    if (options_.audio_only && !has_characters(text)) return;
+    if (out_.escapes()) {
+        add_coloured_escaped(text, out);
+    } else {
+        add_coloured(text, out);
+    }
+    if (!options_.explain || out.size() == begin) return;
+    if (out.view().back() != '\n') out.add("\n");
+    explain(provenance_, text, m, out);
 }
 
 // A message of a binary file is shown as a tagged line, which the command reads again.
@@ -181,13 +227,13 @@ void TraceDecoder::decode_binary(Input& input, Progress& progress) {
             }
             out_.text.add("\n");
         }
-        const std::size_t text = out_.text.size();
-        Message m(bytes);
-        m.direction = options_.direction;
-        const Outcome outcome = options_.explain ? decode_explained(this, session_, m, out_.text)
-                                                 : ztdecode::decode(session_, m, out_.text);
-        finish_message(begin, text,
-                       outcome == Outcome::decoded ? ReadResult::decoded : ReadResult::unknown_class);
+        message(begin, [&] {
+            Message m(bytes);
+            m.direction = options_.direction;
+            const Outcome outcome = presents_ ? decode_and_present(this, session_, m, out_.text)
+                                              : ztdecode::decode(session_, m, out_.text);
+            return outcome == Outcome::decoded ? ReadResult::decoded : ReadResult::unknown_class;
+        });
         if (bytes.size() < length || !whole_head) {
             refused_ = true;
             complain("the file ends inside the message");
@@ -221,7 +267,12 @@ void TraceDecoder::standard_error(std::string_view text) {
 }
 
 void TraceDecoder::complain(std::string_view why) {
-    diagnostics_.text.print("ztdecode: {}:{}: {}\n"_cf, name_, number_, why);
+    Text& text = diagnostics_.text;
+    text.add("ztdecode: ");
+    diagnostics_.add_name(name_);
+    text.print(":{}: "_cf, number_);
+    diagnostics_.add_foreign(why);
+    text.add("\n");
     complained_ = true;
 }
 

@@ -3,20 +3,26 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 #include "core/session.hpp"
 #include "decode/readers.hpp"
+#include "tool/display.hpp"
 #include "tool/options.hpp"
 #include "tool/progress.hpp"
 #include "tool/streams.hpp"
 
 namespace ztdecode::tool {
 
+// Names a file that something is wrong with.
+void complain_of_file(std::string_view name, std::string_view why, Output& diagnostics);
+
 // Decodes one trace file with a session of its own.
 class TraceDecoder : private SideChannel {
   public:
-    // `name` is what diagnostics call the file; `color` whether texts are coloured.
-    TraceDecoder(std::string name, const Options& options, bool color, Output& out, Output& diagnostics);
+    // `name` is what diagnostics call the file.
+    TraceDecoder(std::string name, const Options& options, const Display& display, Output& out,
+                 Output& diagnostics);
 
     // Reads to the end, or until `out` cannot be written any more.
     void decode(int descriptor);
@@ -32,8 +38,12 @@ class TraceDecoder : private SideChannel {
     bool is_trace_line(Line line, Layout& layout) const;
     void trace_line(Line line, Layout layout);
     ReadResult read(Line line, Layout layout);
+    template <class Read>
+    void message(std::size_t begin, Read read);
     void finish_message(std::size_t begin, std::size_t text, ReadResult result);
-    static Outcome decode_explained(void* decoder, Session& session, Message& m, Text& out);
+    void refuse_for_memory();
+    static Outcome decode_and_present(void* decoder, Session& session, Message& m, Text& out);
+    void present(const Message& m, Text& out);
 
     bool shows_output() const override { return options_.debug; }
     void standard_output(std::string_view text) override;
@@ -44,11 +54,14 @@ class TraceDecoder : private SideChannel {
 
     std::string name_;
     const Options& options_;
+    const Display& display_;
     Output& out_;
     Output& diagnostics_;
     Session session_;
     Provenance provenance_;
+    bool presents_;  // texts go out in another form than they are decoded in
     LineReader reader_;
+    Text decoded_;              // the text of a message before it is presented
     std::string traced_;        // side output of the message that is being decoded
     std::uint64_t number_ = 0;  // of the line, or of the message in a binary file
     bool complained_ = false;   // since the diagnostics were written out last

@@ -181,23 +181,23 @@ TEST(Command, AnUnknownClassEndsTheMessageAndNotTheProgram) {
     EXPECT_EQ(e.status, 1);
 }
 
-TEST(Command, Explains) {
+TEST(Command, ExplainsWithTheBytesBesideTheirOffsets) {
     EXPECT_EQ(ztdecode({"--explain"}, "000001R 04 03 0a 55 66\n000002S 02 27 00\n").output,
               "000001R 04 03 0a 55 66\n"
               "\t- digit dialed '*'\n"
-              "    0            \"\\t- \"\n"
-              "    0-1          \"digit dialed '*'\"\n"
-              "    unused       2-3\n"
+              "    0       03     \"\\t- \"\n"
+              "    0-1     03 0a  \"digit dialed '*'\"\n"
+              "    unused  2-3  55 66\n"
               "000002S 02 27 00\n"
               "\t- write line 1\n"
-              "    0            \"\\t- \"\n"
-              "    0            \"write line 1\\n\"\n"
-              "    unused       1\n");
+              "    0       27  \"\\t- \"\n"
+              "    0       27  \"write line 1\\n\"\n"
+              "    unused  1  00\n");
     EXPECT_EQ(ztdecode({"--explain", "--no-input"}, "000001S 02 21 04\n").output,
               "\t- green led 0 ON\n"
-              "    0            \"\\t- \"\n"
-              "    0-1, behind the end \"green led 0 ON\"\n"
-              "    unused       none\n");
+              "    0                    21     \"\\t- \"\n"
+              "    0-1, behind the end  21 04  \"green led 0 ON\"\n"
+              "    unused               none\n");
 }
 
 TEST(Command, ExplainsSuperMessagesInOffsetsOfTheWholeMessage) {
@@ -205,13 +205,19 @@ TEST(Command, ExplainsSuperMessagesInOffsetsOfTheWholeMessage) {
               "\t- super message:\n"
               "\t> zt 02 00 03 04\n"
               "\t- digit dialed '4'\n"
-              "    0            \"\\t- super message:\\n\"\n"
-              "    1            \"\\t> zt 02 00 \"\n"
-              "    2            \"03 \"\n"
-              "    3            \"04\\n\"\n"
-              "    2            \"\\t- \"\n"
-              "    2-3          \"digit dialed '4'\\n\"\n"
-              "    unused       none\n");
+              "    0       0b        \"\\t- super message:\\n\"\n"
+              "    1-3     02 03 04  \"\\t> zt 02 00 03 04\\n\"\n"
+              "    2       03        \"\\t- \"\n"
+              "    2-3     03 04     \"digit dialed '4'\\n\"\n"
+              "    unused  none\n");
+}
+
+TEST(Command, ExplainsNoColours) {
+    EXPECT_EQ(ztdecode({"--explain", "--no-input", "--color", "always"}, "000001R 02 03 04\n").output,
+              "\033[0;31m\t- digit dialed '4'\033[0m\n"
+              "    0       03     \"\\t- \"\n"
+              "    0-1     03 04  \"digit dialed '4'\"\n"
+              "    unused  none\n");
 }
 
 TEST(Command, ExplainsReassembledMessagesInOffsetsOfTheirOwn) {
@@ -219,11 +225,20 @@ TEST(Command, ExplainsReassembledMessagesInOffsetsOfTheirOwn) {
     EXPECT_EQ(e.output,
               "\t- segment message 1/1\n"
               "\t- all leds OFF\n"
-              "    0            \"\\t- \"\n"
-              "    0-5          \"segment message 1/1\\n\"\n"
-              "    reassembled 0 \"\\t- \"\n"
-              "    reassembled 0-1 \"all leds OFF\"\n"
-              "    unused       none\n");
+              "    0                0c                 \"\\t- \"\n"
+              "    0-5              0c 80 00 02 21 07  \"segment message 1/1\\n\"\n"
+              "    reassembled 0                       \"\\t- \"\n"
+              "    reassembled 0-1                     \"all leds OFF\"\n"
+              "    unused           none\n");
+}
+
+TEST(Command, ExplainsLongRangesShortened) {
+    EXPECT_EQ(ztdecode({"--explain", "--no-input"}, "000001S 0e 21 07 40 41 42 43 44 45 46 47 48 49 4a 4b\n")
+                  .output,
+              "\t- all leds OFF\n"
+              "    0       21     \"\\t- \"\n"
+              "    0-1     21 07  \"all leds OFF\"\n"
+              "    unused  2-13  40 41 42 43 44 .. 4a 4b\n");
 }
 
 TEST(Command, BinaryLayouts) {

@@ -1,0 +1,48 @@
+#include "tool/display.hpp"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdlib>
+
+namespace ztdecode::tool {
+
+namespace {
+
+bool wants_color(Color color) {
+    switch (color) {
+        case Color::always:
+            return true;
+        case Color::never:
+            return false;
+        default:
+            break;
+    }
+    const char* no_color =
+        std::getenv("NO_COLOR");  // NOLINT(concurrency-mt-unsafe): before any thread starts
+    return is_terminal(STDOUT_FILENO) && (no_color == nullptr || *no_color == '\0');
+}
+
+bool wants_escapes(Control control, int descriptor) {
+    return control == Control::automatic ? is_terminal(descriptor) : control == Control::escape;
+}
+
+bool is_file(int descriptor) {
+    struct stat status {};
+    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+}  // namespace
+
+bool is_terminal(int descriptor) { return ::isatty(descriptor) != 0; }
+
+// Nobody knows where a pipe ends: it may well be the terminal that the progress would be shown on.
+Display display(const Options& options) {
+    return {.color = wants_color(options.color),
+            .escapes_output = wants_escapes(options.control, STDOUT_FILENO),
+            .escapes_diagnostics = wants_escapes(options.control, STDERR_FILENO),
+            .progress = options.progress && options.jobs == 1 && is_terminal(STDERR_FILENO) &&
+                        is_file(STDOUT_FILENO)};
+}
+
+}  // namespace ztdecode::tool

@@ -1,0 +1,19 @@
+#pragma once
+
+#include "tool/options.hpp"
+
+namespace ztdecode::tool {
+
+// What the options come to with the standard streams as they are.
+struct Display {
+    bool color;
+    bool escapes_output;
+    bool escapes_diagnostics;
+    bool progress;
+};
+Display display(const Options& options);
+
+// Whether what goes to this descriptor is shown on a terminal.
+bool is_terminal(int descriptor);
+
+}  // namespace ztdecode::tool
