@@ -61,6 +61,14 @@ if(ZTDECODE_FUZZ)
     add_link_options(-fsanitize=fuzzer-no-link)
 endif()
 
+if(ZTDECODE_COVERAGE)
+    if(NOT CMAKE_CXX_COMPILER_ID MATCHES "Clang")
+        message(FATAL_ERROR "ZTDECODE_COVERAGE needs clang")
+    endif()
+    add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
+    add_link_options(-fprofile-instr-generate)
+endif()
+
 # Header-only libraries. The paths are looked up by hand: the packages' own CMake files refuse a 32-bit build.
 find_path(ZTDECODE_FMT_INCLUDE fmt/compile.h REQUIRED)
 mark_as_advanced(ZTDECODE_FMT_INCLUDE)

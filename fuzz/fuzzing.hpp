@@ -5,17 +5,38 @@
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
+#include <string_view>
 #include <vector>
+
+#include "fuzz/bounds.hpp"
 
 // What the fuzz targets share.
 
 namespace ztdecode::fuzz {
 
-inline void expect(bool holds, const char* what) {
+inline void expect(bool holds, std::string_view what) {
     if (holds) return;
-    std::fprintf(stderr, "does not hold: %s\n", what);
+    std::fprintf(stderr, "does not hold: %.*s\n", static_cast<int>(what.size()), what.data());
     std::abort();
 }
+
+inline void expect_bounded(const Cost& cost, std::size_t bytes, std::size_t messages = 1) {
+    const std::string_view bound = exceeded(cost, bytes, messages);
+    expect(bound.empty(), bound);
+}
+
+// What an input costs. It ends behind the first costly messages: others are tried sooner.
+class Account {
+  public:
+    void add(const Cost& cost) { all_ += cost; }
+    bool used_up() const { return all_.text > enough_text || all_.seconds > enough_time; }
+
+  private:
+    static constexpr std::size_t enough_text = std::size_t{4} << 20;
+    static constexpr double enough_time = 0.2;
+
+    Cost all_;
+};
 
 struct Record {
     std::uint8_t way;

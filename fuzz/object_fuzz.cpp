@@ -1,7 +1,7 @@
 // The object protocol's ways in, of one session.
 //
-// The input is records, each of bytes behind a byte that says which way in. Sessions that see the same agree,
-// and what is kept of segments has its bounds.
+// The input is records, each of bytes behind a byte that says which way in. Every text is within its bounds,
+// sessions that see the same agree, and what is kept of segments has its bounds.
 
 #include <algorithm>
 #include <array>
@@ -10,6 +10,7 @@
 #include <string_view>
 #include <vector>
 
+#include "fuzz/decoding.hpp"
 #include "fuzz/fuzzing.hpp"
 #include "object/command.hpp"
 #include "object/events.hpp"
@@ -40,6 +41,7 @@ enum WayIn : std::uint8_t {
 
 // A series can be put together from every few records, and then costs much more than its bytes.
 constexpr int most_records = 100;
+constexpr std::size_t longest_series = 131072;
 
 // First byte: the class whose table is used.
 void print_properties_of_class(const Message& m, Text& out) {
@@ -82,18 +84,26 @@ struct ApplicationBuffer : ApplicationText {
 
 struct Decoder {
     Session session;
+    fuzz::Counted side;
     Text text;
     ApplicationBuffer buffer;
     bool unknown_class = false;
+    fuzz::Cost cost;
+
+    Decoder() { session.side = &side; }
 
     void decode(std::uint8_t way, const std::vector<std::uint8_t>& bytes) {
         text.clear();
         unknown_class = false;
-        try {
-            take(way, Message::without_record(bytes), bytes);
-        } catch (const UnknownClass&) {
-            unknown_class = true;
-        }
+        cost = fuzz::cost_of(text, side, [&] {
+            try {
+                take(way, Message::without_record(bytes), bytes);
+            } catch (const UnknownClass&) {
+                unknown_class = true;
+            }
+        });
+        // A frame may have messages of two length bytes each; a whole series is longer than its last segment.
+        fuzz::expect_bounded(cost, bytes.size() + longest_series, 1 + bytes.size() / 2);
     }
 
     void take(std::uint8_t way, const Message& m, const std::vector<std::uint8_t>& bytes) {
@@ -138,16 +148,19 @@ struct Decoder {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     Decoder one;
     Decoder other;
+    fuzz::Account account;
     fuzz::Records records(data, size);
-    for (int n = 0; n < most_records; ++n) {
+    for (int n = 0; n < most_records && !account.used_up(); ++n) {
         const auto record = records.next();
         if (!record) break;
         one.decode(record->way, record->bytes);
         other.decode(record->way, record->bytes);
+        account.add(one.cost);
         expect(zeros_are_of_characters(one.text.view()), "zero bytes come with characters alone");
         expect(one.text.view() == other.text.view(), "both sessions write the same text");
         expect(one.unknown_class == other.unknown_class, "both sessions end alike");
-        expect(one.session.object.segments->bytes.size() <= 131072, "what is kept of a series has its bound");
+        expect(one.session.object.segments->bytes.size() <= longest_series,
+               "what is kept of a series has its bound");
     }
     return 0;
 }

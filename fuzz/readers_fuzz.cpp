@@ -1,8 +1,8 @@
 // The readers of trace lines and of binary buffers.
 //
 // The first byte of the input says which reader, the direction and what stands behind a message; the rest is
-// lines, or the buffer. Every line ends, a refusal says why, texts are C strings, and two readers with a
-// session each agree.
+// lines, or the buffer. Every line ends, each message of it within its bounds, a refusal says why, texts are
+// C strings, and two readers with a session each agree.
 
 #include <algorithm>
 #include <cstdint>
@@ -11,6 +11,7 @@
 #include <vector>
 
 #include "decode/readers.hpp"
+#include "fuzz/decoding.hpp"
 #include "fuzz/fuzzing.hpp"
 
 namespace {
@@ -25,12 +26,30 @@ enum : std::uint8_t { bit_to_dhs = 8, bit_zeros = 16 };
 
 struct Reader {
     ztdecode::Session session;
+    ztdecode::fuzz::Counted side;
+    ztdecode::fuzz::Account account;
     LineReader lines;
     Text text;
 
     explicit Reader(std::uint8_t how)
         : lines(session,
-                (how & bit_zeros) != 0 ? LineReader::Behind::zeros : LineReader::Behind::earlier_lines) {}
+                (how & bit_zeros) != 0 ? LineReader::Behind::zeros : LineReader::Behind::earlier_lines,
+                decode_bounded, this) {
+        session.side = &side;
+    }
+
+    static ztdecode::Outcome decode_bounded(void* self, ztdecode::Session& session, ztdecode::Message& m,
+                                            Text& out) {
+        auto& reader = *static_cast<Reader*>(self);
+        const std::size_t begin = out.size();
+        ztdecode::Outcome outcome{};
+        const ztdecode::fuzz::Cost cost =
+            ztdecode::fuzz::cost_of(out, reader.side, [&] { outcome = ztdecode::decode(session, m, out); });
+        ztdecode::fuzz::expect_bounded(cost, m.length());
+        reader.account.add(cost);
+        expect(begin <= out.size(), "what was written stays");
+        return outcome;
+    }
 
     ReadResult read(std::uint8_t how, Line line) {
         const std::uint32_t direction = (how & bit_to_dhs) != 0 ? ztdecode::to_dhs : ztdecode::from_dhs;
@@ -60,7 +79,7 @@ void expect_same(const Reader& one, const Reader& other, bool same_result) {
 void read_lines(std::uint8_t how, std::string_view content) {
     Reader one(how);
     Reader other(how);
-    while (!content.empty()) {
+    while (!content.empty() && !one.account.used_up()) {
         const std::size_t end = content.find('\n');
         // With its zero a block of just the size that it needs: a sanitizer sees a read behind it.
         std::vector<char> characters(
@@ -80,7 +99,10 @@ void read_buffer(std::uint8_t how, std::string_view content) {
     const std::uint32_t direction = (how & bit_to_dhs) != 0 ? ztdecode::to_dhs : ztdecode::from_dhs;
     Reader one(how);
     Reader other(how);
-    const ReadResult result = decode_bin_lng2(one.session, bytes, direction, one.text);
+    ReadResult result{};
+    const ztdecode::fuzz::Cost cost = ztdecode::fuzz::cost_of(
+        one.text, one.side, [&] { result = decode_bin_lng2(one.session, bytes, direction, one.text); });
+    ztdecode::fuzz::expect_bounded(cost, bytes.size(), 1 + bytes.size() / 2);
     expect_same(one, other, decode_bin_lng2(other.session, bytes, direction, other.text) == result);
     expect(result != ReadResult::decoded || bytes.empty() || one.text.view().ends_with('\n'),
            "every text ends in a newline");

@@ -699,6 +699,9 @@ TEST_F(UnknownClassDeathTest, EndsTheProcess) {
     EXPECT_END(Lclass(0xFF, Tab_Classes_Opcodes), "^\\[\nError class lookup table ptr\\]");
     EXPECT_END(decode(record("15 02 04", 0)), "^\\[\nError class lookup table ptr\\]");
     EXPECT_END(line("03 15 02 04", 0), "^\\[\nError class lookup table ptr\\]");
+    EXPECT_END(decode_bin_lng1(bytes("03 15 02 04").data(), 0), "^\\[\nError class lookup table ptr\\]");
+    EXPECT_END(decode_bin_lng2(bytes("01 00 2a 03 00 15 02 04").data(), 0, 8),
+               "^\\[\nError class lookup table ptr\\]");
     MessageRecord r = record("15 02 04", 0);
     EXPECT_END(dhs2cs(&r), "^\\[\nError class lookup table ptr\\]");
 }

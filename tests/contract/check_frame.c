@@ -101,6 +101,7 @@ static void check_switches(void) {
 }
 
 static void check_record_helpers(void) {
+    static const MessageRecord zeros;
     MessageRecord record = message("01 02 03", to_dhs);
     MessageRecord* copy;
     char out[64] = "before ";
@@ -138,6 +139,9 @@ static void check_record_helpers(void) {
         copy->data[0] = 0xFF;
         SAME_NUMBER(record.data[0], 5);
     }
+    free(copy);
+    copy = call(msgdup)(NULL);
+    HOLDS(copy != NULL && memcmp(copy, &zeros, sizeof zeros) == 0);
     free(copy);
 
     record.direction = from_dhs;

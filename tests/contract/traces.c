@@ -71,7 +71,7 @@ static void take_line(char* line, int layout, uint32_t direction) {
     found = grown;
     t = &found[found_count];
     memset(t, 0, sizeof *t);
-    t->layout = layout;
+    t->layout = (unsigned)layout;
     t->record.direction = direction;
     line[strcspn(line, "\r\n")] = '\0';
     if (layout == trace_spzt) {

@@ -1,5 +1,4 @@
 #include <gtest/gtest.h>
-#include <time.h>
 
 #include <algorithm>
 #include <array>
@@ -8,6 +7,7 @@
 #include <string>
 
 #include "core/session.hpp"
+#include "fuzz/bounds.hpp"
 #include "support/traces.hpp"
 
 // Every first three bytes that a message can have, in both directions, with short and long tails, through one
@@ -21,20 +21,13 @@ namespace {
 
 const unsigned step = sanitized() ? 3 : 1;
 
-// A property's value may claim 32767 bytes, and shows the ones that are not there, as "\NUL" at the longest,
-// in the text and once more in the names of its characters. Lists of 255 rows are the longest of all else (a
-// row of tones has 70 characters). Each byte of the message adds at most a line of its own. What modules pack
-// into one another, and what comes in segments, goes by other bounds, which such tails do not reach.
-constexpr std::size_t longest_text(std::size_t bytes) { return 300000 + 200 * bytes; }
+// What modules pack into one another, and what comes in segments, has other bounds, which such tails do not
+// reach.
+using fuzz::own_text;
+using fuzz::processor_seconds;
 
 // Of 256 messages, in seconds of the processor.
 const double longest_time = sanitized() ? 20 : 1;
-
-double processor_seconds() {
-    timespec now{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &now);
-    return static_cast<double>(now.tv_sec) + static_cast<double>(now.tv_nsec) * 1e-9;
-}
 
 // Each message lies in a block of just its size, so that a sanitizer sees a byte too far.
 class OneMessage {
@@ -52,7 +45,7 @@ class OneMessage {
         if (text_.empty()) return;
         if (std::memchr(text_.data(), 0, text_.size()) != nullptr)
             FAIL() << "a zero byte in the text of " << hex();
-        if (text_.size() > longest_text(length_)) FAIL() << text_.size() << " bytes of text for " << hex();
+        if (text_.size() > own_text(length_)) FAIL() << text_.size() << " bytes of text for " << hex();
     }
 
     std::string hex() const {
@@ -79,8 +72,8 @@ class Tail {
         std::uint32_t value = random_ >> 8;
         std::uint32_t add = value | 1;
         if (pick < fillings.size()) {
-            value = fillings[pick][0] << 8U;
-            add = fillings[pick][1] << 8U;
+            value = std::uint32_t{fillings[pick][0]} << 8U;
+            add = std::uint32_t{fillings[pick][1]} << 8U;
         }
         for (std::size_t k = 0; k < count; ++k) {
             bytes[k] = static_cast<std::uint8_t>(value >> 8);

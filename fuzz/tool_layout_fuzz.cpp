@@ -1,0 +1,54 @@
+// What the command takes a line for: any lines, apart at newlines. Each lies in a block of its own size, with
+// the zero that lines have behind them. What a line is does not hang on its line end, and a line that has the
+// fields of a layout is one of that layout.
+
+#include <algorithm>
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "decode/readers.hpp"
+#include "fuzz/fuzzing.hpp"
+#include "tool/layout.hpp"
+
+namespace {
+
+using ztdecode::Line;
+using ztdecode::fuzz::expect;
+using ztdecode::tool::LineKind;
+using ztdecode::tool::recognise;
+
+LineKind kind_of(std::string_view characters) {
+    std::vector<char> block(characters.begin(), characters.end());
+    block.push_back('\0');
+    return recognise({block.data(), block.size() - 1});
+}
+
+bool two_digits(std::string_view line, std::size_t column) {
+    return line.size() >= column + 2 && ztdecode::hex_digit(line[column]) < 16 &&
+           ztdecode::hex_digit(line[column + 1]) < 16;
+}
+
+void look_at(std::string_view line) {
+    const LineKind kind = kind_of(line);
+    expect(kind_of(std::string(line) + '\r') == kind, "a line end changes nothing");
+    expect((kind == LineKind::tagged) == line.starts_with("zt "), "a tag tells the layout");
+    if (kind == LineKind::bare) expect(two_digits(line, 0) && two_digits(line, 3), "bare lines have fields");
+    if (kind == LineKind::spzt) expect(line[6] == 'S' || line[6] == 'R', "the column says S or R");
+    if (line.size() == 5 && two_digits(line, 0) && line[2] == ' ' && two_digits(line, 3)) {
+        expect(kind == LineKind::bare, "a length and a byte are a message");
+    }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    std::string_view content(reinterpret_cast<const char*>(data), size);
+    while (!content.empty()) {
+        const std::string_view line = content.substr(0, content.find('\n'));
+        look_at(line);
+        content.remove_prefix(std::min(content.size(), line.size() + 1));
+    }
+    return 0;
+}
