@@ -36,6 +36,10 @@ void look_at(std::string_view line) {
     expect((kind == LineKind::tagged) == line.starts_with("zt "), "a tag tells the layout");
     if (kind == LineKind::bare) expect(two_digits(line, 0) && two_digits(line, 3), "bare lines have fields");
     if (kind == LineKind::spzt) expect(line[6] == 'S' || line[6] == 'R', "the column says S or R");
+    if (line.size() >= 8 && two_digits(line, 0) && two_digits(line, 2) && two_digits(line, 4) &&
+        (line.substr(6, 2) == "S " || line.substr(6, 2) == "R ")) {
+        expect(kind == LineKind::spzt, "the column tells, whatever stands behind it");
+    }
     if (line.size() == 5 && two_digits(line, 0) && line[2] == ' ' && two_digits(line, 3)) {
         expect(kind == LineKind::bare, "a length and a byte are a message");
     }
