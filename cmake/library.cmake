@@ -1,7 +1,13 @@
 # ztdecode_core: the decoders and their ground. ztdecode: the shared object around it.
 
+# The folders of sources: the one list, which is written down for scripts too.
+set(core_folders core decode digital digital/options ip he object convert)
+set(ZTDECODE_SOURCE_FOLDERS ${core_folders} abi tool)
+list(JOIN ZTDECODE_SOURCE_FOLDERS "\n" lines)
+file(WRITE ${PROJECT_BINARY_DIR}/source_folders.txt "${lines}\n")
+
 set(core_globs)
-foreach(folder core decode digital digital/options ip he object convert)
+foreach(folder ${core_folders})
     list(APPEND core_globs ${PROJECT_SOURCE_DIR}/${folder}/*.cpp)
 endforeach()
 file(GLOB core_sources CONFIGURE_DEPENDS ${core_globs})

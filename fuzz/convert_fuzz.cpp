@@ -4,6 +4,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <filesystem>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -26,23 +27,23 @@ void require(bool holds) {
 class File {
   public:
     File() {
-        const int descriptor = ::mkstemp(name_);
+        const int descriptor = ::mkstemp(name_.data());
         require(descriptor >= 0);
         ::close(descriptor);
     }
     File(const File&) = delete;
     File& operator=(const File&) = delete;
-    ~File() { ::unlink(name_); }
+    ~File() { ::unlink(name_.c_str()); }
 
-    const char* name() const { return name_; }
+    const char* name() const { return name_.c_str(); }
     void write(std::string_view text) const {
-        std::FILE* file = std::fopen(name_, "wb");
+        std::FILE* file = std::fopen(name(), "wb");
         require(file != nullptr);
         std::fwrite(text.data(), 1, text.size(), file);
         std::fclose(file);
     }
     std::size_t size() const {
-        std::FILE* file = std::fopen(name_, "rb");
+        std::FILE* file = std::fopen(name(), "rb");
         require(file != nullptr);
         std::fseek(file, 0, SEEK_END);
         const long size = std::ftell(file);
@@ -51,7 +52,7 @@ class File {
     }
 
   private:
-    char name_[32] = "/tmp/ztdecode-fuzz-XXXXXX";
+    std::string name_ = std::filesystem::temp_directory_path() / "ztdecode-fuzz-XXXXXX";
 };
 
 void lines(const std::string& a, const std::string& b) {

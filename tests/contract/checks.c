@@ -88,7 +88,7 @@ void begin_capture(int descriptor) {
     fflush(NULL);
     captured = descriptor;
     saved = dup(descriptor);
-    captured_in = tmpfile();
+    captured_in = fopen(path_of("captured"), "w+");
     if (saved < 0 || captured_in == NULL) abort();
     dup2(fileno(captured_in), descriptor);
 }
@@ -152,10 +152,17 @@ void run_apart(void (*act)(void), struct ended* ended) {
     }
 }
 
-static char folder[] = "/tmp/ztdecode-contract-XXXXXX";
+static char folder[1024];
+
+static void make_folder(void) {
+    const char* const parent = getenv("TMPDIR");
+    const int length =
+        snprintf(folder, sizeof folder, "%s/ztdecode-contract-XXXXXX", parent == NULL ? "/tmp" : parent);
+    if (length >= (int)sizeof folder || mkdtemp(folder) == NULL) abort();
+}
 
 const char* path_of(const char* name) {
-    static char paths[4][128];
+    static char paths[4][sizeof folder + 32];
     static unsigned next;
     char* const path = paths[next++ % 4];
     snprintf(path, sizeof paths[0], "%s/%s", folder, name);
@@ -183,7 +190,7 @@ const char* contents_of(const char* path) {
 }
 
 static void remove_folder(void) {
-    static const char* const names[] = {"in", "out", "a", "b", "difference"};
+    static const char* const names[] = {"in", "out", "a", "b", "difference", "captured"};
     size_t i;
     for (i = 0; i < sizeof names / sizeof names[0]; ++i) unlink(path_of(names[i]));
     rmdir(folder);
@@ -200,7 +207,7 @@ int check_library(const struct library* library) {
     int i;
 
     the_library = library;
-    if (mkdtemp(folder) == NULL) abort();
+    make_folder();
     check_frame();
     check_routes();
     check_modules();

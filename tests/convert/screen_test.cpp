@@ -18,9 +18,8 @@ namespace {
 class ScreenFiles : public ::testing::Test {
   protected:
     void SetUp() override {
-        char folder[] = "/tmp/screen-test-XXXXXX";
-        ASSERT_NE(mkdtemp(folder), nullptr);
-        folder_ = folder;
+        folder_ = std::filesystem::temp_directory_path() / "screen-test-XXXXXX";
+        ASSERT_NE(mkdtemp(folder_.data()), nullptr);
     }
     void TearDown() override { std::filesystem::remove_all(folder_); }
 

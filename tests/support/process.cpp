@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <stdexcept>
@@ -20,8 +21,7 @@ std::string contents(const std::string& file) {
 }
 
 TemporaryFile::TemporaryFile(const std::string& contents) {
-    const char* folder = std::getenv("TMPDIR");  // NOLINT(concurrency-mt-unsafe)
-    std::string name = std::string(folder == nullptr ? "/tmp" : folder) + "/ztdecode-XXXXXX";
+    std::string name = std::filesystem::temp_directory_path() / "ztdecode-XXXXXX";
     const int descriptor = ::mkstemp(name.data());
     if (descriptor < 0) throw std::runtime_error("cannot make a temporary file");
     ::close(descriptor);
