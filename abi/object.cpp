@@ -69,7 +69,7 @@ void append(Write write) noexcept {
             return;
         }
     } catch (const UnknownClass&) {
-        std::exit(-1);
+        end_for_unknown_class();
     } catch (...) {
     }
     take_back_application_text();
@@ -82,7 +82,16 @@ const char* analyse(Analyser analyser, const std::uint8_t* bytes, int length) no
 }
 
 void decode_frame(const Message& frame, int way) noexcept {
-    append([&](Session& s, Text& /*out*/) { analyse_cmd(s, frame, way, boDisplayResult); });
+    int series_whole = boDisplayResult;
+    append([&](Session& s, Text& /*out*/) {
+        try {
+            analyse_cmd(s, frame, way, series_whole);
+        } catch (const UnknownClass&) {
+            boDisplayResult = series_whole;
+            throw;
+        }
+        if (application_text_is_whole()) boDisplayResult = series_whole;
+    });
 }
 
 // A segment as its length bytes tell where it ends; the four bytes in front of the payload are always there.
@@ -135,9 +144,10 @@ void vDecodeEvent(std::uint8_t event, const std::uint8_t* body, int length) {
 }
 
 void vDsipTLV(const char* banner, const std::uint8_t* frame, int length) {
-    abi::add_application_item(abi::characters(banner));
-    abi::append(
-        [&](Session& /*session*/, Text& out) { ztdecode::vDsipTLV("", abi::message(frame, length), out); });
+    abi::append([&](Session& /*session*/, Text& out) {
+        abi::add_application_item(abi::characters(banner));
+        ztdecode::vDsipTLV("", abi::message(frame, length), out);
+    });
 }
 
 int printUTF8str(const std::uint8_t* bytes, int length, int mode) {
@@ -186,7 +196,7 @@ int boCatchSegment(const std::uint8_t* frame) {
 
 int bo_OLD_CatchSegment(const std::uint8_t* frame) {
     const std::optional<bool> whole = abi::take_segment(ztdecode::bo_OLD_CatchSegment, frame);
-    if (!whole) std::exit(1);
+    if (!whole) abi::end_process(1);
     return *whole ? 1 : 0;
 }
 

@@ -39,7 +39,7 @@ const char* Lclass(int code, const ztdecode_class_record* table) {
     abi::session().object.properties.now() = found.properties;
     if (found.properties == nullptr) {
         abi::add_application_text("\nError class lookup table ptr");
-        std::exit(-1);
+        abi::end_for_unknown_class();
     }
     return found.name;
 }

@@ -70,9 +70,9 @@ char* heap_text(std::string_view text) {
     return copy;
 }
 
-// The application buffer has the text already: whoever decodes an object-protocol message leaves it there.
-void end_for_unknown_class(const Text& /*text*/) noexcept {
-    std::exit(-1);  // NOLINT(concurrency-mt-unsafe): what the hosts expect of a corrupted class
+void end_process(int status) noexcept {
+    session().let_go();
+    std::exit(status);  // NOLINT(concurrency-mt-unsafe): what the hosts expect
 }
 
 }  // namespace ztdecode::abi

@@ -27,9 +27,10 @@ void put_back(const Message& m, MessageRecord& record) noexcept;
 char* heap_copy(std::string_view text) noexcept;
 char* heap_text(std::string_view text);
 
-// An object-protocol message named a class that does not exist: what was decoded goes to the application
-// buffer, and the process ends with status -1.
-[[noreturn]] void end_for_unknown_class(const Text& text) noexcept;
+// Ends the process where the hosts expect it. Exit handlers may call every function.
+[[noreturn]] void end_process(int status) noexcept;
+// For an object-protocol message of a class that does not exist. The application buffer has its text.
+[[noreturn]] inline void end_for_unknown_class() noexcept { end_process(-1); }
 
 // Runs `write`, which decodes what a host handed over and writes a text into `buffer` from its beginning, and
 // gives what `give` makes of the text. Nothing thrown leaves: without memory the host gets `nothing`, and the
@@ -51,7 +52,7 @@ Result given(Text& buffer, Result nothing, Write write, Give give) noexcept {
         captured.done();
         return result;
     } catch (const UnknownClass&) {
-        end_for_unknown_class(buffer);
+        end_for_unknown_class();
     } catch (...) {
         return nothing;
     }
@@ -68,19 +69,26 @@ char* on_heap(Text& buffer, Write write) noexcept {
 }
 
 // What a decoder writes of the host's record; `status`, `route` and `reserved` of the record become the
-// decoder's.
-template <class Decoder>
-auto text_of(MessageRecord& record, Decoder decoder) noexcept {
-    return [&record, decoder](Session& s, Text& out) {
-        Message m = view(record);
-        decoder(s, m, out);
-        put_back(m, record);
-    };
+// decoder's. Null without memory.
+template <class Result, class Decoder, class Give>
+Result decoded(Text& buffer, MessageRecord& record, Decoder decoder, Give give) noexcept {
+    Message m = view(record);
+    const auto result = given<Result>(
+        buffer, nullptr, [&](Session& s, Text& out) { decoder(s, m, out); }, give);
+    if (result != nullptr) put_back(m, record);
+    return result;
 }
 
 template <class Decoder>
 const char* decoded_in_own_buffer(Text& buffer, MessageRecord* record, Decoder decoder) noexcept {
-    return record == nullptr ? "" : in_own_buffer(buffer, text_of(*record, decoder));
+    if (record == nullptr) return "";
+    const char* text = decoded<const char*>(buffer, *record, decoder, [](Text& out) { return out.c_str(); });
+    return text != nullptr ? text : "";
+}
+
+template <class Decoder>
+char* decoded_on_heap(Text& buffer, MessageRecord& record, Decoder decoder) noexcept {
+    return decoded<char*>(buffer, record, decoder, [](Text& out) { return heap_text(out.view()); });
 }
 
 }  // namespace ztdecode::abi

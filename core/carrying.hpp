@@ -33,7 +33,6 @@ struct Carrying {
     std::uint32_t reassembled = 0;
     std::size_t text_besides = 0;
     std::size_t complaints = 0;  // characters on standard error
-    bool cut_short = false;      // a message inside this one ended for want of memory
 
     // Nothing is used any more.
     void renew() noexcept;
@@ -42,9 +41,10 @@ struct Carrying {
         text_besides += characters;
     }
 
-    std::size_t text_used() const noexcept {
-        return text_besides + (text != nullptr && text->size() > text_begin ? text->size() - text_begin : 0);
+    std::size_t text_written() const noexcept {
+        return text != nullptr && text->size() > text_begin ? text->size() - text_begin : 0;
     }
+    std::size_t text_used() const noexcept { return text_besides + text_written(); }
     bool has_room_for(std::size_t characters) const noexcept {
         const std::size_t so_far = text_used();
         return so_far < most_text && characters <= most_text - so_far;

@@ -9,7 +9,7 @@ namespace ztdecode {
 Message Message::without_record(std::span<const std::uint8_t> bytes, std::size_t length) noexcept {
     Message m(bytes.first(0));
     m.covered_ = static_cast<std::uint32_t>(bytes.size());
-    m.length_ = m.direct_ = std::min(static_cast<std::uint32_t>(length), m.covered_);
+    m.length_ = m.direct_ = static_cast<std::uint32_t>(std::min<std::size_t>(length, m.covered_));
     return m;
 }
 
@@ -72,6 +72,12 @@ Message Message::part(std::uint32_t first, std::uint32_t n) const noexcept {
 void Message::observe(Provenance* provenance) noexcept {
     provenance_ = provenance;
     direct_ = provenance == nullptr ? std::min(length_, covered_) : 0;
+}
+
+void Message::note_all() const noexcept {
+    if (provenance_ != nullptr && length_ > 0) {
+        provenance_->read({origin_, origin_ + length_ - 1}, reassembled_);
+    }
 }
 
 }  // namespace ztdecode

@@ -88,6 +88,8 @@ class Message {
 
     // Lets `provenance` note every byte that is read from here on (null: off). Sub-messages inherit it.
     void observe(Provenance* provenance) noexcept;
+    // All bytes of the message count as read.
+    void note_all() const noexcept;
     // This message was put together from segments: its offsets count in the reassembled bytes.
     void mark_reassembled() noexcept { reassembled_ = true; }
 

@@ -8,15 +8,15 @@ namespace ztdecode {
 
 namespace {
 
-void include(std::vector<ByteRange>& ranges, std::uint32_t offset) {
-    if (!ranges.empty() && ranges.back().last + 1 == offset) {
-        ranges.back().last = offset;
+void include(std::vector<ByteRange>& ranges, ByteRange bytes) {
+    if (!ranges.empty() && ranges.back().last + 1 == bytes.first) {
+        ranges.back().last = bytes.last;
         return;
     }
     for (const auto& r : ranges) {
-        if (r.first <= offset && offset <= r.last) return;
+        if (r.first <= bytes.first && bytes.last <= r.last) return;
     }
-    ranges.push_back({offset, offset});
+    ranges.push_back(bytes);
 }
 
 void put_in_order(std::vector<ByteRange>& ranges) {
@@ -50,13 +50,13 @@ void Provenance::pass_over() noexcept {
     open_.begin = open_.end = seen_ - origin_;
 }
 
-void Provenance::read(std::uint32_t offset, bool reassembled) {
+void Provenance::read(ByteRange bytes, bool reassembled) {
     if ((written() && !in_one_) || (reassembled != open_.reassembled && !open_.bytes.empty())) close();
     open_.reassembled = reassembled;
-    if (offset == behind_the_end) {
+    if (bytes.first == behind_the_end) {
         open_.behind_the_end = true;
     } else {
-        include(open_.bytes, offset);
+        include(open_.bytes, bytes);
     }
 }
 
@@ -89,7 +89,7 @@ std::vector<ByteRange> Provenance::unused(std::uint32_t length) const {
     }
     std::vector<ByteRange> result;
     for (std::uint32_t k = 0; k < length; ++k) {
-        if (!used[k]) include(result, k);
+        if (!used[k]) include(result, {k, k});
     }
     return result;
 }

@@ -34,7 +34,8 @@ class Provenance {
 
     // Starts anew for the text that is written to `text` from its present end on.
     void start(const Text& text);
-    void read(std::uint32_t offset, bool reassembled);
+    void read(std::uint32_t offset, bool reassembled) { read({offset, offset}, reassembled); }
+    void read(ByteRange bytes, bool reassembled);
 
     // What `write` writes is no stretch, nor a part of one.
     template <class Write>

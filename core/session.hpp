@@ -157,6 +157,9 @@ struct Session {
         if (carrying.complaints <= Carrying::most_complaints) standard_error(text);
     }
 
+    // The process ends inside a message; exit handlers may hand over others.
+    void let_go() noexcept;
+
   private:
     friend class Captured;
     template <class Action>
@@ -166,12 +169,15 @@ struct Session {
         action(object.properties), action(object.segments);
     }
 
-    bool changed_ = false;
     bool in_captured_ = false;
+    bool changed_ = false;    // since the outermost one began
+    bool cut_short_ = false;  // one inside it ended for want of memory
 };
 
-// One captured message on its way through the decoders, from before the first byte is looked at until its
-// text is where it should be. One inside another (a host's decoder calls in again) belongs to the outer one.
+// Captured messages on their way through the decoders, from before the first byte is looked at until the text
+// is where it should be: one message, or a call with several, each of which has one of its own inside. They
+// become the session's memory all together or not at all. Each message has a budget of its own, but for those
+// that a host's decoder hands over while it decodes a part of another.
 class Captured {
   public:
     Captured(Session& session, const Text& out) noexcept
@@ -191,13 +197,13 @@ class Captured {
         }
         session_.in_captured_ = false;
         session_.carrying.text = nullptr;
-        if (session_.changed_ || session_.carrying.used) settle();
+        if (session_.changed_ || session_.cut_short_ || session_.carrying.used) settle();
     }
 
-    // What the message taught the session stays. Otherwise it is as if the message had not been there, and so
-    // it is for the outer one, too: std::bad_alloc is thrown when one inside this one was not done.
+    // What was taught stays. Otherwise it is as if nothing had been handed over, and so it is for the outer
+    // one, too: std::bad_alloc is thrown when one inside this one was not done.
     void done() {
-        if (outermost_ && session_.carrying.cut_short) throw std::bad_alloc();
+        if (outermost_ && session_.cut_short_) throw std::bad_alloc();
         done_ = true;
     }
 

@@ -165,7 +165,10 @@ void LineReader::about_to_read(std::size_t n) noexcept {
     changed_ = n;
 }
 
-void LineReader::forget_line() noexcept { std::copy_n(before_.begin(), changed_, record_.begin()); }
+void LineReader::forget_line() noexcept {
+    std::copy_n(before_.begin(), changed_, record_.begin());
+    changed_ = 0;
+}
 
 // "LL B0 B1 ... Bn". 255 bytes are accepted though the refusal speaks of 256.
 ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
@@ -236,6 +239,7 @@ ReadResult LineReader::line_any_length(Line text, std::uint32_t direction, Text&
 
 ReadResult LineReader::line_tzt(Line text, std::uint32_t direction, Text& out) {
     const std::string_view all(text.text, text.length);
+    changed_ = 0;
     if (!all.starts_with("zt ")) {
         const Text::Piece whole(out);
         out.add(" err: awaiting 'zt ', received '");

@@ -25,10 +25,12 @@
  *  7. A message may carry others (super messages, hubs, segments, set emulations, super messages of
  *     modules), and those again. For all that one captured message carries there is one budget: 2560
  *     messages inside each other, 64 messages put together from segments, 16 MiB of text, 64 KiB of
- *     complaints on standard error. Where it is used up nothing more is carried; what was written stays. No
- *     message that a system sends comes near it. Decoding needs at most 1 MiB of stack.
- *  8. A message that cannot be decoded for want of memory leaves no trace: later texts are as if it had not
- *     been handed over.
+ *     complaints on standard error. (Of the text, each part of a module's super message counts 16
+ *     characters more, and what such a message writes over counts a sixteenth.) Where it is used up nothing
+ *     more is carried; what was written stays. No message that a system sends comes near it. Decoding needs
+ *     at most 1 MiB of stack.
+ *  8. A call that fails for want of memory leaves no trace: later texts are as if it had not been made. Only
+ *     app_buf may have begun anew.
  *  9. Names of characters come from the shared object libuninameslist.so. dlopen looks for it as it looks
  *     for any library (LD_LIBRARY_PATH, then the system's places); nothing else of the environment is read.
  * 10. Beside their texts, functions write to the standard streams only what is said with them, or with the

@@ -80,10 +80,7 @@ void Walk::put_inner_text_first(const Message& part, std::size_t part_begin) {
     const std::string part_text(out_.from(part_begin));
     carrying.use_text((out_.size() - begin_) / Carrying::written_over_for_one);
     out_.cut(begin_);
-    if (session_.provenance != nullptr) {
-        // What follows comes from the whole part.
-        for (std::uint32_t k = 0; k < part.length(); ++k) static_cast<void>(part[k]);
-    }
+    part.note_all();
     out_.add(carrying.module_super_text);
     out_.add(part_text);
 }
