@@ -193,7 +193,8 @@ TEST(Terminal, NothingActsInDiagnostics) {
 
 TEST(Terminal, DiagnosticsHaveNoColourCodes) {
     EXPECT_EQ(piped({"--color", "always"}, "000001S 03 16 00 04\n").error,
-              "ztdecode: -:1: \tRYM - presentation server\nError class lookup table ptr\n");
+              "ztdecode: -:1: \tRYM - presentation server\n"
+              "ztdecode: -:1: Error class lookup table ptr\n");
 }
 
 // Long enough for the line to show.
