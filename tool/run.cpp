@@ -205,7 +205,7 @@ class Jobs {
 int run(const Options& options) {
     std::signal(SIGPIPE, SIG_IGN);
     const Display shown = display(options);
-    if (options.jobs > 1 && options.files.size() > 1) {
+    if (options.several_at_once()) {
         Jobs jobs(options, shown);
         if (jobs.start()) return jobs.finish();
     }
