@@ -4,8 +4,8 @@
 
 #include "core/text.hpp"
 
-// What a terminal would act on, made visible: control characters (but newline and tab), those that turn the
-// direction of writing, other invisible ones that hide or move text, and bytes that are no UTF-8.
+// What a terminal would act on, made visible: control characters (but newline and tab), those that turn or
+// break the direction of writing, the byte order mark, and bytes that are no UTF-8.
 //
 //     ESC [         \x1b[      a byte
 //     U+202E        \u202e     a character

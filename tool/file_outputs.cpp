@@ -43,6 +43,11 @@ void FileOutputs::your_turn() {
     words = diagnostics_.release();
 }
 
+void FileOutputs::give_up(int error) {
+    const std::lock_guard lock(mutex_);
+    out_.give_up(error);
+}
+
 void FileOutputs::Kept::send(std::string_view words) {
     const std::lock_guard lock(both_.mutex_);
     if (output_error_ != 0) {

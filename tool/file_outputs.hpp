@@ -24,6 +24,8 @@ class FileOutputs {
     // For the thread that sees to the order: all files before this one have gone out. What is kept goes out
     // now.
     void your_turn();
+    // Nothing of this file goes out any more, or is kept.
+    void give_up(int error);
     // When the file is done and has had its turn: 0, or the errno of the first write that failed.
     int error() const noexcept { return out_.output_error(); }
     // The same of a temporary file, which could not be made, written or read.
@@ -43,6 +45,7 @@ class FileOutputs {
             : Output(descriptor, escapes), both_(both) {}
         // What is kept goes out; the file itself is for the caller to close.
         File release();
+        void give_up(int error) noexcept { output_error_ = error; }
         int output_error() const noexcept { return output_error_; }
         int temporary_error() const noexcept { return temporary_error_; }
 

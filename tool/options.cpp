@@ -184,6 +184,12 @@ void say_what_is_wrong(std::string_view why) {
     diagnostics.flush();
 }
 
+// A missing value, or one too many. The library's words begin with the option, a switch without its dashes.
+std::string own_words(std::string_view library) {
+    const std::string option(library.substr(0, library.find_first_of(": ")));
+    return option.starts_with('-') ? option + ": its value is missing" : "--" + option + ": takes no value";
+}
+
 }  // namespace
 
 Arguments parse_arguments(int argc, char** argv) {
@@ -202,6 +208,9 @@ Arguments parse_arguments(int argc, char** argv) {
         return {std::nullopt, say(app.help())};
     } catch (const CLI::CallForVersion& version) {
         return {std::nullopt, say(version.what())};
+    } catch (const CLI::ArgumentMismatch& wrong) {
+        say_what_is_wrong(own_words(wrong.what()));
+        return {std::nullopt, status_failed};
     } catch (const CLI::ParseError& wrong) {
         say_what_is_wrong(wrong.what());
         return {std::nullopt, status_failed};

@@ -27,6 +27,8 @@ struct Options {
     bool debug = false;
     bool explain = false;
     unsigned jobs = 1;
+
+    bool several_at_once() const noexcept { return jobs > 1 && files.size() > 1; }
 };
 
 // The options, or the exit status where the arguments ask for nothing more (help, version) or are wrong; what

@@ -141,7 +141,7 @@ class Jobs {
             error = job.outputs.error();
             jobs_[turn_].reset();
         }
-        if (error != 0) next_ = jobs_.size();  // Nobody sees what the others would give.
+        if (error != 0) give_up(error);
         turn_ = jobs_.size();
         lock.unlock();
         turn_has_moved_.notify_all();
@@ -150,6 +150,12 @@ class Jobs {
     }
 
   private:
+    // Nobody sees what the files would give that are left.
+    void give_up(int error) noexcept {
+        next_ = jobs_.size();
+        for (std::size_t i = turn_; i < jobs_.size(); ++i) jobs_[i]->outputs.give_up(error);
+    }
+
     void work() noexcept {
         std::unique_lock lock(mutex_);
         while (next_ < jobs_.size()) {
@@ -205,7 +211,7 @@ class Jobs {
 int run(const Options& options) {
     std::signal(SIGPIPE, SIG_IGN);
     const Display shown = display(options);
-    if (options.jobs > 1 && options.files.size() > 1) {
+    if (options.several_at_once()) {
         Jobs jobs(options, shown);
         if (jobs.start()) return jobs.finish();
     }

@@ -21,7 +21,18 @@ int write_whole(int descriptor, std::string_view words) noexcept {
     return 0;
 }
 
-void Output::flush() { send_first(text.size()); }
+void Output::flush() {
+    forget_kept();
+    send_first(text.size());
+}
+
+void Output::flush_keeping(std::size_t n) {
+    const std::string_view unsent = text.from(kept_);
+    if (error_ == 0) send(unsent);
+    sent_ += unsent.size();
+    text.cut(n);
+    kept_ = n;
+}
 
 void Output::send_first(std::size_t n) {
     if (n > 0 && error_ == 0) send(text.view().substr(0, n));

@@ -50,8 +50,11 @@ class Output {
         flush();
         text = Text();
     }
+    // All goes out; the first n characters stay in `text` as well, for those who count from them.
+    void flush_keeping(std::size_t n);
     // Whole pages go out, the rest stays: a file takes those with less work than pieces of pages.
     void flush_when_full() {
+        forget_kept();
         if (text.size() >= enough) send_first(text.size() - (sent_ + text.size()) % page);
     }
     // 0, or the errno of the first write that failed; nothing is written any more then.
@@ -70,11 +73,16 @@ class Output {
     static constexpr std::size_t enough = std::size_t{256} * 1024;
 
     void send_first(std::size_t n);
+    void forget_kept() noexcept {
+        if (kept_ > 0) text.remove_first(kept_);
+        kept_ = 0;
+    }
 
     int descriptor_;
     bool escapes_;
     int error_ = 0;
     std::size_t sent_ = 0;
+    std::size_t kept_ = 0;  // characters at the front of `text` that have gone out
 };
 
 // Lines or blocks of a file descriptor, read as they come.

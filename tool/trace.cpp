@@ -12,6 +12,9 @@ namespace ztdecode::tool {
 
 namespace {
 
+// Of a line whose messages are still being decoded.
+constexpr std::size_t most_held = std::size_t{1} << 20;
+
 bool blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 
 bool blank_or_comment(Line line) {
@@ -42,7 +45,7 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
       out_(out),
       diagnostics_(diagnostics),
       presents_(options.explain || display.color || out.escapes()),
-      reader_(session_, LineReader::Behind::zeros, presents_ ? &decode_and_present : nullptr, this) {
+      reader_(session_, LineReader::Behind::zeros, &decode_and_present, this) {
     session_.switches = {.color = display.color,
                          .audio_only = options.audio_only,
                          .debug = options.debug,
@@ -53,12 +56,13 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
 
 void TraceDecoder::decode(int descriptor) {
     Input input(descriptor);
-    Progress progress(name_, descriptor, display_.progress);
+    progress_.emplace(name_, descriptor, display_.progress);
     if (options_.layout == Layout::bin1 || options_.layout == Layout::bin2) {
-        decode_binary(input, progress);
+        decode_binary(input);
     } else {
-        decode_text(input, progress);
+        decode_text(input);
     }
+    progress_->hide();
     out_.flush();
     if (input.error() != 0) {
         unreadable_ = true;
@@ -67,10 +71,10 @@ void TraceDecoder::decode(int descriptor) {
     diagnostics_.flush();
 }
 
-void TraceDecoder::decode_text(Input& input, Progress& progress) {
+void TraceDecoder::decode_text(Input& input) {
     for (Input::Next next{}; out_.error() == 0 && input.next(next, out_);) {
         text_line(next);
-        message_done(input, progress);
+        message_done(input);
     }
 }
 
@@ -138,11 +142,12 @@ void TraceDecoder::trace_line(Line line, Layout layout) {
 // `begin` is where the trace line stands in the output.
 template <class Read>
 void TraceDecoder::message(std::size_t begin, Read read) {
-    const std::size_t text = out_.text.size();
+    text_ = out_.text.size();
+    partly_out_ = false;
     try {
-        finish_message(begin, text, read());
+        finish_message(begin, read());
     } catch (const std::bad_alloc&) {
-        out_.text.cut(text);
+        out_.text.cut(text_);
         refuse_for_memory();
     }
 }
@@ -157,32 +162,50 @@ void TraceDecoder::refuse_for_memory() {
     complain("no memory for this message");
 }
 
-void TraceDecoder::finish_message(std::size_t begin, std::size_t text, ReadResult result) {
+void TraceDecoder::finish_message(std::size_t begin, ReadResult result) {
     Text& out = out_.text;
     if (result != ReadResult::decoded) {
         Text why;
-        add_uncoloured(out.from(text), why);
-        out.cut(text);
+        add_uncoloured(out.from(text_), why);
+        out.cut(text_);
         refused_ = true;
         complain(why.view());
-    } else if (out.size() > text) {
+    } else if (out.size() > text_) {
         if (out.view().back() != '\n') out.add("\n");
-    } else if (options_.audio_only) {
+    } else if (options_.audio_only && !partly_out_) {
         out.cut(begin);
+        text_ = begin;
     }
-    if (!traced_.empty()) {
-        const std::string decoded(out.from(text));
-        out.cut(text);
-        out_.add_foreign(traced_);
-        if (traced_.back() != '\n') out.add("\n");
-        out.add(decoded);
-        traced_.clear();
-    }
+    put_traces_above_text();
+}
+
+void TraceDecoder::put_traces_above_text() {
+    if (traced_.empty()) return;
+    Text& out = out_.text;
+    const std::string decoded(out.from(text_));
+    out.cut(text_);
+    out_.add_foreign(traced_);
+    if (traced_.back() != '\n') out.add("\n");
+    out.add(decoded);
+    traced_.clear();
+}
+
+// A line may hold many messages, and each of them megabytes of text. Where much has come together, it goes
+// out before the next message is decoded; a refusal behind it does not take it back.
+void TraceDecoder::let_text_out() {
+    const std::size_t held = out_.text.size() - text_ + traced_.size() + diagnostics_.text.size();
+    if (held < most_held) return;
+    put_traces_above_text();
+    out_.flush_keeping(text_);
+    partly_out_ = true;
+    if (complained_) complaints_go_out();
 }
 
 // A message that was not decoded to its end is left as it is: it goes to the diagnostics.
 Outcome TraceDecoder::decode_and_present(void* decoder, Session& session, Message& m, Text& out) {
     auto& self = *static_cast<TraceDecoder*>(decoder);
+    self.let_text_out();
+    if (!self.presents_) return ztdecode::decode(session, m, out);
     self.decoded_.clear();
     const Outcome outcome = ztdecode::decode(session, m, self.decoded_);
     if (outcome == Outcome::decoded) {
@@ -209,7 +232,7 @@ void TraceDecoder::present(const Message& m, Text& out) {
 }
 
 // A message of a binary file is shown as a tagged line, which the command reads again.
-void TraceDecoder::decode_binary(Input& input, Progress& progress) {
+void TraceDecoder::decode_binary(Input& input) {
     const std::size_t width = options_.layout == Layout::bin1 ? 1 : 2;
     while (out_.error() == 0) {
         const auto head = input.block(width, out_);
@@ -230,28 +253,31 @@ void TraceDecoder::decode_binary(Input& input, Progress& progress) {
         message(begin, [&] {
             Message m(bytes);
             m.direction = options_.direction;
-            const Outcome outcome = presents_ ? decode_and_present(this, session_, m, out_.text)
-                                              : ztdecode::decode(session_, m, out_.text);
+            const Outcome outcome = decode_and_present(this, session_, m, out_.text);
             return outcome == Outcome::decoded ? ReadResult::decoded : ReadResult::unknown_class;
         });
         if (bytes.size() < length || !whole_head) {
             refused_ = true;
             complain("the file ends inside the message");
         }
-        message_done(input, progress);
+        message_done(input);
     }
 }
 
+void TraceDecoder::complaints_go_out() {
+    progress_->hide();
+    diagnostics_.flush();
+    complained_ = false;
+}
+
 // A diagnostic goes out behind the text before it: both often go to the same place.
-void TraceDecoder::message_done(Input& input, Progress& progress) {
+void TraceDecoder::message_done(const Input& input) {
     if (complained_) {
-        progress.hide();
         out_.flush();
-        diagnostics_.flush();
-        complained_ = false;
+        complaints_go_out();
     }
     out_.flush_when_full();
-    progress.at(input.bytes_read());
+    progress_->at(input.bytes_read());
 }
 
 void TraceDecoder::standard_output(std::string_view text) {
@@ -259,20 +285,21 @@ void TraceDecoder::standard_output(std::string_view text) {
 }
 
 void TraceDecoder::standard_error(std::string_view text) {
-    while (!text.empty()) {
-        const std::string_view line = text.substr(0, text.find('\n'));
-        complain(line);
-        text.remove_prefix(std::min(text.size(), line.size() + 1));
-    }
+    if (!text.empty()) complain(text);
 }
 
+// Every line of it names file and line.
 void TraceDecoder::complain(std::string_view why) {
     Text& text = diagnostics_.text;
-    text.add("ztdecode: ");
-    diagnostics_.add_name(name_);
-    text.print(":{}: "_cf, number_);
-    diagnostics_.add_foreign(why);
-    text.add("\n");
+    do {
+        const std::string_view line = why.substr(0, why.find('\n'));
+        text.add("ztdecode: ");
+        diagnostics_.add_name(name_);
+        text.print(":{}: "_cf, number_);
+        diagnostics_.add_foreign(line);
+        text.add("\n");
+        why.remove_prefix(std::min(why.size(), line.size() + 1));
+    } while (!why.empty());
     complained_ = true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -31,8 +32,8 @@ class TraceDecoder : private SideChannel {
     bool unreadable() const noexcept { return unreadable_; }
 
   private:
-    void decode_text(Input& input, Progress& progress);
-    void decode_binary(Input& input, Progress& progress);
+    void decode_text(Input& input);
+    void decode_binary(Input& input);
 
     void text_line(const Input::Next& next);
     bool is_trace_line(Line line, Layout& layout) const;
@@ -40,7 +41,9 @@ class TraceDecoder : private SideChannel {
     ReadResult read(Line line, Layout layout);
     template <class Read>
     void message(std::size_t begin, Read read);
-    void finish_message(std::size_t begin, std::size_t text, ReadResult result);
+    void finish_message(std::size_t begin, ReadResult result);
+    void put_traces_above_text();
+    void let_text_out();
     void refuse_for_memory();
     static Outcome decode_and_present(void* decoder, Session& session, Message& m, Text& out);
     void present(const Message& m, Text& out);
@@ -50,7 +53,8 @@ class TraceDecoder : private SideChannel {
     void standard_error(std::string_view text) override;
 
     void complain(std::string_view why);
-    void message_done(Input& input, Progress& progress);
+    void complaints_go_out();
+    void message_done(const Input& input);
 
     std::string name_;
     const Options& options_;
@@ -61,8 +65,11 @@ class TraceDecoder : private SideChannel {
     Provenance provenance_;
     bool presents_;  // texts go out in another form than they are decoded in
     LineReader reader_;
+    std::optional<Progress> progress_;
+    std::size_t text_ = 0;      // where the text of the line begins in the output
+    bool partly_out_ = false;   // text of the line has gone out
     Text decoded_;              // the text of a message before it is presented
-    std::string traced_;        // side output of the message that is being decoded
+    std::string traced_;        // side output that is not in the output yet
     std::uint64_t number_ = 0;  // of the line, or of the message in a binary file
     bool complained_ = false;   // since the diagnostics were written out last
     bool refused_ = false;

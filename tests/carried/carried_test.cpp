@@ -74,7 +74,7 @@ TEST(Carried, EveryMessageIsWithinItsBounds) {
     ways.expect_all();
 }
 
-// Few bytes that carried more than a machine has, before there was a budget.
+// Few bytes that would carry more than a machine has, were there no budget.
 
 std::vector<std::uint8_t> repeated(std::size_t count, const std::vector<std::uint8_t>& what,
                                    std::vector<std::uint8_t> begin = {}) {

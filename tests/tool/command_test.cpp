@@ -136,6 +136,18 @@ TEST(Command, AudioMessagesOnly) {
               "# log\n000002S 01 24\n\t- enable DTMF\n");
 }
 
+TEST(Command, DebugShowsTracesOfMessagesThatTheFilterDrops) {
+    const Ended e = ztdecode({"--audio-only", "--debug"}, "000001S 01 2a\n000002S 01 24\n");
+    EXPECT_EQ(e.output,
+              "entree decode, lng=0x01  sens= from DHS\n"
+              "000002S 01 24\n"
+              "entree decode, lng=0x01  sens= from DHS\n"
+              "entree decode1msg, lng=0x01  sens= from DHS\n"
+              "\t- enable DTMF\n");
+    EXPECT_EQ(e.error, "");
+    EXPECT_EQ(e.status, 0);
+}
+
 TEST(Command, BytesBehindAMessageAreZeroWhateverCameBefore) {
     // The second message is shorter than its fields: the first one's bytes must not show in it.
     EXPECT_EQ(ztdecode({"--no-input"}, "000001S 05 33 ff ff ff ff\n000002S 01 33\n").output,
@@ -176,8 +188,8 @@ TEST(Command, AnUnknownClassEndsTheMessageAndNotTheProgram) {
     const TemporaryFile file("000001S 03 16 00 04\n000002S 01 2a\n");
     const Ended e = ztdecode({"--no-input", file.path()});
     EXPECT_EQ(e.output, "\t- version inquiry\n");
-    EXPECT_EQ(e.error,
-              "ztdecode: " + file.path() + ":1: \tRYM - presentation server\nError class lookup table ptr\n");
+    EXPECT_EQ(e.error, "ztdecode: " + file.path() + ":1: \tRYM - presentation server\n" +
+                           "ztdecode: " + file.path() + ":1: Error class lookup table ptr\n");
     EXPECT_EQ(e.status, 1);
 }
 

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -120,6 +121,17 @@ TEST_F(Jobs, AClosedPipeEndsItQuietly) {
     const Ended ended = shell("--jobs 2" + list_, "| head -n 1");
     EXPECT_EQ(ended.output, "000000R 02 03 00\n");
     EXPECT_EQ(ended.error, "");
+}
+
+// The second file has no end.
+TEST_F(Jobs, AClosedPipeEndsFilesThatAreBeingDecoded) {
+    add(trace(100000, 0));
+    const std::string command = "yes '000001R 02 03 04' | timeout 60 " + quoted(ZTDECODE_TOOL_FILE) +
+                                " --jobs 2" + list_ + " - | head -n 1";
+    const auto begin = std::chrono::steady_clock::now();
+    const Ended ended = run({"/bin/sh", "-c", command});
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(50));
+    EXPECT_EQ(ended.output, "000000R 02 03 00\n");
 }
 
 }  // namespace

@@ -76,6 +76,27 @@ std::string deep_trace() {
     return "000001S 01 2a\n" + (head + bytes) + "\n000003S 02 21 07\n";
 }
 
+std::string two_bytes(std::size_t first, std::size_t second) {
+    char bytes[16];
+    std::snprintf(bytes, sizeof bytes, " %02x %02x", static_cast<unsigned>(first),
+                  static_cast<unsigned>(second));
+    return bytes;
+}
+
+std::string little_endian(std::size_t n) { return two_bytes(n & 0xFF, n >> 8); }
+
+// A first segment with hubs and super messages inside each other, then one line with many last segments: each
+// of them decodes them all.
+std::string line_of_long_texts(int messages) {
+    std::string nest = " 0c 00";
+    std::size_t length = 2;
+    for (; length + 5 <= 5000; length += 5) nest.insert(0, " 14 10 17" + little_endian(length));
+    std::string trace =
+        "zt" + little_endian(length + 4) + " 0c 81" + two_bytes(length >> 8, length & 0xFF) + nest + "\nzt";
+    for (int k = 0; k < messages; ++k) trace += " 02 00 0c 00";
+    return trace;
+}
+
 // A stack of that size fits no address space.
 const std::string no_threads = sizeof(void*) == 8 ? "ulimit -s 137438953472" : "ulimit -s 3900000";  // in KiB
 
@@ -121,6 +142,30 @@ TEST_F(Limits, AMessageWithoutMemoryIsRefusedAndTheWorkGoesOn) {
         EXPECT_EQ(ended.error, "ztdecode: " + deep.path() + ":2: no memory for this message\n");
     }
     EXPECT_GT(refused, 0);
+}
+
+TEST_F(Limits, ALineOfManyLongTextsTakesTheMemoryOfFew) {
+    for (const char* option : {"", "--color always", "--debug"}) {
+        const TemporaryFile trace(line_of_long_texts(40) + "\n");
+        const Ended ended =
+            limited(memory(150000), std::string(option) + " --no-input " + trace.path() + " | wc -c");
+        EXPECT_GT(std::stoul(ended.output), 400000000U) << option;
+        EXPECT_EQ(ended.error, "") << option;
+    }
+}
+
+// The text of the third message is still held.
+TEST_F(Limits, ARefusalDoesNotTakeLongTextsBackThatHaveGoneOut) {
+    const TemporaryFile trace(line_of_long_texts(3) + " 00 00 00\nzt 02 21 07\n");
+    for (const char* option : {"", "--audio-only", "--debug"}) {
+        const Ended ended = limited(memory(150000), std::string(option) + " " + trace.path());
+        EXPECT_GT(ended.output.size(), 30U) << option;
+        EXPECT_EQ(ended.error, "ztdecode: " + trace.path() + ":2: line does not start with 2 length bytes\n");
+        EXPECT_EQ(ended.status, 1);
+    }
+    const std::string output = limited(memory(150000), trace.path()).output;
+    EXPECT_GT(output.size(), 20000000U);
+    EXPECT_TRUE(output.ends_with("\nzt 02 21 07\n\t- all leds OFF\n"));
 }
 
 // Text and explanation both grow with the square of the nesting, the explanation as the text does.

@@ -193,13 +193,14 @@ TEST(Terminal, NothingActsInDiagnostics) {
 
 TEST(Terminal, DiagnosticsHaveNoColourCodes) {
     EXPECT_EQ(piped({"--color", "always"}, "000001S 03 16 00 04\n").error,
-              "ztdecode: -:1: \tRYM - presentation server\nError class lookup table ptr\n");
+              "ztdecode: -:1: \tRYM - presentation server\n"
+              "ztdecode: -:1: Error class lookup table ptr\n");
 }
 
-// Long enough for the line to show.
+// Long enough for the line to show where it is explained.
 std::string long_trace() {
     std::string trace;
-    for (int i = 0; i < 2000000; ++i) trace += "000001R 02 03 04\n";
+    for (int i = 0; i < 1000000; ++i) trace += "000001R 02 03 04\n";
     return trace;
 }
 
@@ -207,17 +208,27 @@ TEST(Terminal, ProgressShowsWhileTheOutputGoesToAFileAndCanBeSwitchedOff) {
     const TemporaryFile trace(long_trace());
     const TemporaryFile out("");
     const std::string line = "\rztdecode: " + trace.path() + ": ";
-    const std::string shown = on_terminal(Stream::error, {trace.path()}, "", out.path());
+    const std::string shown = on_terminal(Stream::error, {"--explain", trace.path()}, "", out.path());
     EXPECT_NE(shown.find(line), std::string::npos);
     EXPECT_TRUE(shown.ends_with("\r\033[K"));
-    EXPECT_EQ(on_terminal(Stream::error, {"--progress", "never", trace.path()}, "", out.path()), "");
-    EXPECT_EQ(on_terminal(Stream::both, {"--audio-only", "--no-input", trace.path()}, ""), "");
+    EXPECT_EQ(on_terminal(Stream::error, {"--explain", "--progress", "never", trace.path()}, "", out.path()),
+              "");
+    EXPECT_EQ(on_terminal(Stream::both, {"--audio-only", "--explain", "--no-input", trace.path()}, ""), "");
+}
+
+TEST(Terminal, ProgressShowsForOneFileWhateverTheJobs) {
+    const TemporaryFile trace(long_trace());
+    const TemporaryFile out("");
+    EXPECT_NE(
+        on_terminal(Stream::error, {"--explain", "--jobs", "4", trace.path()}, "", out.path()).find(" %"),
+        std::string::npos);
 }
 
 TEST(Terminal, ProgressStaysAwayWhereTheOutputGoesToAPipe) {
     const TemporaryFile trace(long_trace());
     PseudoTerminal terminal;
-    const std::string command = std::string("'") + ZTDECODE_TOOL_FILE + "' " + trace.path() + " | cat";
+    const std::string command =
+        std::string("'") + ZTDECODE_TOOL_FILE + "' --explain " + trace.path() + " | cat";
     const pid_t child = ::fork();
     if (child == 0) {
         ::dup2(::open("/dev/null", O_WRONLY), STDOUT_FILENO);

@@ -103,6 +103,15 @@ TEST(Usage, ARefusalSaysWhatThereIs) {
     }
 }
 
+TEST(Usage, ValuesThatAreMissingOrTooMany) {
+    for (const char* option : {"--layout", "--direction", "--color", "--control", "--progress", "--jobs"}) {
+        expect_refused({option}, std::string(option) + ": its value is missing");
+    }
+    for (const char* option : {"--no-input", "--audio-only", "--explain", "--debug"}) {
+        expect_refused({std::string(option) + "=false"}, std::string(option) + ": takes no value");
+    }
+}
+
 TEST(Usage, NamesAreExact) {
     expect_refused({"--direction", "TO"}, "--direction: TO is none of from, to");
     expect_refused({"--color", "Never"}, "--color: Never is none of auto, always, never");
