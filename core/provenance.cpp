@@ -1,6 +1,7 @@
 #include "core/provenance.hpp"
 
 #include <algorithm>
+#include <new>
 
 #include "core/text.hpp"
 
@@ -36,7 +37,7 @@ void put_in_order(std::vector<ByteRange>& ranges) {
 
 void Provenance::start(const Text& text) {
     text_ = &text;
-    in_one_ = false;
+    in_one_ = without_memory_ = false;
     origin_ = seen_ = text.size();
     stretches_.clear();
     open_ = Stretch{};
@@ -50,13 +51,19 @@ void Provenance::pass_over() noexcept {
     open_.begin = open_.end = seen_ - origin_;
 }
 
-void Provenance::read(ByteRange bytes, bool reassembled) {
-    if ((written() && !in_one_) || (reassembled != open_.reassembled && !open_.bytes.empty())) close();
-    open_.reassembled = reassembled;
-    if (bytes.first == behind_the_end) {
-        open_.behind_the_end = true;
-    } else {
-        include(open_.bytes, bytes);
+// Reading a byte is not expected to fail.
+void Provenance::read(ByteRange bytes, bool reassembled) noexcept {
+    try {
+        const bool goes_on = in_one_ || stretches_.size() >= most_stretches;
+        if ((written() && !goes_on) || (reassembled != open_.reassembled && !open_.bytes.empty())) close();
+        open_.reassembled = reassembled;
+        if (bytes.first == behind_the_end) {
+            open_.behind_the_end = true;
+        } else {
+            include(open_.bytes, bytes);
+        }
+    } catch (const std::bad_alloc&) {
+        without_memory_ = true;
     }
 }
 
@@ -77,7 +84,10 @@ void Provenance::close() {
     open_.begin = open_.end = now;
 }
 
-void Provenance::finish() { close(); }
+void Provenance::finish() {
+    close();
+    if (without_memory_) throw std::bad_alloc();
+}
 
 std::vector<ByteRange> Provenance::unused(std::uint32_t length) const {
     std::vector<bool> used(length, false);

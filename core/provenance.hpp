@@ -31,11 +31,13 @@ struct Stretch {
 class Provenance {
   public:
     static constexpr std::uint32_t behind_the_end = 0xFFFFFFFF;
+    // What a text has behind so many stretches is one stretch.
+    static constexpr std::size_t most_stretches = 65536;
 
     // Starts anew for the text that is written to `text` from its present end on.
     void start(const Text& text);
-    void read(std::uint32_t offset, bool reassembled) { read({offset, offset}, reassembled); }
-    void read(ByteRange bytes, bool reassembled);
+    void read(std::uint32_t offset, bool reassembled) noexcept { read({offset, offset}, reassembled); }
+    void read(ByteRange bytes, bool reassembled) noexcept;
 
     // What `write` writes is no stretch, nor a part of one.
     template <class Write>
@@ -63,7 +65,8 @@ class Provenance {
         Provenance* provenance_;
     };
 
-    // Closes the last stretch. Offsets in the stretches count from where the text stood at `start`.
+    // Closes the last stretch; std::bad_alloc is thrown when there was no memory for one. Offsets in the
+    // stretches count from where the text stood at `start`.
     void finish();
 
     const std::vector<Stretch>& stretches() const noexcept { return stretches_; }
@@ -77,6 +80,7 @@ class Provenance {
 
     const Text* text_ = nullptr;
     bool in_one_ = false;
+    bool without_memory_ = false;
     std::size_t origin_ = 0;
     std::size_t seen_ = 0;  // the text's size at the last look
     Stretch open_;

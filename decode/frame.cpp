@@ -139,8 +139,8 @@ Outcome decode(Session& session, Message& m, Text& out) {
         outcome = Outcome::unknown_class;
         colour_code(session, "[0m", out);
     }
-    captured.done();
     if (session.provenance != nullptr) session.provenance->finish();
+    captured.done();
     return outcome;
 }
 

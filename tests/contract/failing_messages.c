@@ -60,7 +60,15 @@ static void show_application(char* text) { show(text, app_buf != NULL ? app_buf 
 
 static void to_system(const char* hex, char* text) { show_heap(text, decode(*message(hex, 1))); }
 static void from_system(const char* hex, char* text) { show_heap(text, decode(*message(hex, 0))); }
-static void set_to_system(const char* hex, char* text) { show_heap(text, rn2dhs(message(hex, 1))); }
+/* The record is as it was when the call has no text. */
+static void set_to_system(const char* hex, char* text) {
+    char* const result = rn2dhs(message(hex, 1));
+    if (result == NULL && record.status != 0) {
+        show(text, "the record has a status");
+        return;
+    }
+    show_heap(text, result);
+}
 static void set_from_system(const char* hex, char* text) { show_heap(text, dhs2rn(message(hex, 0))); }
 static void ip_from_system(const char* hex, char* text) { show(text, dhs2ip(message(hex, 0))); }
 static void he_from_system(const char* hex, char* text) { show(text, dhs2he(message(hex, 0))); }
@@ -73,6 +81,7 @@ static void read_line(const char* hex, char* text) {
     show(text, result);
     if (result != NULL && *result != '\0') free(result);
 }
+static void read_tagged_line(const char* hex, char* text) { show(text, line_tzt(hex, 0)); }
 static void read_line_lng2(const char* hex, char* text) { show(text, line_lng2(hex, 0)); }
 static void read_line_spzt_lng2(const char* hex, char* text) { show(text, line_spzt_lng2(hex)); }
 static void binary(const char* hex, char* text) {
@@ -94,7 +103,30 @@ static void frame(const char* hex, char* text) {
     uint8_t bytes[most_bytes];
     const uint32_t n = bytes_of(hex, bytes);
     begin_application();
+    boDisplayResult = 0;
     analyse_cmd(bytes, (int)n, 'R');
+    show_application(text);
+    if (boDisplayResult != 0 && *text == '\0') show(text, "a series without its text");
+}
+static void dump_line(const char* hex, char* text) {
+    uint8_t bytes[most_bytes];
+    const uint32_t n = bytes_of(hex, bytes);
+    begin_application();
+    vDsipTLV("banner", bytes, (int)n);
+    show_application(text);
+}
+static void property(const char* hex, char* text) {
+    uint8_t bytes[most_bytes];
+    const uint32_t n = bytes_of(hex, bytes);
+    begin_application();
+    vDecodeTLV(0x37, 0, (int)n, bytes, Tab_listbox);
+    show_application(text);
+}
+static void event_body(const char* hex, char* text) {
+    uint8_t bytes[most_bytes];
+    const uint32_t n = bytes_of(hex, bytes);
+    begin_application();
+    vDecodeEvent(0x94, bytes, (int)n);
     show_application(text);
 }
 static void segment(const char* hex, char* text) {
@@ -179,6 +211,9 @@ static const struct {
     {forget_series, ""},
     {frame, "06 00 0c 00 02 43 44 45"},
     {frame, "01 00 2a 03 00 0f 05 01"},
+    {dump_line, "03 00 2a 01 02"},
+    {property, "41 42 43"},
+    {event_body, "37 02 41 42"},
     /* names of characters */
     {characters, "41 c3 a9 e1 bc 96 ee 84 90"},
     {character, "00e9"},
@@ -192,6 +227,7 @@ static const struct {
     /* readers: bytes of earlier lines show behind a shorter one */
     {read_line, "05 27 01 02 41 42"},
     {read_line, "02 33 02"},
+    {read_tagged_line, "xx"},
     {read_line, "01 33"},
     {read_line_lng2, "06 00 27 01 03 43 44 45"},
     {read_line_lng2, "01 00 33 01 00 2a"},

@@ -304,5 +304,25 @@ TEST(Provenance, TextsAreTheSameWithAndWithout) {
     EXPECT_EQ(watched.decoding.error, plain.error);
 }
 
+// Texts of thousands of values have no more stretches than can be shown.
+TEST(Provenance, TheRestOfALongTextIsOneStretch) {
+    Provenance provenance;
+    const std::vector<std::uint8_t> data(4, 0x2A);
+    Text out;
+    Message m(data);
+    provenance.start(out);
+    m.observe(&provenance);
+    for (std::size_t k = 0; k < Provenance::most_stretches + 1000; ++k) {
+        out.hex(m[k % 4]);
+        out.add(" ");
+    }
+    provenance.finish();
+    ASSERT_EQ(provenance.stretches().size(), Provenance::most_stretches + 1);
+    const Stretch& last = provenance.stretches().back();
+    EXPECT_EQ(last.end, out.size());
+    EXPECT_EQ(last.begin, 3 * Provenance::most_stretches);
+    EXPECT_EQ(last.bytes, (std::vector<ByteRange>{{0, 3}}));
+}
+
 }  // namespace
 }  // namespace ztdecode::testing
