@@ -164,9 +164,13 @@ struct Session {
     friend class Captured;
     template <class Action>
     void each_remembered(Action action) {
-        action(digital.modules), action(digital.reassembly), action(digital.audio_devices);
-        action(ip.record_item), action(he.window_command);
-        action(object.properties), action(object.segments);
+        action(digital.modules);
+        action(digital.reassembly);
+        action(digital.audio_devices);
+        action(ip.record_item);
+        action(he.window_command);
+        action(object.properties);
+        action(object.segments);
     }
 
     bool in_captured_ = false;
