@@ -76,7 +76,6 @@ struct Modules {
     // Announced number of segments of the S0 modules' messages, one total for each direction.
     std::int32_t s0_to_system_total = 0;
     std::int32_t s0_from_system_total = 0;
-    bool operator==(const Modules&) const = default;
 };
 
 struct DigitalState {
