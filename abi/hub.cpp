@@ -1,7 +1,7 @@
-#include "decode/hub.hpp"
+#include "decode/routes/hub.hpp"
 
 #include "abi/process.hpp"
-#include "decode/ibs.hpp"
+#include "decode/routes/ibs.hpp"
 
 using namespace ztdecode;
 

@@ -1,4 +1,4 @@
-#include "decode/minor.hpp"
+#include "decode/routes/minor.hpp"
 
 #include "abi/process.hpp"
 

@@ -5,7 +5,7 @@
 #include <cstring>
 
 #include "abi/kept.hpp"
-#include "core/session.hpp"
+#include "core/going_away.hpp"
 #include "ztdecode.h"
 
 // What the functions of the C interface share: the process-wide session, views on the host's records, and the
@@ -74,7 +74,15 @@ template <class Result, class Decoder, class Give>
 Result decoded(Text& buffer, MessageRecord& record, Decoder decoder, Give give) noexcept {
     Message m = view(record);
     const auto result = given<Result>(
-        buffer, nullptr, [&](Session& s, Text& out) { decoder(s, m, out); }, give);
+        buffer, nullptr,
+        [&](Session& s, Text& out) {
+            if constexpr (std::is_invocable_v<Decoder, Decoding&>) {
+                call_new(decoder, s, m, out);
+            } else {
+                decoder(s, m, out);
+            }
+        },
+        give);
     if (result != nullptr) put_back(m, record);
     return result;
 }

@@ -6,7 +6,7 @@
 #include "bench/hex.hpp"
 #include "core/session.hpp"
 
-// Decoding a message, by kind and by size. The text goes to a sink that keeps its room, as in the command.
+// TestSession a message, by kind and by size. The text goes to a sink that keeps its room, as in the command.
 
 namespace {
 

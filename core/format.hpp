@@ -1,39 +1,149 @@
 #pragma once
 
-#include <fmt/compile.h>
-
 #include <algorithm>
 #include <array>
-#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
-// Formats of texts: "..."_cf literals that the compiler takes apart, with integers and strings for arguments.
-// {fmt} does the work, but for what nearly every text has: strings, and numbers of messages.
+#include "core/fields.hpp"
+#include "core/values.hpp"
+
+// Formats of texts: "..."_cf literals that the compiler takes apart.
+//
+// A value stands in braces under its field's name, with how it is shown behind a colon; without a name it is
+// the field of the table's row, and "-" says that it is none:
+//
+//     {led}          decimal, or words as they are
+//     {minor:02}     decimal, with zeros in front up to two digits
+//     {key:02x}      hexadecimal, with zeros in front up to two digits; {key:x} without them; X for capitals
+//     {name:<15}     words with blanks behind them up to fifteen characters
+//
+// "{{" and "}}" are braces.
 
 namespace ztdecode {
 
-using namespace fmt::literals;
+namespace format_detail {
 
-struct Characters {
-    std::string_view text;
-};
-template <class T>
-struct Number {
-    T value;
-};
-
-// What writes itself into a format: at most `bound()` characters from `at` on; `write` gives the end.
-template <class T>
-concept Words = requires(const T& words, char* at) {
-    { words.bound() } -> std::same_as<std::size_t>;
-    { words.write(at) } -> std::same_as<char*>;
+// How a value is shown.
+struct Shape {
+    std::uint8_t width = 0;
+    std::uint8_t base = 10;
+    bool capitals = false;
+    bool left = false;  // words with blanks behind them
 };
 
-// At least one block of characters, two at the most: from both ends, which may overlap.
+struct Placeholder {
+    std::size_t literal_end = 0;  // of the characters that stand before it, in the characters of all literals
+    Shape shape{};
+    FieldName field = row_field;
+};
+
+// Named so that the compiler's complaint about calling them says what is wrong.
+void a_brace_stands_alone();
+void a_value_is_shown_in_no_such_way();
+void a_width_is_at_most_18();
+
+inline constexpr std::size_t longest_padding = 18;
+
+consteval Shape shape_of(std::string_view spec) {
+    Shape shape;
+    std::size_t at = 0;
+    if (at < spec.size() && (spec[at] == '<' || spec[at] == '0')) {
+        shape.left = spec[at] == '<';
+        for (++at; at < spec.size() && spec[at] >= '0' && spec[at] <= '9'; ++at) {
+            shape.width = static_cast<std::uint8_t>(10 * shape.width + (spec[at] - '0'));
+        }
+        if (shape.width == 0) a_value_is_shown_in_no_such_way();
+        if (shape.width > longest_padding) a_width_is_at_most_18();
+    }
+    if (at < spec.size() && !shape.left && (spec[at] == 'x' || spec[at] == 'X')) {
+        shape.base = 16;
+        shape.capitals = spec[at] == 'X';
+        ++at;
+    }
+    if (at != spec.size()) a_value_is_shown_in_no_such_way();
+    return shape;
+}
+
+consteval FieldName field_of(std::string_view name) {
+    if (name.empty()) return row_field;
+    if (name == "-") return no_field;
+    return FieldName(field_named(name));
+}
+
+template <std::size_t N>
+struct Literal {
+    char characters[N];  // NOLINT: a string literal
+
+    consteval Literal(const char (&text)[N]) { std::copy_n(text, N, characters); }  // NOLINT: as above
+};
+
+template <std::size_t N>
+consteval std::size_t count_placeholders(const Literal<N>& format) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i + 1 < N; ++i) {
+        if (format.characters[i] != '{') continue;
+        if (format.characters[i + 1] == '{') {
+            ++i;
+        } else {
+            ++count;
+        }
+    }
+    return count;
+}
+
+template <std::size_t N, std::size_t Count>
+struct Parsed {
+    char characters[N] = {};  // NOLINT: of all literals
+    std::size_t size = 0;
+    std::array<Placeholder, Count> placeholders{};
+};
+
+template <std::size_t Count, std::size_t N>
+consteval Parsed<N, Count> parsed(const Literal<N>& format) {
+    Parsed<N, Count> result;
+    const std::string_view text(format.characters, N - 1);
+    std::size_t placeholder = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool brace = text[i] == '{' || text[i] == '}';
+        const bool doubled = brace && i + 1 < text.size() && text[i + 1] == text[i];
+        if (!brace || doubled) {
+            result.characters[result.size++] = text[i];
+            if (doubled) ++i;
+            continue;
+        }
+        const std::size_t end = text.find('}', i);
+        if (text[i] == '}' || end == std::string_view::npos) a_brace_stands_alone();
+        const std::string_view inside = text.substr(i + 1, end - i - 1);
+        const std::size_t colon = std::min(inside.find(':'), inside.size());
+        Placeholder& p = result.placeholders[placeholder++];
+        p.literal_end = result.size;
+        p.field = field_of(inside.substr(0, colon));
+        p.shape = shape_of(inside.substr(std::min(colon + 1, inside.size())));
+        i = end;
+    }
+    return result;
+}
+
+}  // namespace format_detail
+
+template <format_detail::Literal L>
+struct Format {
+    static constexpr std::size_t count = format_detail::count_placeholders(L);
+    static constexpr auto parsed = format_detail::parsed<count>(L);
+};
+
+template <format_detail::Literal L>
+consteval Format<L> operator""_cf() {
+    return {};
+}
+
+// Copies a few characters without the call that memcpy would be: a text has up to a dozen such pieces. Gives
+// the end.
 template <class Block>
 void copy_both_ends(char* at, const char* from, std::size_t n) noexcept {
     Block first;
@@ -43,9 +153,6 @@ void copy_both_ends(char* at, const char* from, std::size_t n) noexcept {
     std::memcpy(at, &first, sizeof first);
     std::memcpy(at + n - sizeof last, &last, sizeof last);
 }
-
-// Copies a few characters without the call that memcpy would be: a text has up to a dozen such pieces. Gives
-// the end.
 inline char* copy_characters(char* at, std::string_view text) noexcept {
     const char* const from = text.data();
     const std::size_t n = text.size();
@@ -66,128 +173,139 @@ inline char* copy_characters(char* at, std::string_view text) noexcept {
 inline constexpr char lower_case_digits[] = "0123456789abcdef";
 inline constexpr char upper_case_digits[] = "0123456789ABCDEF";
 
-}  // namespace ztdecode
-
-// The characters as they stand, with blanks behind them up to the width of "{:<15}". {fmt} itself would count
-// columns of a terminal, which takes longer than all the rest.
-template <>
-struct fmt::formatter<ztdecode::Characters> {
-    std::size_t width = 0;
-
-    constexpr auto parse(fmt::format_parse_context& spec) {
-        auto at = spec.begin();
-        if (at == spec.end() || *at != '<') return at;
-        for (++at; *at >= '0' && *at <= '9'; ++at) width = 10 * width + static_cast<std::size_t>(*at - '0');
-        return at;
-    }
-
-    template <class Context>
-    auto format(const ztdecode::Characters& characters, Context& context) const {
-        const std::string_view text = characters.text;
-        char* end = ztdecode::copy_characters(context.out(), text);
-        return width > text.size() ? std::fill_n(end, width - text.size(), ' ') : end;
-    }
-};
-
-template <ztdecode::Words T>
-struct fmt::formatter<T> {
-    constexpr auto parse(fmt::format_parse_context& spec) { return spec.begin(); }
-
-    template <class Context>
-    auto format(const T& words, Context& context) const {
-        return words.write(context.out());
-    }
-};
-
-// Numbers without a sign as "{}", "{:x}" and "{:X}", with zeros in front of them up to N digits as in
-// "{:0Nx}". No text needs another way, and none compiles.
-template <std::unsigned_integral T>
-struct fmt::formatter<ztdecode::Number<T>> {
-    unsigned least = 1;                 // digits
-    const char* hexadecimal = nullptr;  // the digits; null: decimal
-
-    constexpr auto parse(fmt::format_parse_context& spec) {
-        auto at = spec.begin();
-        if (at != spec.end() && *at == '0' && at[1] >= '1' && at[1] <= '9') {
-            least = static_cast<unsigned>(at[1] - '0');
-            at += 2;
-        }
-        if (at != spec.end() && (*at == 'x' || *at == 'X')) {
-            hexadecimal = *at == 'x' ? ztdecode::lower_case_digits : ztdecode::upper_case_digits;
-            ++at;
-        }
-        if (at != spec.end() && *at != '}') spec.on_error("a number is shown in another way");
-        return at;
-    }
-
-    template <class Context>
-    auto format(const ztdecode::Number<T>& number, Context& context) const {
-        char* const at = context.out();
-        if (hexadecimal != nullptr && least == 2 && sizeof(T) == 1) {
-            at[0] = hexadecimal[number.value >> 4];
-            at[1] = hexadecimal[number.value & 15];
-            return at + 2;
-        }
-        return hexadecimal != nullptr ? write<16>(at, number.value, hexadecimal)
-                                      : write<10>(at, number.value, ztdecode::lower_case_digits);
-    }
-
-  private:
-    template <unsigned base>
-    char* write(char* at, T value, const char* digits) const {
-        unsigned n = 1;
-        for (T rest = value / base; rest != 0; rest /= base) ++n;
-        char* const end = at + std::max(n, least);
-        for (char* digit = end; digit != at; value /= base) *--digit = digits[value % base];
-        return end;
-    }
-};
-
-namespace ztdecode {
-
 namespace format_detail {
 
-template <class T>
-inline constexpr bool is_string = std::is_convertible_v<const T&, std::string_view>;
+template <unsigned base, class T>
+char* write_digits(char* at, T value, std::size_t least, const char* digits) noexcept {
+    std::size_t n = 1;
+    for (T rest = value / base; rest != 0; rest /= base) ++n;
+    char* const end = at + std::max(n, least);
+    for (char* digit = end; digit != at; value /= base) *--digit = digits[value % base];
+    return end;
+}
 
-// The longest padding in use is 18.
-template <class T>
-constexpr std::size_t bound(const T& arg) noexcept {
-    if constexpr (is_string<T>) {
-        return std::string_view(arg).size() + 18;
-    } else if constexpr (Words<T>) {
-        return arg.bound();
+template <Shape shape, std::integral T>
+char* write_number(char* at, T value) noexcept {
+    static_assert(!shape.left, "blanks stand behind words only");
+    constexpr const char* digits = shape.capitals ? upper_case_digits : lower_case_digits;
+    if constexpr (shape.base == 16 && shape.width == 2 && sizeof(T) == 1 && std::is_unsigned_v<T>) {
+        at[0] = digits[value >> 4];
+        at[1] = digits[value & 15];
+        return at + 2;
+    } else if constexpr (std::is_signed_v<T>) {
+        static_assert(shape.base == 10 && shape.width == 0, "a number with a sign is shown as it is");
+        auto magnitude = static_cast<std::make_unsigned_t<T>>(value);
+        if (value < 0) {
+            *at++ = '-';
+            magnitude = static_cast<std::make_unsigned_t<T>>(0 - magnitude);
+        }
+        return write_digits<10>(at, magnitude, 1, digits);
     } else {
-        static_assert(std::is_integral_v<T>, "a text has integers and strings for arguments");
-        return 24;
+        return write_digits<shape.base>(at, value, shape.width, digits);
+    }
+}
+
+template <Shape shape>
+char* write_words(char* at, std::string_view text) noexcept {
+    static_assert(shape.base == 10 && (shape.left || shape.width == 0), "words are shown as they are");
+    char* const end = copy_characters(at, text);
+    if constexpr (shape.width == 0) return end;
+    return text.size() < shape.width ? std::fill_n(end, shape.width - text.size(), ' ') : end;
+}
+
+template <Shape shape, class T>
+char* write_value(char* at, const T& value) {
+    if constexpr (std::is_same_v<T, char>) {
+        *at = value;
+        return at + 1;
+    } else if constexpr (std::is_same_v<T, Word>) {
+        return write_words<shape>(at, value.text);
+    } else if constexpr (std::is_convertible_v<const T&, std::string_view>) {
+        return write_words<shape>(at, value);
+    } else if constexpr (Words<T>) {
+        static_assert(shape.base == 10 && shape.width == 0, "words are shown as they are");
+        return value.write(at);
+    } else if constexpr (std::integral<T>) {
+        return write_number<shape>(at, value);
+    } else {
+        return write_number<shape>(at, value.number);
     }
 }
 
 template <class T>
-constexpr decltype(auto) argument(const T& arg) noexcept {
-    if constexpr (is_string<T>) {
-        return Characters{arg};
-    } else if constexpr (std::unsigned_integral<T> && !std::is_same_v<T, bool> && !std::is_same_v<T, char>) {
-        return Number<T>{arg};
+constexpr std::size_t bound(const T& value) noexcept {
+    if constexpr (std::is_same_v<T, Word>) {
+        return value.text.size() + longest_padding;
+    } else if constexpr (std::is_convertible_v<const T&, std::string_view>) {
+        return std::string_view(value).size() + longest_padding;
+    } else if constexpr (Words<T>) {
+        return value.bound();
     } else {
-        return (arg);
+        return 24;  // the longest number, and the longest padding
     }
+}
+static_assert(longest_padding <= 24);
+
+// The literal that ends at `end` and begins at `begin` of the format's characters.
+template <class F, std::size_t begin, std::size_t end>
+char* write_literal(char* at) noexcept {
+    if constexpr (begin != end) std::memcpy(at, F::parsed.characters + begin, end - begin);
+    return at + (end - begin);
+}
+
+template <class F, std::size_t i>
+inline constexpr std::size_t literal_begin = [] {
+    if constexpr (i == 0) {
+        return std::size_t{0};
+    } else {
+        return F::parsed.placeholders[i - 1].literal_end;
+    }
+}();
+
+template <class F, std::size_t i, class T>
+char* write_placeholder(char* at, char** ends, const T& value) {
+    at = write_literal<F, literal_begin<F, i>, F::parsed.placeholders[i].literal_end>(at);
+    ends[2 * i] = at;
+    at = write_value<F::parsed.placeholders[i].shape>(at, value);
+    ends[2 * i + 1] = at;
+    return at;
+}
+
+template <class F, std::size_t... i, class... Args>
+char* write(std::index_sequence<i...> /*of the placeholders*/, char* at, char** ends, const Args&... args) {
+    ((at = write_placeholder<F, i>(at, ends, args)), ...);
+    return write_literal<F, literal_begin<F, sizeof...(i)>, F::parsed.size>(at);
 }
 
 }  // namespace format_detail
 
-// The most characters that the format takes with these arguments: replacement fields make the literal only
-// shorter.
-template <class Format, class... Args>
-constexpr std::size_t format_bound(const Format& /*format*/, const Args&... args) noexcept {
-    return static_cast<fmt::basic_string_view<char>>(Format()).size() +
-           (std::size_t{0} + ... + format_detail::bound(args));
+// Where the values of a format stand: begin and end of each.
+template <class F>
+using Ends = std::array<char*, 2 * F::count>;
+
+// The most characters that the format takes with these arguments.
+template <class F, class... Args>
+constexpr std::size_t format_bound(const F& /*format*/, const Args&... args) noexcept {
+    return F::parsed.size + (std::size_t{0} + ... + format_detail::bound(args));
 }
 
 // Writes it where there is room for all of it. Gives the end.
-template <class Format, class... Args>
-char* write_format(char* at, const Format& format, const Args&... args) {
-    return fmt::format_to(at, format, format_detail::argument(args)...);
+template <class F, class... Args>
+char* write_format(char* at, const F& /*format*/, Ends<F>& ends, const Args&... args) {
+    static_assert(F::count == sizeof...(Args), "a format has as many values as arguments");
+    return format_detail::write<F>(std::make_index_sequence<F::count>(), at, ends.data(), args...);
+}
+template <class F, class... Args>
+char* write_format(char* at, const F& format, const Args&... args) {
+    Ends<F> ends;
+    return write_format(at, format, ends, args...);
+}
+
+template <class F, class... Args>
+std::string formatted(const F& format, const Args&... args) {
+    std::string text(format_bound(format, args...), '\0');
+    text.resize(static_cast<std::size_t>(write_format(text.data(), format, args...) - text.data()));
+    return text;
 }
 
 }  // namespace ztdecode

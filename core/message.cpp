@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include "core/provenance.hpp"
-
 namespace ztdecode {
 
 Message Message::without_record(std::span<const std::uint8_t> bytes, std::size_t length) noexcept {
@@ -17,10 +15,6 @@ Message Message::without_record(std::span<const std::uint8_t> bytes, std::size_t
 // were. So a byte below the length is the ancestor's byte `shift_` further on, and any other one its byte of
 // the same number.
 std::uint8_t Message::indirect(std::size_t k) const noexcept {
-    if (provenance_ != nullptr) {
-        provenance_->read(k < length_ ? origin_ + static_cast<std::uint32_t>(k) : Provenance::behind_the_end,
-                          reassembled_);
-    }
     // No record is that long; the ancestors of a deeply carried message need not be asked.
     if (k >= message_capacity && before_ != nullptr) return 0;
     for (const Message* m = this;; m = m->before_) {
@@ -39,7 +33,7 @@ Message Message::without_first(std::uint32_t n) const noexcept {
     m.origin_ += n;
     m.before_ = this;
     m.fresh_ = false;
-    m.direct_ = provenance_ == nullptr ? m.covered_ : 0;
+    m.direct_ = m.covered_;
     return m;
 }
 
@@ -49,7 +43,7 @@ Message Message::with_length(std::uint32_t n) const noexcept {
     m.shift_ = 0;
     m.before_ = this;
     m.fresh_ = false;
-    m.direct_ = provenance_ == nullptr ? std::min(m.length_, covered_) : 0;
+    m.direct_ = std::min(m.length_, covered_);
     return m;
 }
 
@@ -57,27 +51,13 @@ Message Message::part(std::uint32_t first, std::uint32_t n) const noexcept {
     const std::uint32_t found = first < covered_ ? std::min(n, covered_ - first) : 0;
     Message m(bytes_ + (found == 0 ? 0 : first), n, found);
     m.direction = direction;
-    m.route = route;
     if (found < n && before_ != nullptr) {
         m.shift_ = first;
         m.before_ = this;
         m.fresh_ = true;
     }
     m.origin_ = origin_ + first;
-    m.reassembled_ = reassembled_;
-    m.observe(provenance_);
     return m;
-}
-
-void Message::observe(Provenance* provenance) noexcept {
-    provenance_ = provenance;
-    direct_ = provenance == nullptr ? std::min(length_, covered_) : 0;
-}
-
-void Message::note_all() const noexcept {
-    if (provenance_ != nullptr && length_ > 0) {
-        provenance_->read({origin_, origin_ + length_ - 1}, reassembled_);
-    }
 }
 
 }  // namespace ztdecode

@@ -7,8 +7,6 @@
 
 namespace ztdecode {
 
-class Provenance;
-
 // The most bytes that one message holds; byte 5120 and those behind it are 0.
 inline constexpr std::uint32_t message_capacity = 5120;
 
@@ -86,19 +84,14 @@ class Message {
         return {bytes_, length_ < covered_ ? length_ : covered_};
     }
 
-    // Lets `provenance` note every byte that is read from here on (null: off). Sub-messages inherit it.
-    void observe(Provenance* provenance) noexcept;
-    // All bytes of the message count as read.
-    void note_all() const noexcept;
-    // This message was put together from segments: its offsets count in the reassembled bytes.
-    void mark_reassembled() noexcept { reassembled_ = true; }
+    // Where byte 0 stands in the message as it was captured, or in the one that was put together from segments.
+    std::uint32_t origin() const noexcept { return origin_; }
 
     std::uint32_t direction = from_dhs;
+    // (Going away.)
     std::uint32_t route = route_digital;
     Status status = Status::none;
-    std::uint16_t reserved =
-        0;  // carried along; its upper byte is the option type of the module being decoded
-
+    std::uint16_t reserved = 0;
     std::uint8_t option_type() const noexcept { return static_cast<std::uint8_t>(reserved >> 8); }
     void set_option_type(std::uint8_t type) noexcept {
         reserved = static_cast<std::uint16_t>((reserved & 0xFF) | type << 8);
@@ -112,14 +105,12 @@ class Message {
 
     const std::uint8_t* bytes_;
     std::uint32_t length_;
-    std::uint32_t direct_;             // bytes below this need no second look; 0 while observed
+    std::uint32_t direct_;             // bytes below this need no second look
     std::uint32_t covered_;            // bytes that are found at bytes_; the others are found through before_
     std::uint32_t shift_ = 0;          // byte k of this message is byte k + shift_ of before_
     std::uint32_t origin_ = 0;         // offset of byte 0 in the message as it was captured
     const Message* before_ = nullptr;  // what this one was cut from
-    Provenance* provenance_ = nullptr;
     bool fresh_ = false;  // behind length_ stands nothing of before_
-    bool reassembled_ = false;
 };
 
 }  // namespace ztdecode

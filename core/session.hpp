@@ -10,13 +10,15 @@
 
 #include "core/carrying.hpp"
 #include "core/message.hpp"
-#include "core/provenance.hpp"
 #include "core/remembered.hpp"
 #include "core/text.hpp"
 
 struct ztdecode_property_record;
 
 namespace ztdecode {
+
+class Decoding;
+class Trail;
 
 // What decoding writes beside the text. The process-wide session of the C interface prints it on the two
 // standard streams, the command does with it what its options say.
@@ -64,8 +66,8 @@ struct Reassembly {
     std::uint32_t length = 0;                            // announced by the first segment
     std::uint32_t gathered = 0;                          // where the next segment's bytes go
     std::int32_t segments = 0;                           // announced number of segments
-    std::uint32_t route = 0;                             // both of the first segment
-    std::uint32_t direction = 0;
+    std::uint32_t direction = 0;                         // of the first segment
+    std::vector<std::uint64_t> places;                   // of the segments in the trace, when somebody asks
 };
 
 // What the modules' messages say for later ones.
@@ -129,7 +131,7 @@ struct Session {
     HeState he;
     ObjectState object;
     Carrying carrying;
-    Provenance* provenance = nullptr;  // set by who wants to know which bytes each stretch of text came from
+    Trail* trail = nullptr;  // set by who wants to know what a text says and where it comes from
 
     // The way to write to what is remembered.
     template <class T>
@@ -150,7 +152,7 @@ struct Session {
     template <class Format, class... Args>
     void complain(const Format& format, const Args&... args) {
         if (carrying.complaints >= Carrying::most_complaints) return;
-        const std::string text = fmt::format(format, args...);
+        const std::string text = formatted(format, args...);
         carrying.used = true;
         carrying.complaints += text.size();
         if (carrying.complaints <= Carrying::most_complaints) standard_error(text);
@@ -250,12 +252,12 @@ struct UnknownClass {};
 Message decale(Session& session, const Message& m, std::uint32_t n);
 
 // The way in: decodes one captured message, behind what `out` holds.
-Outcome decode(Session& session, Message& m, Text& out);
+Outcome decode(Session& session, const Message& m, Text& out);
 
-// The way in again, for decoders whose message carries another one. Both are the dispatcher's.
+// The way in again, for decoders whose message carries another one.
 // A message as it was captured: a super message or a single one, with its colour.
-void decode_carried(Session& session, Message& m, Text& out);
+void decode_carried(Decoding& d);
 // One single message: its route's prefix and text.
-void dispatch_message(Session& session, Message& m, Text& out);
+void dispatch_message(Decoding& d);
 
 }  // namespace ztdecode

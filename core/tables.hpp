@@ -1,123 +1,196 @@
 #pragma once
 
 #include <array>
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
-#include <initializer_list>
+#include <span>
 #include <string_view>
 
-#include "core/text.hpp"
+#include "core/decoding.hpp"
 
-// Tables are written as rows {code, ...} in ascending order and looked up directly: the compiler lays an
-// index of all codes beside the rows. A table whose rows are out of order, double or too many does not
-// compile.
+// Tables are written as rows {code, ...} in ascending order, with what stands for every other code behind
+// them, and looked up directly: the compiler lays an index of all codes beside the rows. A table whose rows are
+// out of order, double or too many does not compile.
 
 namespace ztdecode {
 
-struct Session;
+namespace table_detail {
+
+// Named so that the compiler's complaint about calling it says what is wrong.
+void a_table_has_its_codes_ascending_once_and_below_256();
+
+}  // namespace table_detail
+
+// Rows and where each code's stands.
+template <class Row, std::size_t N>
+class Table {
+  public:
+    consteval explicit Table(const Row (&rows)[N]) : rows_(std::to_array(rows)) {  // NOLINT: a braced list
+        static_assert(N < no_row);
+        index_.fill(no_row);
+        for (std::size_t i = 0; i < N; ++i) {
+            if (rows_[i].code > 255 || (i > 0 && rows_[i].code <= rows_[i - 1].code)) {
+                table_detail::a_table_has_its_codes_ascending_once_and_below_256();
+            }
+            index_[rows_[i].code] = static_cast<std::uint8_t>(i);
+        }
+    }
+
+    // Null where there is none.
+    constexpr const Row* find(std::uint32_t code) const noexcept {
+        if (code > 255 || index_[code] == no_row) return nullptr;
+        return &rows_[index_[code]];
+    }
+    constexpr std::span<const Row> rows() const noexcept { return rows_; }
+
+  private:
+    static constexpr std::uint8_t no_row = 255;
+
+    std::array<Row, N> rows_;
+    std::array<std::uint8_t, 256> index_{};
+};
+
+// --- codes and their words
 
 struct Name {
     std::uint32_t code;
     std::string_view text;
 };
 
-namespace table_detail {
-
-inline constexpr std::uint8_t no_row = 255;
-
-// Named so that the compiler's complaint about calling it says what is wrong.
-void a_table_has_its_codes_ascending_once_and_below_256();
-
-template <class Row, std::size_t N>
-consteval std::array<std::uint8_t, 256> index_of(const std::array<Row, N>& rows) {
-    static_assert(N < no_row);
-    std::array<std::uint8_t, 256> index{};
-    index.fill(no_row);
-    for (std::size_t i = 0; i < N; ++i) {
-        if (rows[i].code > 255 || (i > 0 && rows[i].code <= rows[i - 1].code)) {
-            a_table_has_its_codes_ascending_once_and_below_256();
-        }
-        index[rows[i].code] = static_cast<std::uint8_t>(i);
-    }
-    return index;
-}
-
-}  // namespace table_detail
-
-// Code to name, with the name of every code that has no row.
 template <std::size_t N>
 class Names {
   public:
-    consteval Names(const Name (&rows)[N], std::string_view other)  // NOLINT: rows stand as a braced list
-        : rows_(std::to_array(rows)), index_(table_detail::index_of(rows_)), other_(other) {}
+    consteval Names(const Name (&rows)[N], std::string_view other)  // NOLINT: a braced list
+        : table_(rows), other_(other) {}
 
-    constexpr std::string_view operator[](std::uint32_t code) const noexcept {
-        if (code > 255 || index_[code] == table_detail::no_row) return other_;
-        return rows_[index_[code]].text;
+    template <std::integral T>
+    constexpr Word operator[](const Value<T>& value) const noexcept {
+        const Name* const row = table_.find(static_cast<std::uint32_t>(value.number));
+        const auto code = static_cast<std::uint32_t>(value.number);
+        return {row != nullptr ? row->text : other_, code, row != nullptr, value.place};
     }
+    constexpr std::string_view operator[](std::uint32_t code) const noexcept {
+        const Name* const row = table_.find(code);
+        return row != nullptr ? row->text : other_;
+    }
+    constexpr std::span<const Name> rows() const noexcept { return table_.rows(); }
 
   private:
-    std::array<Name, N> rows_;
-    std::array<std::uint8_t, 256> index_;
+    Table<Name, N> table_;
     std::string_view other_;
 };
 
 template <std::size_t N>
-consteval Names<N> names(const Name (&rows)[N],
-                         std::string_view other) {  // NOLINT: rows stand as a braced list
+consteval Names<N> names(const Name (&rows)[N], std::string_view other) {  // NOLINT: a braced list
     return Names<N>(rows, other);
 }
 
-// What an opcode prints: a plain text, or what a function writes of the message.
-template <class M>
-struct BasicOpcode {
-    using Handler = void (*)(Session&, M&, Text&);
+// --- codes and what they write
 
-    std::uint32_t code;
-    std::string_view text{};
-    Handler handler = nullptr;
+using Decoder = void (*)(Decoding&);
 
-    constexpr BasicOpcode(std::uint32_t c, std::string_view t) : code(c), text(t) {}
-    constexpr BasicOpcode(std::uint32_t c, const char* t) : code(c), text(t) {}
-    constexpr BasicOpcode(std::uint32_t c, Handler h) : code(c), handler(h) {}
+// What a row writes: plain words, and what a decoder writes behind them.
+struct Action {
+    std::string_view words{};
+    Decoder decoder = nullptr;
+
+    constexpr Action(const char* w) : words(w) {}          // NOLINT: stands in rows
+    constexpr Action(std::string_view w) : words(w) {}     // NOLINT: stands in rows
+    template <std::convertible_to<Decoder> D>
+    constexpr Action(D d) : decoder(d) {}  // NOLINT: stands in rows
+
+    void operator()(Decoding& d) const {
+        d.add(words);
+        if (decoder != nullptr) decoder(d);
+    }
 };
 
-template <class M, std::size_t N>
-class BasicOpcodes {
-  public:
-    consteval explicit BasicOpcodes(const BasicOpcode<M> (&rows)[N])  // NOLINT: rows stand as a braced list
-        : rows_(std::to_array(rows)), index_(table_detail::index_of(rows_)) {}
+// A message: what it is called, and what it writes. Without a name it is called as what led to it.
+struct Opcode {
+    std::uint32_t code;
+    std::string_view name;
+    Action action;
 
-    // Writes what the row of `code` says; false when there is none.
-    bool write(std::uint32_t code, Session& session, M& m, Text& out) const {
-        if (code > 255 || index_[code] == table_detail::no_row) return false;
-        const BasicOpcode<M>& row = rows_[index_[code]];
-        if (row.handler != nullptr) {
-            row.handler(session, m, out);
-        } else {
-            out.add(row.text);
-        }
-        return true;
+    constexpr Opcode(std::uint32_t c, std::string_view n, Action a) : code(c), name(n), action(a) {}
+};
+
+template <std::size_t N>
+class Opcodes {
+  public:
+    consteval Opcodes(const Opcode (&rows)[N], Action other) : table_(rows), other_(other) {}  // NOLINT: as above
+
+    // Writes what the row of the code says; false when there is none, and the words for such codes.
+    bool write(Decoding& d, const Number& code) const {
+        const Opcode* const row = table_.find(code.number);
+        d.row(code, row_field, [&] {
+            if (row != nullptr) {
+                d.name(row->name, code);
+                row->action(d);
+            } else {
+                d.unknown(code, [&] { other_(d); });
+            }
+        });
+        return row != nullptr;
     }
+    bool write(Decoding& d, const Byte& code) const { return write(d, Number{code.number, code.place}); }
+    constexpr std::span<const Opcode> rows() const noexcept { return table_.rows(); }
 
   private:
-    std::array<BasicOpcode<M>, N> rows_;
-    std::array<std::uint8_t, 256> index_;
+    Table<Opcode, N> table_;
+    Action other_;
 };
 
-using Opcode = BasicOpcode<const Message>;
-
 template <std::size_t N>
-consteval auto opcodes(const Opcode (&rows)[N]) {  // NOLINT: rows stand as a braced list
-    return BasicOpcodes<const Message, N>(rows);
+consteval Opcodes<N> opcodes(const Opcode (&rows)[N], Action other) {  // NOLINT: a braced list
+    return Opcodes<N>(rows, other);
 }
 
-// For decoders that leave something in the message: its route, its option type.
-using RouteOpcode = BasicOpcode<Message>;
+// An item of a list: its label, what its value is called, and how the value is written behind the label.
+struct Item {
+    std::uint32_t code;
+    std::string_view label;
+    FieldName field;
+    Decoder value = nullptr;
+
+    // A label that has no value.
+    consteval Item(std::uint32_t c, const char* l) : code(c), label(l), field(no_field) {}
+    consteval Item(std::uint32_t c, const char* l, const char* f, Decoder v)
+        : code(c), label(l), field(f), value(v) {}
+    // The label gives the name: "remote IP=" is remote_ip.
+    consteval Item(std::uint32_t c, const char* l, Decoder v)
+        : code(c), label(l), field(field_of_label(l)), value(v) {}
+    // One that writes its label, too.
+    consteval Item(std::uint32_t c, Decoder v) : code(c), field(row_field), value(v) {}
+};
 
 template <std::size_t N>
-consteval auto route_opcodes(const RouteOpcode (&rows)[N]) {  // NOLINT: rows stand as a braced list
-    return BasicOpcodes<Message, N>(rows);
+class Items {
+  public:
+    consteval Items(const Item (&rows)[N], Action other) : table_(rows), other_(other) {}  // NOLINT: as above
+
+    bool write(Decoding& d, const Number& id) const {
+        const Item* const row = table_.find(id.number);
+        d.row(id, row != nullptr ? row->field : no_field, [&] {
+            if (row != nullptr) {
+                d.add(row->label);
+                if (row->value != nullptr) row->value(d);
+            } else {
+                d.unknown(id, [&] { other_(d); });
+            }
+        });
+        return row != nullptr;
+    }
+    constexpr std::span<const Item> rows() const noexcept { return table_.rows(); }
+
+  private:
+    Table<Item, N> table_;
+    Action other_;
+};
+
+template <std::size_t N>
+consteval Items<N> items(const Item (&rows)[N], Action other) {  // NOLINT: a braced list
+    return Items<N>(rows, other);
 }
 
 }  // namespace ztdecode

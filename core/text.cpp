@@ -43,9 +43,9 @@ constexpr std::array<Decibels, 256> decibels = decibel_texts();
 
 }  // namespace
 
-std::string_view half_decibels(std::uint8_t steps) noexcept {
-    const Decibels& t = decibels[steps];
-    return {t.digits.data(), t.size};
+char* HalfDecibels::write(char* at) const noexcept {
+    const Decibels& t = decibels[steps.number];
+    return copy_characters(at, {t.digits.data(), t.size});
 }
 
 }  // namespace ztdecode

@@ -59,7 +59,7 @@ class Text {
 
     template <Words T>
     void add(const T& words) {
-        size_ = static_cast<std::size_t>(words.write(room(words.bound())) - bytes_.get());
+        written_to(words.write(room(words.bound())));
     }
 
     // One character as it stands; a zero ends the piece.
@@ -72,8 +72,7 @@ class Text {
     // Writes a format with its arguments: integers, string_views and characters that are not zero.
     template <class Format, class... Args>
     void print(const Format& format, const Args&... args) {
-        char* at = room(format_bound(format, args...));
-        size_ = static_cast<std::size_t>(write_format(at, format, args...) - bytes_.get());
+        written_to(write_format(room(format_bound(format, args...)), format, args...));
     }
 
     // "%.2x" and "%.2X" of one byte.
@@ -117,13 +116,16 @@ class Text {
         std::size_t outer_;
     };
 
-  private:
-    static constexpr std::size_t none = static_cast<std::size_t>(-1);
-
+    // Room for n characters behind the text, and the text's new end in it.
     char* room(std::size_t n) {
         if (capacity_ - size_ < n) grow(n);
         return bytes_.get() + size_;
     }
+    void written_to(const char* end) noexcept { size_ = static_cast<std::size_t>(end - bytes_.get()); }
+
+  private:
+    static constexpr std::size_t none = static_cast<std::size_t>(-1);
+
     void grow(std::size_t n);
 
     void two_digits(std::uint8_t byte, const char* digits) {
@@ -141,8 +143,5 @@ class Text {
     std::size_t capacity_ = 0;
     std::size_t zero_at_ = none;
 };
-
-// Half-decibel steps as "%.1f": a signed byte, so 0xF3 is "-6.5".
-std::string_view half_decibels(std::uint8_t steps) noexcept;
 
 }  // namespace ztdecode

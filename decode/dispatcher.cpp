@@ -1,10 +1,10 @@
 #include <array>
 
-#include "core/session.hpp"
-#include "decode/hub.hpp"
-#include "decode/ibs.hpp"
-#include "decode/identity.hpp"
-#include "decode/minor.hpp"
+#include "core/decoding.hpp"
+#include "decode/routes/hub.hpp"
+#include "decode/routes/ibs.hpp"
+#include "decode/routes/minor.hpp"
+#include "decode/audio_filter.hpp"
 #include "digital/digital.hpp"
 #include "he/he.hpp"
 #include "ip/ip.hpp"
@@ -16,33 +16,33 @@ namespace ztdecode {
 
 namespace {
 
-using Decoder = void (*)(Session&, Message&, Text&);
-
 struct RouteRow {
     std::uint8_t type;  // bit 7 cleared
     Route route;
+    std::string_view link;
     std::string_view prefix;
-    Decoder from_dhs;
-    Decoder to_dhs;
+    void (*from_system)(Decoding&);
+    void (*to_system)(Decoding&);
 };
 
-void dhs2he_or_digital(Session& session, Message& m, Text& out);
-void he2dhs_or_digital(Session& session, Message& m, Text& out);
+void he_or_digital_from_system(Decoding& d);
+void he_or_digital_to_system(Decoding& d);
 
 // Both object-protocol servers share a prefix.
-constexpr RouteRow digital_row = {0, route_digital, "\t- ", dhs2rn, rn2dhs};
+constexpr RouteRow digital_row = {0, route_digital, "digital", "\t- ", digital::from_system, digital::to_system};
 constexpr auto route_rows = std::to_array<RouteRow>({
-    {5, route_he, "\t- ", dhs2he_or_digital, he2dhs_or_digital},
-    {6, route_visiophone, "\t- ", dhs2rn, rn2dhs},
-    {13, route_type13, "\t- ", dhs2rn, rn2dhs},
-    {14, route_type14, "\t- ", dhs2rn, rn2dhs},
-    {15, route_osi, "\t- ", dhs2osi, osi2dhs},
-    {18, route_ibs, "\t- ", dhs2ibs, ibs2dhs},
-    {19, route_ip, "\tIP - ", dhs2ip, ip2dhs},
-    {20, route_hub, "\tHUB - ", dhs2hub, hub2dhs},
-    {21, route_cs, "\tRYM - ", dhs2cs, cs2dhs},
-    {22, route_prs, "\tRYM - ", dhs2prs, prs2dhs},
-    {24, route_debug, "\tDBG - ", dhs2dbg, dbg2dhs},
+    {5, route_he, "he", "\t- ", he_or_digital_from_system, he_or_digital_to_system},
+    {6, route_visiophone, "visiophone", "\t- ", digital::from_system, digital::to_system},
+    {13, route_type13, "type13", "\t- ", digital::from_system, digital::to_system},
+    {14, route_type14, "type14", "\t- ", digital::from_system, digital::to_system},
+    {15, route_osi, "osi", "\t- ", osi::from_system, osi::to_system},
+    {18, route_ibs, "ibs", "\t- ", ibs::from_system, ibs::to_system},
+    {19, route_ip, "ip", "\tIP - ", ip::from_system, ip::to_system},
+    {20, route_hub, "hub", "\tHUB - ", hub::from_system, hub::to_system},
+    {21, route_cs, "call_server", "\tRYM - ", call_server::from_system, call_server::to_system},
+    {22, route_prs, "presentation_server", "\tRYM - ", presentation_server::from_system,
+     presentation_server::to_system},
+    {24, route_debug, "debug", "\tDBG - ", debug::from_system, debug::to_system},
 });
 
 constexpr std::uint8_t he_type = 5;
@@ -64,75 +64,75 @@ const RouteRow& row_of(const Message& m) {
 }
 
 // A message that the HE decoder does not know is one of the digital set's: its HE text is dropped.
-void he_or_digital(Decoder he, Decoder digital, Session& session, Message& m, Text& out) {
-    const std::size_t begin = out.size();
-    he(session, m, out);
-    if (m.status == Status::recognised) return;
-    out.cut(begin);
-    digital(session, m, out);
+void he_or_digital(void (*he)(Decoding&), void (*digital)(Decoding&), Decoding& d) {
+    const std::size_t begin = d.out().size();
+    he(d);
+    if (d.status == Status::recognised) return;
+    d.cut(begin);
+    digital(d);
 }
 
-void dhs2he_or_digital(Session& session, Message& m, Text& out) {
-    he_or_digital(dhs2he, dhs2rn, session, m, out);
-}
+void he_or_digital_from_system(Decoding& d) { he_or_digital(he::from_system, digital::from_system, d); }
 
-void he2dhs_or_digital(Session& session, Message& m, Text& out) {
-    he_or_digital(he2dhs, rn2dhs, session, m, out);
-}
+void he_or_digital_to_system(Decoding& d) { he_or_digital(he::to_system, digital::to_system, d); }
 
-void decode_on(const RouteRow& row, Session& session, Message& m, Text& out) {
-    m.route = row.route;
-    out.add(row.prefix);
-    const Text::Piece text(out);
-    (m.direction == from_dhs ? row.from_dhs : row.to_dhs)(session, m, out);
+void decode_on(const RouteRow& row, Decoding& d) {
+    d.route = row.route;
+    d.link(row.link);
+    d.add(row.prefix);
+    const Decoding::Piece text(d);
+    (d.direction() == from_dhs ? row.from_system : row.to_system)(d);
 }
 
 // Hub messages carry messages that are dispatched in turn, thousands deep: what a level of that does not need
 // stays out of its stack frame, here and below.
 
 // byte 0: type   byte 1: receiving application   byte 2: sending application   then the HE message
-[[gnu::noinline]] void decode_he(const RouteRow& row, Session& session, Message& m, Text& out) {
-    if (m[0] != he_type) {
-        out.add("\t-not a HE message!");
-        decode_on(row, session, m, out);
+[[gnu::noinline]] void decode_he(const RouteRow& row, Decoding& d) {
+    if (d[0].number != he_type) {
+        d.add("\t-not a HE message!");
+        decode_on(row, d);
         return;
     }
-    out.print("\t- [HE:{} ->{}]"_cf, apId(m[2]), apId(m[1]));
-    Message he = decale(session, m, 3);
-    decode_on(row, session, he, out);
+    d.link(row.link);
+    d.name("application_message", d[0]);
+    d.print("\t- [HE:{sender} ->{receiver}]"_cf, he::application(d[2]), he::application(d[1]));
+    const Message he = decale(d.session(), d.message(), 3);
+    Decoding carried(d, he);
+    decode_on(row, carried);
 }
 
 // byte 1: source   byte 2: destination; a message of two bytes has no routing
-[[gnu::noinline]] void visiophone_header(const Message& m, Text& out) {
-    if (m[0] != visiophone_type) {
-        out.add("\t-not a visiophone message!");
-    } else if (m.length() != 2) {
-        out.print("\t- routage visiophone: src={:02x} dst={:02x}\n"_cf, m[1], m[2]);
+[[gnu::noinline]] void visiophone_header(Decoding& d) {
+    if (d[0].number != visiophone_type) {
+        d.add("\t-not a visiophone message!");
+    } else if (d.length() != 2) {
+        d.print("\t- routage visiophone: src={source:02x} dst={destination:02x}\n"_cf, d[1], d[2]);
     }
 }
 
-[[gnu::noinline]] void trace_entry(const Session& session, const Message& m) {
-    session.standard_output(fmt::format("entree decode1msg, lng=0x{:02x}  sens= {}\n"_cf, m.length(),
-                                        m.direction == to_dhs ? "to DHS" : "from DHS"));
+[[gnu::noinline]] void trace_entry(const Decoding& d) {
+    d.session().standard_output(formatted("entree decode1msg, lng=0x{-:02x}  sens= {-}\n"_cf, d.length(),
+                                          d.direction() == to_dhs ? "to DHS" : "from DHS"));
 }
 
 }  // namespace
 
-void dispatch_message(Session& session, Message& m, Text& out) {
-    if (m.length() == 0) return;
-    if (!inListAudioOpcodes(session, m.direction, m[0])) return;
-    if (session.switches.debug) trace_entry(session, m);
-    const RouteRow& row = row_of(m);
+void dispatch_message(Decoding& d) {
+    if (d.length() == 0) return;
+    if (!may_be_shown(d.session(), d.direction(), d.on(d[0]))) return;
+    if (d.session().switches.debug) trace_entry(d);
+    const RouteRow& row = row_of(d.message());
     switch (row.route) {
         case route_he:
-            decode_he(row, session, m, out);
+            decode_he(row, d);
             break;
         case route_visiophone:
-            visiophone_header(m, out);
-            decode_on(row, session, m, out);
+            visiophone_header(d);
+            decode_on(row, d);
             break;
         default:
-            decode_on(row, session, m, out);
+            decode_on(row, d);
             break;
     }
 }

@@ -49,7 +49,7 @@ char character(Line line, std::size_t column) { return column < line.length ? li
 // A field: two hexadecimal digits, and every further digit behind them counts as well. Values above 31 bits
 // are very large; the low byte of one above 63 bits is 0xff, as strtol has it, which stops at its largest
 // number.
-struct Field {
+struct HexField {
     std::int64_t value;
     std::uint8_t low;
 };
@@ -58,7 +58,7 @@ struct Field {
 // to its end; fields are asked for from left to right, and so each row is gone through once.
 class DigitRow {
   public:
-    Field from(Line line, std::size_t at) {
+    HexField from(Line line, std::size_t at) {
         if (at >= end_) find(line, at);
         std::uint64_t value = 0;
         for (std::size_t k = end_ - std::min(end_ - at, most_digits); k < end_; ++k) {
@@ -83,7 +83,7 @@ class DigitRow {
 };
 
 // No digit stands behind the line: the zero at its end stops the look at the next column.
-inline Field hex_pair(Line line, std::size_t at, DigitRow& row) {
+inline HexField hex_pair(Line line, std::size_t at, DigitRow& row) {
     if (at >= line.length) return {not_hex, 0xFF};
     const char* column = line.text + at;
     const unsigned high = hex_digit(column[0]);
@@ -186,7 +186,7 @@ ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
     }
     about_to_read(count);
     for (std::size_t i = read_plain_fields(text, 3, count); i < count; ++i) {
-        const Field byte = hex_pair(text, 3 + 3 * i, row);
+        const HexField byte = hex_pair(text, 3 + 3 * i, row);
         if (byte.value == not_hex) return refuse(out, begin, "line1: ill formed hex value");
         record_[i] = byte.low;
     }

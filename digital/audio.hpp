@@ -1,18 +1,19 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/decoding.hpp"
 
 // Voice, ringing and tone commands of the system to a digital set. Gains are signed half-decibel steps.
 
-namespace ztdecode {
+namespace ztdecode::digital {
 
-void voice_mode(Session& session, Message& m, Text& out);
-void beep(Session& session, Message& m, Text& out);
-void mute(Session& session, Message& m, Text& out);
-void feedback_dtmf(Session& session, Message& m, Text& out);
-void key_release(Session& session, Message& m, Text& out);
-void loudspeaker(Session& session, Message& m, Text& out);
-void announce(Session& session, Message& m, Text& out);
-void ring(Session& session, Message& m, Text& out);
+void voice_mode(Decoding& d);
+void beep(Decoding& d);
+void mute(Decoding& d);
+void feedback_dtmf(Decoding& d);
+void key_release(Decoding& d);
+void loudspeaker(Decoding& d);
+void announce(Decoding& d);
+void ring(Decoding& d);
+void audio_configuration(Decoding& d);
 
-}  // namespace ztdecode
+}  // namespace ztdecode::digital

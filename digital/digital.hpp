@@ -1,19 +1,19 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/decoding.hpp"
 
 // The digital-set link: sets and the option modules behind them.
 
-namespace ztdecode {
+namespace ztdecode::digital {
 
-void rn2dhs(Session& session, Message& m, Text& out);
-void dhs2rn(Session& session, Message& m, Text& out);
+void from_system(Decoding& d);
+void to_system(Decoding& d);
 
 // "[opt TYPE adr A] " for a sub-device byte: address in bits 0-2, module type in bits 3-7. All type bits set:
 // the type is the one remembered for the address.
-void option_label(const Session& session, std::uint8_t sub_device, Text& out);
+void module_label(Decoding& d, const Byte& sub_device);
 
 // Name of a module type, "???" beyond 13.
-std::string_view option_type_name(std::uint32_t type) noexcept;
+Word module_type(const Number& type) noexcept;
 
-}  // namespace ztdecode
+}  // namespace ztdecode::digital

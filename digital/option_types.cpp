@@ -1,11 +1,11 @@
 #include "core/tables.hpp"
 #include "digital/digital.hpp"
 
-namespace ztdecode {
+namespace ztdecode::digital {
 
 namespace {
 
-constexpr auto option_types = names({{0, "V24"},
+constexpr auto module_types = names({{0, "V24"},
                                      {1, "S0"},
                                      {2, "mac/pc"},
                                      {3, "aom"},
@@ -25,14 +25,13 @@ constexpr std::uint8_t type_from_memory = 0xF8;
 
 }  // namespace
 
-std::string_view option_type_name(std::uint32_t type) noexcept { return option_types[type]; }
+Word module_type(const Number& type) noexcept { return module_types[type]; }
 
-void option_label(const Session& session, std::uint8_t sub_device, Text& out) {
-    const std::uint8_t address = sub_device & 7;
-    const std::uint8_t type = (sub_device & type_from_memory) == type_from_memory
-                                  ? session.digital.modules->types[address]
-                                  : static_cast<std::uint8_t>(sub_device >> 3);
-    out.print("[opt {} adr {:x}] "_cf, option_types[type], address);
+void module_label(Decoding& d, const Byte& sub_device) {
+    const Byte address = sub_device & 7;
+    const bool from_memory = (sub_device.number & type_from_memory) == type_from_memory;
+    const Byte type = from_memory ? address.as(d.session().digital.modules->types[address.number]) : sub_device >> 3;
+    d.print("[opt {module} adr {module_address:x}] "_cf, module_types[type], address);
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::digital

@@ -3,25 +3,28 @@
 #include <algorithm>
 #include <memory>
 
-namespace ztdecode {
+namespace ztdecode::digital {
 
 namespace {
 
 // Bytes first ... of the segment go where the gathering stands; what does not fit the record is dropped.
-void gather(Reassembly& whole, const Message& m, std::uint32_t first) {
-    for (std::uint32_t k = first; k < m.length() && whole.gathered < message_capacity; ++k) {
-        whole.bytes[whole.gathered++] = m[k];
+void gather(Reassembly& whole, const Decoding& d, std::uint32_t first) {
+    for (std::uint32_t k = first; k < d.length() && whole.gathered < message_capacity; ++k) {
+        whole.bytes[whole.gathered++] = d[k].number;
+    }
+    if (d.trail() != nullptr && whole.places.size() < message_capacity) {
+        whole.places.push_back(d.trail()->place);
     }
 }
 
 // bytes 2, 3: length of the whole message, high byte first
-void start(Reassembly& whole, const Message& m) {
-    whole.segments = (m[1] & 0x7F) + 1;
-    whole.length = m.u16(2);
-    whole.route = m.route;
-    whole.direction = m.direction;
+void start(Reassembly& whole, const Decoding& d) {
+    whole.segments = (d[1].number & 0x7F) + 1;
+    whole.length = d.u16(2).number;
+    whole.direction = d.direction();
     whole.gathered = 0;
-    gather(whole, m, 4);
+    whole.places.clear();
+    gather(whole, d, 4);
 }
 
 // The bytes of the whole message as far as they are known, at every segment.
@@ -66,35 +69,36 @@ class Descent {
 
 // On a copy: the whole message may be a segment that goes on gathering. (Not on the stack, which has to hold
 // all that is carried inside each other.)
-void dispatch_whole(Session& session, Text& out) {
-    const Descent descent(session);
+void dispatch_whole(Decoding& d) {
+    const Descent descent(d.session());
     if (!descent) return;
-    const Reassembly& whole = *session.digital.reassembly;
+    const Reassembly& whole = *d.session().digital.reassembly;
     const auto bytes = std::make_unique<const decltype(whole.bytes)>(whole.bytes);
+    const std::vector<std::uint64_t> places = whole.places;
     Message m(bytes->data(), whole.length, message_capacity);
     m.direction = whole.direction;
-    m.route = whole.route;
-    m.observe(session.provenance);
-    m.mark_reassembled();
-    out.add("\n");
-    dispatch_message(session, m, out);
+    d.add("\n");
+    Decoding carried(d, m, places);
+    dispatch_message(carried);
 }
 
 }  // namespace
 
 // byte 1: bit 7 first segment, bits 0-6 segments still to come; the bytes of a first segment start at 4, of a
 // later one at 2. Nobody checks that the number of segments or of bytes comes out right.
-void segment_command(Session& session, Message& m, Text& out) {
+void segment_command(Decoding& d) {
+    Session& session = d.session();
     Reassembly& whole = session.change(session.digital.reassembly);
-    const std::int32_t to_come = m[1] & 0x7F;
-    if (m.bit(1, 7)) {
-        start(whole, m);
+    const Byte to_come = d[1] & 0x7F;
+    if (d.bit(1, 7).holds) {
+        start(whole, d);
     } else {
-        gather(whole, m, 2);
+        gather(whole, d, 2);
     }
-    out.print("segment message {}/{}"_cf, whole.segments - to_come, whole.segments);
+    d.print("segment message {segment}/{segments}"_cf, to_come.as(whole.segments - to_come.number),
+            d[1].as(whole.segments));
     trace(session, whole);
-    if (to_come == 0) dispatch_whole(session, out);
+    if (d.on(to_come == 0)) dispatch_whole(d);
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::digital

@@ -1,10 +1,10 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/decoding.hpp"
 
-namespace ztdecode {
+namespace ztdecode::digital {
 
 // A segment of a message from the system: gathers it, and decodes the whole message behind the last one.
-void segment_command(Session& session, Message& m, Text& out);
+void segment_command(Decoding& d);
 
-}  // namespace ztdecode
+}  // namespace ztdecode::digital

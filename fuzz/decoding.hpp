@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "core/session.hpp"
+#include "core/trail.hpp"
 #include "fuzz/bounds.hpp"
 
 // Messages as sessions see them one after the other, and what holds for every one of them.
@@ -40,9 +41,9 @@ struct CapturedMessage {
 // A session, and what it said of the last message.
 class Decoder {
   public:
-    explicit Decoder(Provenance* provenance = nullptr) : session_(std::make_unique<Session>()) {
+    explicit Decoder(Trail* trail = nullptr) : session_(std::make_unique<Session>()) {
         session_->side = &side_;
-        session_->provenance = provenance;
+        session_->trail = trail;
     }
 
     void decode(const CapturedMessage& message) {
@@ -91,16 +92,16 @@ class TwoSessions {
   private:
     bool in_order() const {
         std::size_t at = 0;
-        for (const Stretch& s : provenance_.stretches()) {
+        for (const Stretch& s : trail_.stretches()) {
             if (s.begin < at || s.end < s.begin) return false;
             at = s.end;
         }
         return at <= other_.text.size();
     }
 
-    Provenance provenance_;
+    Trail trail_;
     Decoder one_;
-    Decoder other_{&provenance_};
+    Decoder other_{&trail_};
 };
 
 }  // namespace ztdecode::fuzz

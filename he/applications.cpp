@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "he/he.hpp"
 
 namespace ztdecode {
@@ -22,6 +22,8 @@ constexpr auto applications = names({{0, " firmware"},
 
 }  // namespace
 
-NameOrCode apId(std::uint32_t id) noexcept { return {applications[id], id, " "}; }
+NameOrCode apId(std::uint32_t id) noexcept { return he::application(Number{id}); }
+
+NameOrCode he::application(const Number& id) noexcept { return {applications[id.number], id.number, " ", id.place}; }
 
 }  // namespace ztdecode

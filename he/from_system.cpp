@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "he/commands.hpp"
 #include "he/he.hpp"
 #include "he/pieces.hpp"
@@ -133,3 +133,5 @@ void dhs2he(Session& session, Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::he::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2he, d); }

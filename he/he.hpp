@@ -1,6 +1,6 @@
 #pragma once
 
-#include "decode/identity.hpp"
+#include "core/going_away.hpp"
 
 // The HE link: sets with a windowing system, applications and a card reader. The decoders get a message
 // without its three routing bytes.
@@ -14,3 +14,13 @@ void dhs2he(Session& session, Message& m, Text& out);
 NameOrCode apId(std::uint32_t id) noexcept;
 
 }  // namespace ztdecode
+
+namespace ztdecode::he {
+
+void from_system(Decoding& d);
+void to_system(Decoding& d);
+
+// Name of an application of the set, a blank before it; one without a name is shown by its number.
+NameOrCode application(const Number& id) noexcept;
+
+}  // namespace ztdecode::he

@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "he/commands.hpp"
 #include "he/pieces.hpp"
 

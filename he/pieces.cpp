@@ -1,6 +1,6 @@
 #include "he/pieces.hpp"
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 
 namespace ztdecode::he {
 

@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "he/he.hpp"
 #include "he/pieces.hpp"
 
@@ -156,3 +156,5 @@ void he2dhs(Session& session, Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::he::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::he2dhs, d); }

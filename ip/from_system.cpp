@@ -1,3 +1,4 @@
+#include "core/going_away.hpp"
 #include "ip/ip.hpp"
 #include "ip/messages.hpp"
 #include "ip/values.hpp"
@@ -174,3 +175,5 @@ void dhs2ip(Session& session, Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::ip::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2ip, d); }

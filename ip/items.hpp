@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string_view>
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "core/text.hpp"
 
 // Most messages of the IP-set link are lists of items: an id, the length of the value, the value. Lengths are

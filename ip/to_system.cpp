@@ -1,3 +1,4 @@
+#include "core/going_away.hpp"
 #include "ip/ip.hpp"
 #include "ip/messages.hpp"
 #include "ip/values.hpp"
@@ -125,3 +126,5 @@ void ip2dhs(Session& session, Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::ip::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::ip2dhs, d); }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "decode/identity.hpp"
+#include "core/going_away.hpp"
 #include "ip/items.hpp"
 
 // How values of items read, where several lists share it.

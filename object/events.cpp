@@ -1,6 +1,6 @@
 #include "object/events.hpp"
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "object/current_class.hpp"
 #include "object/values.hpp"
 
@@ -162,7 +162,7 @@ constexpr auto event_bodies = events({
 
 void vDecodeEvent(Session& session, std::uint8_t event, const Bytes& body, Text& out) {
     if (session.switches.debug) {
-        session.standard_output(fmt::format("vDecodeEvent(bEvent=0x{:02x}, ptr[0]= 0x{:02x}, len={})\n"_cf,
+        session.standard_output(formatted("vDecodeEvent(bEvent=0x{-:02x}, ptr[0]= 0x{-:02x}, len={-})\n"_cf,
                                             event, body[0], body.length));
     }
     event_bodies.write(event, session, body, out);

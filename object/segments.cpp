@@ -98,7 +98,7 @@ void vSaveLastReconstructedCmd(ObjectSegments& segments) {
     segments.last_command_text.clear();
     segments.last_command_text.reserve(segments.bytes.size() * 3);
     for (const std::uint8_t byte : segments.bytes) {
-        fmt::format_to(std::back_inserter(segments.last_command_text), " {:02X}"_cf, byte);
+        segments.last_command_text += formatted(" {-:02X}"_cf, byte);
     }
 }
 

@@ -21,10 +21,10 @@ constexpr Shown shown_ranges(std::size_t n) { return n <= 4 ? Shown{n, 0} : Show
 constexpr Shown shown_bytes(std::size_t n) { return n <= 8 ? Shown{n, 0} : Shown{5, 2}; }
 
 std::string range(ByteRange r) {
-    return r.first == r.last ? fmt::format("{}"_cf, r.first) : fmt::format("{}-{}"_cf, r.first, r.last);
+    return r.first == r.last ? formatted("{-}"_cf, r.first) : formatted("{-}-{-}"_cf, r.first, r.last);
 }
 
-std::string offsets(const std::vector<ByteRange>& ranges) {
+std::string offsets(std::span<const ByteRange> ranges) {
     const Shown shown = shown_ranges(ranges.size());
     std::string text;
     for (std::size_t k = 0; k < ranges.size(); ++k) {
@@ -38,7 +38,7 @@ std::string offsets(const std::vector<ByteRange>& ranges) {
 
 std::size_t size(ByteRange r) { return std::size_t{r.last} - r.first + 1; }
 
-std::string hexadecimal(const std::vector<ByteRange>& ranges, std::span<const std::uint8_t> bytes) {
+std::string hexadecimal(std::span<const ByteRange> ranges, std::span<const std::uint8_t> bytes) {
     std::size_t n = 0;
     for (const ByteRange& r : ranges) n += size(r);
     const Shown shown = shown_bytes(n);
@@ -48,7 +48,7 @@ std::string hexadecimal(const std::vector<ByteRange>& ranges, std::span<const st
         for (std::uint32_t offset = r.first; offset <= r.last && offset < bytes.size(); ++offset, ++k) {
             if (k == shown.first) text.append(" ").append(left_out);
             if (k >= shown.first && k < n - shown.last) continue;
-            text += fmt::format("{}{:02x}"_cf, k > 0 ? " " : "", bytes[offset]);
+            text += formatted("{-}{-:02x}"_cf, k > 0 ? " " : "", bytes[offset]);
         }
     }
     return text;
@@ -61,14 +61,15 @@ struct Source {
 };
 
 // The bytes of a reassembled message are those of its segments; they stand nowhere in this one.
-Source source_of(const Stretch& stretch, const Message& m) {
-    Source source = {offsets(stretch.bytes), {}};
-    if (stretch.reassembled && !stretch.bytes.empty()) {
+Source source_of(const Stretch& stretch, const Trail& trail, const Message& m) {
+    const auto bytes = trail.bytes_of(stretch);
+    Source source = {offsets(bytes), {}};
+    if (trail.messages()[stretch.message].reassembled && !bytes.empty()) {
         source.offsets.insert(0, "reassembled ");
     } else {
-        source.bytes = hexadecimal(stretch.bytes, m.bytes());
+        source.bytes = hexadecimal(bytes, m.bytes());
     }
-    if (stretch.behind_the_end)
+    if (stretch.missing)
         source.offsets += source.offsets.empty() ? "behind the end" : ", behind the end";
     if (source.offsets.empty()) source.offsets = "-";
     return source;
@@ -81,29 +82,29 @@ void add_column(std::string_view words, std::size_t width, Text& out) {
 
 }  // namespace
 
-void explain(const Provenance& provenance, std::string_view text, const Message& m, Text& out) {
+void explain(const Trail& trail, std::string_view text, const Message& m, Text& out) {
     std::size_t width = unused_bytes.size();
     std::size_t bytes_width = 0;
-    for (const Stretch& s : provenance.stretches()) {
-        const Source source = source_of(s, m);
+    for (const Stretch& s : trail.stretches()) {
+        const Source source = source_of(s, trail, m);
         width = std::max(width, source.offsets.size());
         bytes_width = std::max(bytes_width, source.bytes.size());
     }
-    for (const Stretch& s : provenance.stretches()) {
-        const Source source = source_of(s, m);
+    for (const Stretch& s : trail.stretches()) {
+        const Source source = source_of(s, trail, m);
         out.add("    ");
         add_column(source.offsets, width, out);
         add_column(source.bytes, bytes_width, out);
         add_quoted(text.substr(s.begin, s.end - s.begin), out);
         out.add("\n");
     }
-    const auto left = provenance.unused(m.length());
+    const auto left = trail.unused();
     out.add("    ");
     add_column(unused_bytes, width, out);
     if (left.empty()) {
         out.add("none\n");
     } else {
-        out.print("{}  {}\n"_cf, offsets(left), hexadecimal(left, m.bytes()));
+        out.print("{-}  {-}\n"_cf, offsets(left), hexadecimal(left, m.bytes()));
     }
 }
 

@@ -3,7 +3,7 @@
 #include <string_view>
 
 #include "core/message.hpp"
-#include "core/provenance.hpp"
+#include "core/trail.hpp"
 #include "core/text.hpp"
 
 namespace ztdecode::tool {
@@ -22,6 +22,6 @@ namespace ztdecode::tool {
 //
 // A stretch for which a byte was asked that the message does not have says "behind the end". Offsets in a
 // message that was put together from segments are "reassembled".
-void explain(const Provenance& provenance, std::string_view text, const Message& m, Text& out);
+void explain(const Trail& trail, std::string_view text, const Message& m, Text& out);
 
 }  // namespace ztdecode::tool

@@ -51,7 +51,7 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
                          .debug = options.debug,
                          .color_escape = '\0'};
     session_.side = this;
-    if (options.explain) session_.provenance = &provenance_;
+    if (options.explain) session_.trail = &trail_;
 }
 
 void TraceDecoder::decode(int descriptor) {
@@ -157,7 +157,7 @@ void TraceDecoder::refuse_for_memory() {
     out_.flush_and_release();
     decoded_ = Text();
     traced_ = std::string();
-    provenance_ = Provenance();
+    trail_ = Trail();
     refused_ = true;
     complain("no memory for this message");
 }
@@ -228,7 +228,7 @@ void TraceDecoder::present(const Message& m, Text& out) {
     }
     if (!options_.explain || out.size() == begin) return;
     if (out.view().back() != '\n') out.add("\n");
-    explain(provenance_, text, m, out);
+    explain(trail_, text, m, out);
 }
 
 // A message of a binary file is shown as a tagged line, which the command reads again.

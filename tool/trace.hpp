@@ -7,6 +7,7 @@
 #include <string_view>
 
 #include "core/session.hpp"
+#include "core/trail.hpp"
 #include "decode/readers.hpp"
 #include "tool/display.hpp"
 #include "tool/options.hpp"
@@ -62,7 +63,7 @@ class TraceDecoder : private SideChannel {
     Output& out_;
     Output& diagnostics_;
     Session session_;
-    Provenance provenance_;
+    Trail trail_;
     bool presents_;  // texts go out in another form than they are decoded in
     LineReader reader_;
     std::optional<Progress> progress_;

@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "digital/options/keys.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/super.hpp"
@@ -68,3 +68,6 @@ void decode_eak(Session& session, const Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::eak::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_eak_out, d); }
+void ztdecode::eak::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_eak, d); }

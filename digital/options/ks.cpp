@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "digital/options/keys.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/super.hpp"
@@ -73,3 +73,6 @@ void decode_ks(Session& session, const Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::ks::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_ks_out, d); }
+void ztdecode::ks::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_ks, d); }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "decode/identity.hpp"
+#include "core/going_away.hpp"
 #include "digital/options/options.hpp"
 
 // What the modules' messages have in common.
@@ -13,7 +13,7 @@ inline std::string_view on_or_off(std::uint8_t byte) { return byte != 0 ? "on" :
 
 // Every module tells the version of its software, at places of its own: major number at byte k, minor behind
 // it.
-inline Version soft_version(const Message& m, std::size_t k) {
+inline OldVersion soft_version(const Message& m, std::size_t k) {
     return version_logiciel("soft", m[k], m[k + 1]);
 }
 

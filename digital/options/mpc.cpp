@@ -1,6 +1,6 @@
 #include <forward_list>
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "digital/digital.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/super.hpp"
@@ -86,7 +86,7 @@ void set_emulation(Session& session, const Message& m, Text& out) {
         carrying.emulation_inside = false;
         Played& inner = played.emplace_front(session, *carrier);
         if (!inner.level) return;
-        rn2dhs(session, inner.message, out);
+        call_new(digital::to_system, session, inner.message, out);
         carrier = &inner.message;
     } while (carrying.emulation_inside);
 }
@@ -120,3 +120,6 @@ void decode_mpc(Session& session, const Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::mpc::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_mpc_out, d); }
+void ztdecode::mpc::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_mpc, d); }

@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/s0_tables.hpp"
 
@@ -94,3 +94,5 @@ void decode_s0_out(Session& session, const Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::s0::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_s0_out, d); }

@@ -1,6 +1,6 @@
 #include "digital/options/s0_reports.hpp"
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "digital/options/module.hpp"
 
 namespace ztdecode {

@@ -1,6 +1,6 @@
 #include "digital/options/s0_tables.hpp"
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 
 namespace ztdecode {
 

@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/s0_reports.hpp"
 #include "digital/options/s0_tables.hpp"
@@ -126,3 +126,5 @@ void decode_s0(Session& session, const Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::s0::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_s0, d); }

@@ -65,7 +65,7 @@ class Walk {
 
   private:
     void write_line(const Message& part);
-    void put_inner_text_first(const Message& part, std::size_t part_begin);
+    void put_inner_text_first(const Message& /*part*/, std::size_t part_begin);
 
     Session& session_;
     const PartDecoder& decode_part_;
@@ -75,12 +75,11 @@ class Walk {
 
 // All super messages write to one place: when the part was a super message, or carried one, the inner text
 // stands there in place of what this one had written so far, and the part's text behind it.
-void Walk::put_inner_text_first(const Message& part, std::size_t part_begin) {
+void Walk::put_inner_text_first(const Message& /*part*/, std::size_t part_begin) {
     Carrying& carrying = session_.carrying;
     const std::string part_text(out_.from(part_begin));
     carrying.use_text((out_.size() - begin_) / Carrying::written_over_for_one);
     out_.cut(begin_);
-    part.note_all();
     out_.add(carrying.module_super_text);
     out_.add(part_text);
 }

@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "digital/options/module.hpp"
 
 // Data adapter modules ("V24" and "V24 synchrone"). byte 2: opcode, then its parameters.
@@ -143,3 +143,6 @@ void decode_v24(Session& session, const Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::v24::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_v24_out, d); }
+void ztdecode::v24::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_v24, d); }

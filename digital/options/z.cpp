@@ -1,4 +1,4 @@
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/super.hpp"
 
@@ -80,3 +80,6 @@ void decode_z(Session& session, const Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::z::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_z_out, d); }
+void ztdecode::z::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_z, d); }

@@ -379,7 +379,7 @@ struct PlainBuffer {
 };
 
 // Decodes into such a buffer whatever of the object protocol comes along.
-class PlainHost : public Decoding, public ApplicationText {
+class PlainHost : public TestSession, public ApplicationText {
   public:
     PlainHost() { session().object.application = this; }
 

@@ -322,7 +322,7 @@ TEST(Message, TheOptionTypeIsTheUpperByteOfReserved) {
 
 TEST(Message, DecaleDropsOrComplains) {
     const auto data = bytes("01 02 03");
-    Decoding d;
+    TestSession d;
     const Message m(data);
     EXPECT_EQ(decale(d.session(), m, 3).length(), 0U);
     EXPECT_EQ(decale(d.session(), m, 2).length(), 1U);

@@ -25,7 +25,7 @@ std::string repeated(std::string_view words, std::size_t n) {
 // The parts of a super message: a first segment whose message is a hub's with a super message of two last
 // segments, and two last segments. Each of them is followed by the whole again.
 TEST(Carrying, ReassembledMessagesAreCounted) {
-    Decoding d;
+    TestSession d;
     const std::string text = d.from_dhs("0b 0d 0c 81 00 09 14 10 0b 02 0c 00 02 0c 00 02 0c 00 02 0c 00");
     EXPECT_EQ(count(text, "HUB - "), Carrying::most_reassembled);
     EXPECT_LT(text.size(), 100000U);
@@ -34,7 +34,7 @@ TEST(Carrying, ReassembledMessagesAreCounted) {
 }
 
 TEST(Carrying, LevelsCountThroughReassembledMessages) {
-    Decoding d;
+    TestSession d;
     const std::string hubs = repeated("14 10 ", 1200);
     // 2402 bytes in two segments: the hubs, and a last segment inside them.
     EXPECT_EQ(d.from_dhs("0c 81 09 62 " + hubs), "\t- segment message 1/2");
@@ -47,7 +47,7 @@ TEST(Carrying, LevelsCountThroughReassembledMessages) {
 }
 
 TEST(Carrying, ComplaintsOfOneMessageEnd) {
-    Decoding d;
+    TestSession d;
     std::string parts = "0b";
     while (parts.size() < 15000) parts += " 0a 04 10 0b 0b 0b 01 14 0b 0b 01";
     d.to_dhs(parts);
@@ -69,7 +69,7 @@ TEST(Carrying, TextOfNestedSuperMessagesIsWhole) {
                     {0x14, 0x10, 0x17, static_cast<std::uint8_t>(n), static_cast<std::uint8_t>(n >> 8)});
         ++supers;
     }
-    Decoding d;
+    TestSession d;
     Text out;
     Message m(data);
     ASSERT_EQ(decode(d.session(), m, out), Outcome::decoded);
@@ -79,7 +79,7 @@ TEST(Carrying, TextOfNestedSuperMessagesIsWhole) {
 
 // A segment's trace shows the whole message, which may be long, at every segment.
 TEST(Carrying, TracesOfSegmentsAreText) {
-    Decoding d;
+    TestSession d;
     d.from_dhs("0c ff ff ff 2a");
     d.output.clear();
     d.from_dhs("0b" + repeated(" 02 0c 01", 1700));
@@ -88,7 +88,7 @@ TEST(Carrying, TracesOfSegmentsAreText) {
 }
 
 TEST(Carrying, AnUnknownClassInsideLeavesTheNextMessageItsBudget) {
-    Decoding d;
+    TestSession d;
     for (int i = 0; i < 3000; ++i) {
         EXPECT_EQ(d.from_dhs("14 10 15 02 04 01"),
                   "\tHUB -  to set 1\tRYM - call server\nError class lookup table ptr");

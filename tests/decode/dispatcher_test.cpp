@@ -59,7 +59,7 @@ TEST(Dispatcher, EveryTypeByteHasItsPrefix) {
     for (int type = 0; type < 256; ++type) {
         const std::string hex = fmt::format("{:02x} 00 01 21", type);
         for (const std::uint32_t direction : {0U, 1U, 2U}) {
-            Decoding d;
+            TestSession d;
             const std::string text = d.with(dispatch_message, hex, direction);
             const Prefix prefix = prefix_of(type);
             EXPECT_EQ(text.substr(0, prefix.text.size()), prefix.text) << hex;
@@ -74,13 +74,13 @@ TEST(Dispatcher, TheDigitalSetHasEveryOtherType) {
     for (int type = 0; type < 256; ++type) {
         if (!is_digital(type)) continue;
         const std::string hex = fmt::format("{:02x} 00 01 21", type);
-        Decoding alone;
+        TestSession alone;
         const std::string from_system = alone.with(dhs2rn, hex, 0);
         const Status from_status = alone.status;
         const std::string to_system = alone.with(rn2dhs, hex, 1);
         const Status to_status = alone.status;
         const std::string prefix(prefix_of(type).text);
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(dispatch_message, hex, 0), prefix + from_system) << hex;
         EXPECT_EQ(d.status, from_status) << hex;
         for (const std::uint32_t direction : {1U, 2U, 0xFFFFFFFFU}) {
@@ -120,21 +120,21 @@ TEST(Dispatcher, ATextOfEachLink) {
 
 TEST(Dispatcher, IpMessages) {
     for (const std::string_view hex : {"13 00", "93 00", "13", "93 7f 01"}) {
-        EXPECT_EQ(Decoding().to_dhs(hex).substr(0, 6), "\tIP - ") << hex;
-        EXPECT_EQ(Decoding().from_dhs(hex).substr(0, 6), "\tIP - ") << hex;
+        EXPECT_EQ(TestSession().to_dhs(hex).substr(0, 6), "\tIP - ") << hex;
+        EXPECT_EQ(TestSession().from_dhs(hex).substr(0, 6), "\tIP - ") << hex;
     }
-    EXPECT_EQ(Decoding().from_dhs("93 00"), Decoding().from_dhs("13 00"));
+    EXPECT_EQ(TestSession().from_dhs("93 00"), TestSession().from_dhs("13 00"));
 }
 
 TEST(Dispatcher, ServersShareAPrefix) {
-    EXPECT_EQ(Decoding().to_dhs("15 03").substr(0, 18), "\tRYM - call server");
-    EXPECT_EQ(Decoding().from_dhs("15 03").substr(0, 18), "\tRYM - call server");
-    EXPECT_EQ(Decoding().to_dhs("16 03").substr(0, 26), "\tRYM - presentation server");
-    EXPECT_EQ(Decoding().from_dhs("96 03").substr(0, 26), "\tRYM - presentation server");
+    EXPECT_EQ(TestSession().to_dhs("15 03").substr(0, 18), "\tRYM - call server");
+    EXPECT_EQ(TestSession().from_dhs("15 03").substr(0, 18), "\tRYM - call server");
+    EXPECT_EQ(TestSession().to_dhs("16 03").substr(0, 26), "\tRYM - presentation server");
+    EXPECT_EQ(TestSession().from_dhs("96 03").substr(0, 26), "\tRYM - presentation server");
 }
 
 TEST(Dispatcher, NoMessage) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(d.with(dispatch_message, "", 0), "");
     EXPECT_EQ(d.with(dispatch_message, "", 1), "");
@@ -179,7 +179,7 @@ TEST(Dispatcher, AnHeTypeByteWithItsHighBit) {
 }
 
 TEST(Dispatcher, HeMessagesWithoutAMessage) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05 01 02"), "\t- [HE: desktop -> telephony]\t- ");
     EXPECT_EQ(d.from_dhs("05 01 02"), "\t- [HE: desktop -> telephony]\t- ");
     EXPECT_EQ(d.error, "");
@@ -218,7 +218,7 @@ TEST(Dispatcher, VisiophoneRouting) {
 }
 
 TEST(Dispatcher, AVisiophoneTypeByteAloneIsTheDigitalSets) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(dispatch_message, "06", 0), "\t- subdev reset");
     EXPECT_EQ(d.route, 0U);
     EXPECT_EQ(d.with(dispatch_message, "86", 1), "\t- loop back on ack");
@@ -231,15 +231,15 @@ TEST(Dispatcher, AVisiophoneTypeByteAloneIsTheDigitalSets) {
 
 TEST(Dispatcher, AnyDirectionButZeroGoesToTheSystem) {
     for (const std::uint32_t direction : {1U, 2U, 256U, 0xFFFFFFFFU}) {
-        EXPECT_EQ(Decoding().decode("00", direction), "\t- nop ack");
-        EXPECT_EQ(Decoding().decode("05 01 02 01", direction), "\t- [HE: desktop -> telephony]\t- off hook");
-        EXPECT_EQ(Decoding().decode("0f 07", direction), "\t- osi: cti status");
-        EXPECT_EQ(Decoding().decode("14 06", direction), "\tHUB - download end ack");
+        EXPECT_EQ(TestSession().decode("00", direction), "\t- nop ack");
+        EXPECT_EQ(TestSession().decode("05 01 02 01", direction), "\t- [HE: desktop -> telephony]\t- off hook");
+        EXPECT_EQ(TestSession().decode("0f 07", direction), "\t- osi: cti status");
+        EXPECT_EQ(TestSession().decode("14 06", direction), "\tHUB - download end ack");
     }
 }
 
 TEST(Dispatcher, AudioMessagesAlone) {
-    Decoding d;
+    TestSession d;
     d.session().switches.audio_only = true;
     EXPECT_EQ(d.from_dhs("24"), "\t- enable DTMF");
     EXPECT_EQ(d.from_dhs("26"), "");
@@ -263,7 +263,7 @@ TEST(Dispatcher, AudioMessagesAlone) {
 }
 
 TEST(Dispatcher, SuppressedMessagesTeachNothing) {
-    Decoding d;
+    TestSession d;
     d.session().switches.audio_only = true;
     EXPECT_EQ(d.to_dhs("04 2a 00"), "");
     d.session().switches.audio_only = false;

@@ -18,7 +18,7 @@ TEST(Frame, SingleMessages) {
 }
 
 TEST(Frame, NoMessage) {
-    Decoding d;
+    TestSession d;
     d.session().switches = {.color = true, .audio_only = false, .debug = true};
     EXPECT_EQ(d.to_dhs(""), "");
     EXPECT_EQ(d.from_dhs(""), "");
@@ -64,8 +64,8 @@ TEST(Frame, ALongPartHasALongLine) {
         hex += " 5a";
         line += " 5a";
     }
-    EXPECT_EQ(Decoding().to_dhs(hex), "\t- super message, type 2:\n" + line + "\n\t- nop ack");
-    EXPECT_EQ(Decoding().to_dhs("0b ff" + hex.substr(8, 255 * 3)),
+    EXPECT_EQ(TestSession().to_dhs(hex), "\t- super message, type 2:\n" + line + "\n\t- nop ack");
+    EXPECT_EQ(TestSession().to_dhs("0b ff" + hex.substr(8, 255 * 3)),
               "\t- super message:\n\t> zt ff 00 00" + line.substr(15, 254 * 3) + "\n\t- nop ack\n");
 }
 
@@ -151,7 +151,7 @@ TEST(Frame, NewlinesOfParts) {
 }
 
 std::string coloured(std::string_view hex, std::uint32_t direction, bool audio_only = false) {
-    Decoding d;
+    TestSession d;
     d.session().switches = {.color = true, .audio_only = audio_only, .debug = false};
     return d.decode(hex, direction);
 }
@@ -196,7 +196,7 @@ TEST(Frame, ACarriedMessageHasColoursOfItsOwn) {
 
 // The traces go to the standard output and not into the text.
 TEST(Frame, DebugTraces) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(d.to_dhs("03 05"), "\t- digit dialed '5'");
     EXPECT_EQ(d.output,
@@ -224,14 +224,14 @@ TEST(Frame, DebugTraces) {
 }
 
 TEST(Frame, ASuppressedMessageHasNoSecondTrace) {
-    Decoding d;
+    TestSession d;
     d.session().switches = {.color = false, .audio_only = true, .debug = true};
     EXPECT_EQ(d.to_dhs("03 05"), "");
     EXPECT_EQ(d.output, "entree decode, lng=0x02  sens= to DHS\n");
 }
 
 TEST(Frame, SuppressedPartsKeepTheirLine) {
-    Decoding d;
+    TestSession d;
     d.session().switches.audio_only = true;
     EXPECT_EQ(d.from_dhs("0b 01 00 01 24"),
               "\t- super message:\n\t> zt 01 00 00\n\t> zt 01 00 24\n\t- enable DTMF\n");
@@ -240,7 +240,7 @@ TEST(Frame, SuppressedPartsKeepTheirLine) {
 // An object-protocol message that names a class which does not exist ends the text, and the colour that is
 // open.
 TEST(Frame, AnUnknownClassEndsTheText) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("0b 01 00 04 15 02 04 01 01 00"),
               "\t- super message:\n\t> zt 01 00 00\n\t- nop\n"
               "\t> zt 04 00 15 02 04 01\n\tRYM - call server\nError class lookup table ptr");
@@ -270,7 +270,7 @@ TEST(Frame, TheTextStandsBehindWhatIsThere) {
 TEST(Frame, MessagesAreCutToTheCapacity) {
     std::string hex = "18";
     for (int i = 1; i < 5200; ++i) hex += " 41";
-    EXPECT_EQ(Decoding().to_dhs(hex), "\tDBG - " + std::string(5119, 'A'));
+    EXPECT_EQ(TestSession().to_dhs(hex), "\tDBG - " + std::string(5119, 'A'));
 }
 
 TEST(Frame, ManyParts) {
@@ -280,10 +280,10 @@ TEST(Frame, ManyParts) {
         hex += " 01 00";
         text += "\t> zt 01 00 00\n\t- nop ack\n";
     }
-    EXPECT_EQ(Decoding().to_dhs(hex), text);
-    EXPECT_EQ(Decoding().to_dhs(hex + " 00"), text + "\t> zt 00 00\n");
+    EXPECT_EQ(TestSession().to_dhs(hex), text);
+    EXPECT_EQ(TestSession().to_dhs(hex + " 00"), text + "\t> zt 00 00\n");
     // One byte more than a message can have: the last length byte is cut off.
-    EXPECT_EQ(Decoding().to_dhs(hex + " 01 00"), text + "\t- bad residual length!!!");
+    EXPECT_EQ(TestSession().to_dhs(hex + " 01 00"), text + "\t- bad residual length!!!");
 }
 
 }  // namespace

@@ -1,4 +1,4 @@
-#include "decode/hub.hpp"
+#include "decode/routes/hub.hpp"
 
 #include <gtest/gtest.h>
 #include <pthread.h>
@@ -13,9 +13,9 @@ struct Row {
     std::string_view text;
 };
 
-void expect_rows(Decoding::Decoder decoder, std::uint32_t direction, const std::vector<Row>& rows) {
+void expect_rows(Decoder decoder, std::uint32_t direction, const std::vector<Row>& rows) {
     for (const Row& row : rows) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(decoder, row.hex, direction), row.text) << row.hex;
         EXPECT_EQ(d.status, Status::recognised) << row.hex;
     }
@@ -34,7 +34,7 @@ TEST(HubFromSystem, NoContent) {
     to_hub({{"14", "ERR: no content"}, {"94", "ERR: no content"}});
     const auto record = bytes("14 05");
     Message m(record.data(), 1, 2);
-    Decoding d;
+    TestSession d;
     Text out;
     dhs2hub(d.session(), m, out);
     EXPECT_EQ(out.view(), "ERR: no content");
@@ -160,7 +160,7 @@ TEST(HubToSystem, SetsAndNumbers) {
               {"14 30 01", "peripheral content"}});
     const auto record = bytes("14 17 00 41 42 43 00 44");
     Message m(record.data(), 4, record.size());
-    Decoding d;
+    TestSession d;
     Text out;
     hub2dhs(d.session(), m, out);
     EXPECT_EQ(out.view(), "anv number response for ROM soft: ABC");
@@ -206,7 +206,7 @@ TEST(HubToSystem, AMessageOfOneByteIsNamedByTheByteBehindIt) {
     from_hub({{"14", "unknown message"}});
     const auto record = bytes("14 32 05");
     Message m(record.data(), 1, record.size());
-    Decoding d;
+    TestSession d;
     Text out;
     hub2dhs(d.session(), m, out);
     EXPECT_EQ(out.view(), "ERR: no content");
@@ -216,7 +216,7 @@ TEST(HubToSystem, AMessageOfOneByteIsNamedByTheByteBehindIt) {
 TEST(HubToSystem, ASetMessageThatIsNotThere) {
     const auto record = bytes("14 10 13 06");
     Message m(record.data(), 1, record.size());
-    Decoding d;
+    TestSession d;
     Text out;
     hub2dhs(d.session(), m, out);
     EXPECT_EQ(out.view(), "from set 1");
@@ -255,26 +255,26 @@ TEST(HubCarries, SetMessages) {
 }
 
 TEST(HubCarries, OnItsRoute) {
-    EXPECT_EQ(Decoding().from_dhs("14 10 13 06"), "\tHUB -  to set 1\tIP - stop tone");
-    EXPECT_EQ(Decoding().to_dhs("94 10 13 01 00"),
+    EXPECT_EQ(TestSession().from_dhs("14 10 13 06"), "\tHUB -  to set 1\tIP - stop tone");
+    EXPECT_EQ(TestSession().to_dhs("94 10 13 01 00"),
               "\tHUB - from set 1\tIP - incident: dhcp lease renewal failed");
-    EXPECT_EQ(Decoding().from_dhs("14"), "\tHUB - ERR: no content");
+    EXPECT_EQ(TestSession().from_dhs("14"), "\tHUB - ERR: no content");
 }
 
 TEST(HubCarries, TheTextEndsAtItsZeroByte) {
-    EXPECT_EQ(Decoding().to_dhs("0b 06 14 10 13 ff 61 00 05 14 11 13 01 00"),
+    EXPECT_EQ(TestSession().to_dhs("0b 06 14 10 13 ff 61 00 05 14 11 13 01 00"),
               "\t- super message:\n\t> zt 06 00 14 10 13 ff 61 00\n\tHUB - from set 1\tIP - debug\na\n"
               "\t> zt 05 00 14 11 13 01 00\n\tHUB - from set 2\tIP - incident: dhcp lease renewal failed\n");
 }
 
 TEST(HubCarries, SuperMessages) {
-    EXPECT_EQ(Decoding().from_dhs("14 10 0b 02 13 06 02 13 08"),
+    EXPECT_EQ(TestSession().from_dhs("14 10 0b 02 13 06 02 13 08"),
               "\tHUB -  to set 1\t- super message:\n\t> zt 02 00 13 06\n\tIP - stop tone\n"
               "\t> zt 02 00 13 08\n\tIP - stop listen RTP\n");
-    EXPECT_EQ(Decoding().to_dhs("14 12 17 03 00 13 01 01"),
+    EXPECT_EQ(TestSession().to_dhs("14 12 17 03 00 13 01 01"),
               "\tHUB - from set 3\t- super message, type 2:\n\t> zt 03 00 13 01 01\n"
               "\tIP - incident: lanpbx file corrupted");
-    EXPECT_EQ(Decoding().from_dhs("14 10 0b 05 13 06"),
+    EXPECT_EQ(TestSession().from_dhs("14 10 0b 05 13 06"),
               "\tHUB -  to set 1\t- super message:\n\t- bad residual length!!!");
 }
 
@@ -284,17 +284,17 @@ TEST(HubCarries, BytesBehindTheSetMessageAreThoseOfTheHubMessage) {
     const auto record = bytes("14 10 13 02 01 04 aa bb cc 00");
     Message m(record.data(), 8, record.size());
     m.direction = to_dhs;
-    Decoding d;
+    TestSession d;
     Text out;
     hub2dhs(d.session(), m, out);
     EXPECT_EQ(out.view(), "from set 1\tIP - param response(s):\n\t... tscip version aa bb aa bb");
-    EXPECT_EQ(Decoding().to_dhs("14 10 14 11 13 02 01 06 aa bb"),
+    EXPECT_EQ(TestSession().to_dhs("14 10 14 11 13 02 01 06 aa bb"),
               "\tHUB - from set 1\tHUB - from set 2\tIP - param response(s):\n\t... tscip version aa bb aa "
               "bb aa bb");
 }
 
 TEST(HubCarries, Colours) {
-    Decoding d;
+    TestSession d;
     d.session().switches.color = true;
     EXPECT_EQ(
         d.to_dhs("14 10 13 01 00"),
@@ -306,7 +306,7 @@ TEST(HubCarries, Colours) {
 }
 
 TEST(HubCarries, Traces) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(d.to_dhs("14 10 13 01 00"), "\tHUB - from set 1\tIP - incident: dhcp lease renewal failed");
     EXPECT_EQ(d.output,
@@ -315,17 +315,17 @@ TEST(HubCarries, Traces) {
 }
 
 TEST(HubCarries, TheRouteOfTheHubMessageStays) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(dhs2hub, "14 10 13 06"), " to set 1\tIP - stop tone");
     EXPECT_EQ(d.route, route_digital);  // as it came in: only the dispatcher writes it
     EXPECT_EQ(d.status, Status::recognised);
 }
 
 TEST(HubCarries, AHubMessageInAHubMessageLeavesTheOuterTextWhole) {
-    EXPECT_EQ(Decoding().from_dhs("14 10 14 13 01 01"), "\tHUB -  to set 1\tHUB - set 1 status: active");
-    EXPECT_EQ(Decoding().to_dhs("14 10 14 11 14 12 13 01 01"),
+    EXPECT_EQ(TestSession().from_dhs("14 10 14 13 01 01"), "\tHUB -  to set 1\tHUB - set 1 status: active");
+    EXPECT_EQ(TestSession().to_dhs("14 10 14 11 14 12 13 01 01"),
               "\tHUB - from set 1\tHUB - from set 2\tHUB - from set 3\tIP - incident: lanpbx file corrupted");
-    EXPECT_EQ(Decoding().from_dhs("14 10 14"), "\tHUB -  to set 1\tHUB - ERR: no content");
+    EXPECT_EQ(TestSession().from_dhs("14 10 14"), "\tHUB -  to set 1\tHUB - ERR: no content");
 }
 
 #if defined(__has_feature)
@@ -416,7 +416,7 @@ TEST(HubSweep, EveryCodeAndLengthEnds) {
                     if (length > 1) data[1] = static_cast<std::uint8_t>(code);
                     Message m(data);
                     m.direction = direction;
-                    Decoding d;
+                    TestSession d;
                     Text out;
                     EXPECT_EQ(decode(d.session(), m, out), Outcome::decoded);
                     EXPECT_TRUE(out.view().starts_with("\tHUB - ")) << code << ' ' << length;

@@ -1,4 +1,4 @@
-#include "decode/ibs.hpp"
+#include "decode/routes/ibs.hpp"
 
 #include <gtest/gtest.h>
 
@@ -61,7 +61,7 @@ TEST(Ibs, EveryClassAndName) {
         const std::string text = std::string(c.label) + name_in(c, byte & 15);
         const std::string hex = fmt::format("12 {:02x} 07 9a"_cf, byte);
         const bool anomaly = byte == 0x13 || byte == 0x93;
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(dhs2ibs, hex), text) << hex;
         EXPECT_EQ(d.status, Status::recognised);
         d.status = Status::none;
@@ -71,23 +71,23 @@ TEST(Ibs, EveryClassAndName) {
 }
 
 TEST(Ibs, AnomalyOfTheHardware) {
-    EXPECT_EQ(Decoding().to_dhs("12 13 07 09"), "\t- maintenance: harware anomaly, lien: 07 name 09");
-    EXPECT_EQ(Decoding().from_dhs("12 13 07 09"), "\t- maintenance: harware anomaly");
-    EXPECT_EQ(Decoding().to_dhs("12 93 07 09"), "\t- unknown class unknown name , lien: 07 name 09");
-    EXPECT_EQ(Decoding().to_dhs("12 13"), "\t- maintenance: harware anomaly, lien: 00 name 00");
+    EXPECT_EQ(TestSession().to_dhs("12 13 07 09"), "\t- maintenance: harware anomaly, lien: 07 name 09");
+    EXPECT_EQ(TestSession().from_dhs("12 13 07 09"), "\t- maintenance: harware anomaly");
+    EXPECT_EQ(TestSession().to_dhs("12 93 07 09"), "\t- unknown class unknown name , lien: 07 name 09");
+    EXPECT_EQ(TestSession().to_dhs("12 13"), "\t- maintenance: harware anomaly, lien: 00 name 00");
 }
 
 TEST(Ibs, OnItsRoute) {
-    EXPECT_EQ(Decoding().to_dhs("12 53"), "\t- unknown class unknown name ");
-    EXPECT_EQ(Decoding().to_dhs("92 e3"), "\t- DECT IBS to CPU: FN_DL_DATA_IND");
-    EXPECT_EQ(Decoding().from_dhs("12 f0"), "\t- unknown class unknown name ");
+    EXPECT_EQ(TestSession().to_dhs("12 53"), "\t- unknown class unknown name ");
+    EXPECT_EQ(TestSession().to_dhs("92 e3"), "\t- DECT IBS to CPU: FN_DL_DATA_IND");
+    EXPECT_EQ(TestSession().from_dhs("12 f0"), "\t- unknown class unknown name ");
 }
 
 TEST(Ibs, AMessageOfOneByteIsNamedByTheByteBehindIt) {
-    EXPECT_EQ(Decoding().from_dhs("12"), "\t- downloading: downloading suggest");
+    EXPECT_EQ(TestSession().from_dhs("12"), "\t- downloading: downloading suggest");
     const auto record = bytes("12 21");
     Message m(record.data(), 1, 2);
-    Decoding d;
+    TestSession d;
     Text out;
     dhs2ibs(d.session(), m, out);
     EXPECT_EQ(out.view(), "DECT CPU to IBS: FD_DL_RELEASE_REQ");

@@ -1,4 +1,4 @@
-#include "decode/identity.hpp"
+#include "decode/tables/identity.hpp"
 
 #include <map>
 #include <set>
@@ -165,7 +165,7 @@ TEST(DecSelftest, EveryValue) {
 }
 
 TEST(AudioConfig, Coding) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(audio_config, "49 00 55 00"), "audio configuration: coding= A law");
     EXPECT_EQ(d.with(audio_config, "49 00 55 01"), "audio configuration: coding= mu law");
     EXPECT_EQ(d.with(audio_config, "49 00 55 02"), "audio configuration: coding= ???");
@@ -176,20 +176,20 @@ TEST(AudioConfig, Coding) {
 TEST(AudioConfig, OtherSubTypes) {
     for (int type = 1; type < 256; ++type) {
         if (type == 6) continue;
-        EXPECT_EQ(Decoding().with(audio_config, fmt::format("49 {:02x} 01 01", type)),
+        EXPECT_EQ(TestSession().with(audio_config, fmt::format("49 {:02x} 01 01", type)),
                   fmt::format("audio configuration:  {:02x}", type));
     }
 }
 
 TEST(AudioConfig, Devices) {
-    EXPECT_EQ(Decoding().with(audio_config, "49 06 01 02 04 08 10"),
+    EXPECT_EQ(TestSession().with(audio_config, "49 06 01 02 04 08 10"),
               "audio configuration: device configuration:\n"
               "\t\thandset   device:  internal\n"
               "\t\theadset   device:  rj9\n"
               "\t\tloudspeak device:  jack\n"
               "\t\tannounce  device:  bluetooth\n"
               "\t\thandsfree device:  usb");
-    EXPECT_EQ(Decoding().with(audio_config, "49 06 1f ff 20 c0 0a"),
+    EXPECT_EQ(TestSession().with(audio_config, "49 06 1f ff 20 c0 0a"),
               "audio configuration: device configuration:\n"
               "\t\thandset   device:  internal rj9 jack bluetooth usb\n"
               "\t\theadset   device:  internal rj9 jack bluetooth usb ???\n"
@@ -199,7 +199,7 @@ TEST(AudioConfig, Devices) {
 }
 
 TEST(AudioConfig, ATerminalWithoutDevicesShowsTheLastList) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(audio_config, "49 06"),
               "audio configuration: device configuration:\n"
               "\t\thandset   device: \n"

@@ -1,4 +1,4 @@
-#include "decode/minor.hpp"
+#include "decode/routes/minor.hpp"
 
 #include <gtest/gtest.h>
 
@@ -13,7 +13,7 @@ namespace {
 using namespace std::string_literals;
 
 TEST(Minor, Servers) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(cs2dhs, "15 04 07"), "call server\nNotify\tOFFHOOK\n{\n\tServer\t\tCall\n}\n");
     EXPECT_EQ(d.status, Status::recognised);
     EXPECT_EQ(d.with(dhs2cs, "15 05 82 00 12 01"),
@@ -30,7 +30,7 @@ TEST(Minor, Servers) {
 }
 
 TEST(Minor, ServersThroughTheDispatcher) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("15 04 06"), "\tRYM - call server\nNotify\tONHOOK\n{\n\tServer\t\tCall\n}\n");
     EXPECT_EQ(d.from_dhs("15 04 06"), "\tRYM - call server\nInvalid_method 0x04 (PBX->TX)");
     EXPECT_EQ(d.to_dhs("16 02 02"), "\tRYM - presentation server\nInvalid_method 0x02 (TX->PBX)");
@@ -42,7 +42,7 @@ TEST(Minor, ServersThroughTheDispatcher) {
 }
 
 TEST(Minor, UnknownClass) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("15 02 04 01"), "\tRYM - call server\nError class lookup table ptr");
     EXPECT_EQ(d.outcome, Outcome::unknown_class);
     EXPECT_EQ(d.to_dhs("16 04 94 00 0b"), "\tRYM - presentation server\nError class lookup table ptr");
@@ -54,7 +54,7 @@ TEST(Minor, UnknownClass) {
 }
 
 TEST(Minor, TheClassOfARequestIsThatOfItsAnswer) {
-    Decoding d;
+    TestSession d;
     d.from_dhs("16 03 86 00 05 38 00");
     EXPECT_EQ(d.to_dhs("16 04 94 00 86 38 02 31 32"),
               "\tRYM - presentation server\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tPresentation"
@@ -71,7 +71,7 @@ class Announced : public ApplicationText {
 };
 
 TEST(Minor, ApplicationTextIsThatOfTheMessage) {
-    Decoding d;
+    TestSession d;
     Announced announced;
     d.session().object.application = &announced;
     d.to_dhs("15 04 06");
@@ -90,7 +90,7 @@ TEST(Minor, ApplicationTextIsThatOfTheMessage) {
 
 TEST(Minor, Debug) {
     for (const auto decoder : {dbg2dhs, dhs2dbg}) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(decoder, "18 68 69 0a"), "hi\n");
         EXPECT_EQ(d.status, Status::recognised);
         EXPECT_EQ(d.with(decoder, "18"), "");
@@ -99,7 +99,7 @@ TEST(Minor, Debug) {
         EXPECT_EQ(d.with(decoder, "18 00 69"), "");
         EXPECT_EQ(d.with(decoder, "18 01 7f 80 ff 25 73"), "\x01\x7F\x80\xFF%s");
     }
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("18"), "\tDBG - ");
     EXPECT_EQ(d.to_dhs("18 68 69 0a"), "\tDBG - hi\n");
     EXPECT_EQ(d.from_dhs("18 68 69 0a 0a"), "\tDBG - hi\n");
@@ -143,7 +143,7 @@ TEST(Minor, OsiToSystem) {
         {"0f 88", "??"},
     };
     for (const auto& row : rows) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(osi2dhs, row.hex), row.text) << row.hex;
         EXPECT_EQ(d.status, Status::none);
         EXPECT_EQ(d.to_dhs(row.hex), std::string("\t- ") + row.text);
@@ -174,7 +174,7 @@ TEST(Minor, OsiFromSystem) {
         {"0f 87", "osi: cti status"},
     };
     for (const auto& row : rows) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(dhs2osi, row.hex), row.text) << row.hex;
         EXPECT_EQ(d.status, Status::none);
         EXPECT_EQ(d.from_dhs(row.hex), std::string("\t- ") + row.text);

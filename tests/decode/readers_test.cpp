@@ -44,7 +44,7 @@ class Reading {
         return std::string(out.view());
     }
 
-    Decoding decoding_;
+    TestSession decoding_;
     LineReader reader_;
 };
 
@@ -286,7 +286,7 @@ TEST(LineLng2, FieldsOfAnyLength) {
         std::string line = "64 00 ";  // 100 bytes
         for (int k = 0; k < 299; ++k) line += random() % 40 == 0 ? ' ' : pool[random() % pool.size()];
         std::vector<std::vector<std::uint8_t>> messages;
-        Decoding d;
+        TestSession d;
         LineReader reader(d.session(), LineReader::Behind::zeros, keep, &messages);
         Text out;
         EXPECT_EQ(reader.line_lng2({line.c_str(), line.size()}, 0, out), decoded);
@@ -329,7 +329,7 @@ TEST(LineLng2, MessagesKeepTheirFirst5120Bytes) {
 }
 
 TEST(LineLng2, StandsBehindWhatIsThere) {
-    Decoding d;
+    TestSession d;
     LineReader reader(d.session(), LineReader::Behind::zeros);
     Text out;
     out.add("before ");
@@ -551,7 +551,7 @@ TEST(LineSpztLng2, AlwaysTwoLengthBytes) {
 
 std::string buffer(std::string_view hex, std::uint32_t direction, ReadResult result = decoded) {
     const auto data = bytes(hex);
-    Decoding d;
+    TestSession d;
     Text out;
     EXPECT_EQ(decode_bin_lng2(d.session(), data, direction, out), result) << hex;
     return std::string(out.view());

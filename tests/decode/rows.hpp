@@ -18,11 +18,11 @@ struct Row {
 
 // Each row in a session of its own.
 inline void expect_to_dhs(const std::vector<Row>& rows) {
-    for (const Row& row : rows) EXPECT_EQ(Decoding().to_dhs(row.hex), row.text) << row.hex;
+    for (const Row& row : rows) EXPECT_EQ(TestSession().to_dhs(row.hex), row.text) << row.hex;
 }
 
 inline void expect_from_dhs(const std::vector<Row>& rows) {
-    for (const Row& row : rows) EXPECT_EQ(Decoding().from_dhs(row.hex), row.text) << row.hex;
+    for (const Row& row : rows) EXPECT_EQ(TestSession().from_dhs(row.hex), row.text) << row.hex;
 }
 
 }  // namespace ztdecode::testing

@@ -179,7 +179,7 @@ TEST(Audio, Ring) {
 }
 
 TEST(Audio, RingInAWholeMessage) {
-    EXPECT_EQ(Decoding().from_dhs("4f 01 00 00 00 00 02"),
+    EXPECT_EQ(TestSession().from_dhs("4f 01 00 00 00 00 02"),
               "\t- ring on\n"
               "\t\t  melody: #0 \n"
               "\t\t  cadence: #0 (cadence standard) \n"

@@ -68,8 +68,8 @@ TEST(FromSystem, UnknownOpcodes) {
     for (int opcode = 0; opcode < 256; ++opcode) {
         const bool is_unknown = unknown.count(opcode & 0x7F) == 1;
         for (const std::string_view rest : {"", " 00", " 01 02 03 04 05 06 07"}) {
-            Decoding d;
-            const std::string text = d.with(dhs2rn, fmt::format("{:02x}{}", opcode, rest));
+            TestSession d;
+            const std::string text = d.with(digital::from_system, fmt::format("{:02x}{}", opcode, rest));
             EXPECT_EQ(d.status, is_unknown ? Status::unknown : Status::recognised) << opcode;
             EXPECT_EQ(text == "ERR: message inconnu", is_unknown) << opcode;
             EXPECT_FALSE(text.empty()) << opcode;
@@ -78,8 +78,8 @@ TEST(FromSystem, UnknownOpcodes) {
 }
 
 TEST(FromSystem, NoMessage) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, ""), "");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, ""), "");
     EXPECT_EQ(d.status, Status::none);
 }
 

@@ -18,24 +18,24 @@ struct Row {
 };
 
 // Each row in a session of its own.
-inline void expect_rows(Decoding::Decoder decoder, std::uint32_t direction, const std::vector<Row>& rows) {
+inline void expect_rows(Decoder decoder, std::uint32_t direction, const std::vector<Row>& rows) {
     for (const Row& row : rows) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(decoder, row.hex, direction), row.text) << row.hex;
         EXPECT_EQ(d.status, Status::recognised) << row.hex;
         EXPECT_EQ(d.error, "") << row.hex;
     }
 }
 
-inline void expect_to_system(const std::vector<Row>& rows) { expect_rows(rn2dhs, to_dhs, rows); }
-inline void expect_from_system(const std::vector<Row>& rows) { expect_rows(dhs2rn, from_dhs, rows); }
+inline void expect_to_system(const std::vector<Row>& rows) { expect_rows(digital::to_system, to_dhs, rows); }
+inline void expect_from_system(const std::vector<Row>& rows) { expect_rows(digital::from_system, from_dhs, rows); }
 
 // The same with the high bit of the opcode, which does not count.
 inline std::string with_high_bit(std::string_view hex) {
     auto data = bytes(hex);
     data[0] = static_cast<std::uint8_t>(data[0] | 0x80);
     std::string result;
-    for (const std::uint8_t b : data) result += fmt::format("{:02x}", b);
+    for (const std::uint8_t b : data) result += formatted("{-:02x}"_cf, b);
     return result;
 }
 

@@ -12,15 +12,15 @@ std::string repeated(std::string_view words, std::size_t n) {
 }
 
 TEST(Segments, ThreeSegmentsMakeAMessage) {
-    Decoding d;
+    TestSession d;
     // A ring command of six bytes, two in each segment; the sixth byte is the number of beeps.
-    EXPECT_EQ(d.with(dhs2rn, "0c 82 00 06 4f 01"), "segment message 1/3");
+    EXPECT_EQ(d.with(digital::from_system, "0c 82 00 06 4f 01"), "segment message 1/3");
     EXPECT_EQ(d.output, "4f 01 00 00 00 00 ");
     d.output.clear();
-    EXPECT_EQ(d.with(dhs2rn, "0c 01 05 01"), "segment message 2/3");
+    EXPECT_EQ(d.with(digital::from_system, "0c 01 05 01"), "segment message 2/3");
     EXPECT_EQ(d.output, "4f 01 05 01 00 00 ");
     d.output.clear();
-    EXPECT_EQ(d.with(dhs2rn, "0c 00 f3 0a"),
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 f3 0a"),
               "segment message 3/3\n"
               "\t- ring on\n"
               "\t\t  melody: #5 \n"
@@ -35,21 +35,21 @@ TEST(Segments, ThreeSegmentsMakeAMessage) {
 }
 
 TEST(Segments, OneSegmentIsAMessage) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("0c 80 00 01 2a"), "\t- segment message 1/1\n\t- version inquiry");
     EXPECT_EQ(d.output, "2a ");
     EXPECT_EQ(d.from_dhs("8c 80 00 01 2b"), "\t- segment message 1/1\n\t- are you there?");
 }
 
 TEST(Segments, UnknownMessages) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 01 7f"), "segment message 1/1\n\t- ERR: message inconnu");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 7f"), "segment message 1/1\n\t- ERR: message inconnu");
     EXPECT_EQ(d.status, Status::recognised);  // the segment is known
 }
 
 // The whole message goes by its own type byte to any link.
 TEST(Segments, WholeMessagesOfOtherLinks) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("0c 80 00 03 18 68 69"), "\t- segment message 1/1\n\tDBG - hi");
     EXPECT_EQ(d.from_dhs("0c 80 00 02 14 18"), "\t- segment message 1/1\n\tHUB - set repeater mode");
     EXPECT_EQ(d.from_dhs("0c 80 00 04 05 01 02 2b"),
@@ -62,87 +62,87 @@ TEST(Segments, WholeMessagesOfOtherLinks) {
 }
 
 TEST(Segments, ADoubledNewlineAtTheEndIsTrimmed) {
-    EXPECT_EQ(Decoding().from_dhs("0c 80 00 04 18 41 0a 0a"), "\t- segment message 1/1\n\tDBG - A\n");
+    EXPECT_EQ(TestSession().from_dhs("0c 80 00 04 18 41 0a 0a"), "\t- segment message 1/1\n\tDBG - A\n");
 }
 
 TEST(Segments, TheFirstSegmentSetsTheDirection) {
-    Decoding d;
+    TestSession d;
     // The segments' decoder is that of one direction; the whole message follows the direction of the first.
-    EXPECT_EQ(d.with(dhs2rn, "0c 81 00 02 03", to_dhs), "segment message 1/2");
-    EXPECT_EQ(d.with(dhs2rn, "0c 00 05", from_dhs), "segment message 2/2\n\t- digit dialed '5'");
-    EXPECT_EQ(d.with(dhs2rn, "0c 81 00 02 03", from_dhs), "segment message 1/2");
-    EXPECT_EQ(d.with(dhs2rn, "0c 00 05", to_dhs), "segment message 2/2\n\t- software reset");
+    EXPECT_EQ(d.with(digital::from_system, "0c 81 00 02 03", to_dhs), "segment message 1/2");
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 05", from_dhs), "segment message 2/2\n\t- digit dialed '5'");
+    EXPECT_EQ(d.with(digital::from_system, "0c 81 00 02 03", from_dhs), "segment message 1/2");
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 05", to_dhs), "segment message 2/2\n\t- software reset");
 }
 
 TEST(Segments, NumbersAreNotChecked) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, "0c ff 00 02 2a 2b"), "segment message 1/128");
-    EXPECT_EQ(d.with(dhs2rn, "0c 7f"), "segment message 1/128");
-    EXPECT_EQ(d.with(dhs2rn, "0c 05"), "segment message 123/128");
-    EXPECT_EQ(d.with(dhs2rn, "0c 00"), "segment message 128/128\n\t- version inquiry");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, "0c ff 00 02 2a 2b"), "segment message 1/128");
+    EXPECT_EQ(d.with(digital::from_system, "0c 7f"), "segment message 1/128");
+    EXPECT_EQ(d.with(digital::from_system, "0c 05"), "segment message 123/128");
+    EXPECT_EQ(d.with(digital::from_system, "0c 00"), "segment message 128/128\n\t- version inquiry");
     // The last one may come again.
-    EXPECT_EQ(d.with(dhs2rn, "0c 00"), "segment message 128/128\n\t- version inquiry");
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 01 2a"), "segment message 1/1\n\t- version inquiry");
-    EXPECT_EQ(d.with(dhs2rn, "0c 05"), "segment message -4/1");
+    EXPECT_EQ(d.with(digital::from_system, "0c 00"), "segment message 128/128\n\t- version inquiry");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 2a"), "segment message 1/1\n\t- version inquiry");
+    EXPECT_EQ(d.with(digital::from_system, "0c 05"), "segment message -4/1");
 }
 
 TEST(Segments, WithoutAFirstOne) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, "0c 03 2a"), "segment message -3/0");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, "0c 03 2a"), "segment message -3/0");
     EXPECT_EQ(d.output, "");  // no length is announced
-    EXPECT_EQ(d.with(dhs2rn, "0c 00 2b"), "segment message 0/0\n");
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 2b"), "segment message 0/0\n");
     EXPECT_EQ(d.output, "");
 }
 
 TEST(Segments, AFirstOneStartsAnew) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, "0c 82 00 02 2a"), "segment message 1/3");
-    EXPECT_EQ(d.with(dhs2rn, "0c 81 00 02 2b"), "segment message 1/2");
-    EXPECT_EQ(d.with(dhs2rn, "0c 00 01"), "segment message 2/2\n\t- are you there?");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, "0c 82 00 02 2a"), "segment message 1/3");
+    EXPECT_EQ(d.with(digital::from_system, "0c 81 00 02 2b"), "segment message 1/2");
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 01"), "segment message 2/2\n\t- are you there?");
     EXPECT_EQ(d.output, "2a 00 2b 00 2b 01 ");
 }
 
 // What was never sent is what an earlier message left there.
 TEST(Segments, TooFewBytes) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 03 2c"), "segment message 1/1\n\t- metastate option 0= disable");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c"), "segment message 1/1\n\t- metastate option 0= disable");
     EXPECT_EQ(d.output, "2c 00 00 ");
     d.output.clear();
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 03 2c 05 02"), "segment message 1/1\n\t- metastate option 5= wake up");
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 03 2c"), "segment message 1/1\n\t- metastate option 5= wake up");
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 03"), "segment message 1/1\n\t- metastate option 5= wake up");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c 05 02"), "segment message 1/1\n\t- metastate option 5= wake up");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c"), "segment message 1/1\n\t- metastate option 5= wake up");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03"), "segment message 1/1\n\t- metastate option 5= wake up");
     EXPECT_EQ(d.output, "2c 05 02 2c 05 02 2c 05 02 ");
 }
 
 // Bytes behind the announced length stand behind the message all the same.
 TEST(Segments, TooManyBytes) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 01 2c 05 02"), "segment message 1/1\n\t- metastate option 5= wake up");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 2c 05 02"), "segment message 1/1\n\t- metastate option 5= wake up");
     EXPECT_EQ(d.output, "2c ");
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 02 04 01 01 01"), "segment message 1/1\n\t- warmstart mode 3G");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 02 04 01 01 01"), "segment message 1/1\n\t- warmstart mode 3G");
 }
 
 TEST(Segments, NoLength) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 00 2a"), "segment message 1/1\n");
-    EXPECT_EQ(d.with(dhs2rn, "0c 80"), "segment message 1/1\n");
-    EXPECT_EQ(d.with(dhs2rn, "0c 81"), "segment message 1/2");
-    EXPECT_EQ(d.with(dhs2rn, "0c"), "segment message 2/2\n");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 00 2a"), "segment message 1/1\n");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80"), "segment message 1/1\n");
+    EXPECT_EQ(d.with(digital::from_system, "0c 81"), "segment message 1/2");
+    EXPECT_EQ(d.with(digital::from_system, "0c"), "segment message 2/2\n");
     EXPECT_EQ(d.output, "");
 }
 
 // The bytes of a first segment start at 4, those of a later one at 2.
 TEST(Segments, ShortSegments) {
-    Decoding d;
-    EXPECT_EQ(d.with(dhs2rn, "0c 83 00 04"), "segment message 1/4");
-    EXPECT_EQ(d.with(dhs2rn, "0c 02"), "segment message 2/4");
-    EXPECT_EQ(d.with(dhs2rn, "0c 01 35"), "segment message 3/4");
-    EXPECT_EQ(d.with(dhs2rn, "0c 00 07 02 09"), "segment message 4/4\n\t- cursor on, line 7");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::from_system, "0c 83 00 04"), "segment message 1/4");
+    EXPECT_EQ(d.with(digital::from_system, "0c 02"), "segment message 2/4");
+    EXPECT_EQ(d.with(digital::from_system, "0c 01 35"), "segment message 3/4");
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 07 02 09"), "segment message 4/4\n\t- cursor on, line 7");
     EXPECT_EQ(d.output, "00 00 00 00 00 00 00 00 35 00 00 00 35 07 02 09 ");
 }
 
 TEST(Segments, TheAnnouncedLengthHasItsHighByteFirst) {
-    Decoding d;
+    TestSession d;
     const std::string text(257, 'A');
     EXPECT_EQ(d.from_dhs("0c 80 01 02 18" + repeated(" 41", 257)),
               "\t- segment message 1/1\n\tDBG - " + text);
@@ -150,22 +150,22 @@ TEST(Segments, TheAnnouncedLengthHasItsHighByteFirst) {
 }
 
 TEST(Segments, LongerThanARecord) {
-    Decoding d;
+    TestSession d;
     const std::string bytes_of_a_segment = repeated(" 41", 5000);
-    EXPECT_EQ(d.with(dhs2rn, "0c 82 17 70 18" + bytes_of_a_segment), "segment message 1/3");
+    EXPECT_EQ(d.with(digital::from_system, "0c 82 17 70 18" + bytes_of_a_segment), "segment message 1/3");
     // Positions from 5120 on are dropped when they are written, and zeros when they are read.
-    EXPECT_EQ(d.with(dhs2rn, "0c 01" + bytes_of_a_segment), "segment message 2/3");
+    EXPECT_EQ(d.with(digital::from_system, "0c 01" + bytes_of_a_segment), "segment message 2/3");
     d.output.clear();
-    EXPECT_EQ(d.with(dhs2rn, "0c 00 42"), "segment message 3/3\n\tDBG - " + std::string(5119, 'A'));
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 42"), "segment message 3/3\n\tDBG - " + std::string(5119, 'A'));
     EXPECT_EQ(d.output, "18 " + repeated("41 ", 5119) + repeated("00 ", 6000 - 5120));
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 ff ff 2a"), "segment message 1/1\n\t- version inquiry");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 ff ff 2a"), "segment message 1/1\n\t- version inquiry");
     d.output.clear();
-    EXPECT_EQ(d.with(dhs2rn, "0c 81 ff ff 2b"), "segment message 1/2");
+    EXPECT_EQ(d.with(digital::from_system, "0c 81 ff ff 2b"), "segment message 1/2");
     EXPECT_EQ(d.output.size(), 65535U * 3);
 }
 
 TEST(Segments, TheTraceDoesNotShowInTheText) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("0b 05 0c 81 00 02 33 03 0c 00 02"),
               "\t- super message:\n"
               "\t> zt 05 00 0c 81 00 02 33\n\t- segment message 1/2\n"
@@ -184,7 +184,7 @@ TEST(Segments, WithoutATrace) {
 }
 
 TEST(Segments, DebugTracesOfTheWholeMessage) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(d.from_dhs("0c 80 00 02 2a 01"), "\t- segment message 1/1\n\t- version inquiry");
     EXPECT_EQ(d.output,
@@ -194,7 +194,7 @@ TEST(Segments, DebugTracesOfTheWholeMessage) {
 }
 
 TEST(Segments, AMessageInSegmentsMayBeASegment) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("0c 80 00 05 0c 80 00 01 2a"),
               "\t- segment message 1/1\n\t- segment message 1/1\n\t- version inquiry");
     EXPECT_EQ(d.output, "0c 80 00 01 2a 2a ");
@@ -206,7 +206,7 @@ TEST(Segments, AMessageInSegmentsMayBeASegment) {
 
 // A message that carries itself is followed 32 deep.
 TEST(Segments, AMessageThatCarriesItself) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("0c 80 00 02 0c 00"),
               "\t- segment message 1/1" + repeated("\n\t- segment message 1/1", 32));
     EXPECT_EQ(d.output, repeated("0c 00 ", 33));
@@ -218,7 +218,7 @@ TEST(Segments, AMessageThatCarriesItself) {
 }
 
 TEST(Segments, AnUnknownClassEndsThemAll) {
-    Decoding d;
+    TestSession d;
     const std::string ended =
         "\t- segment message 1/1\n\t- segment message 1/1\n\tRYM - call server\nError class lookup table ptr";
     for (int i = 0; i < 40; ++i) {
@@ -229,23 +229,23 @@ TEST(Segments, AnUnknownClassEndsThemAll) {
 }
 
 TEST(Segments, AudioFilter) {
-    Decoding d;
+    TestSession d;
     // The type byte of a segment is none of an audio message's, whatever it carries.
     d.session().switches.audio_only = true;
     EXPECT_EQ(d.from_dhs("0c 80 00 01 24"), "");
     EXPECT_EQ(d.output, "");
     // The carried one passes the filter on its own.
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 01 24"), "segment message 1/1\n\t- enable DTMF");
-    EXPECT_EQ(d.with(dhs2rn, "0c 80 00 01 26"), "segment message 1/1\n");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 24"), "segment message 1/1\n\t- enable DTMF");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 26"), "segment message 1/1\n");
 }
 
 TEST(Segments, SegmentsOfTwoSessionsDoNotMix) {
-    Decoding one;
-    Decoding other;
-    one.with(dhs2rn, "0c 81 00 02 33");
-    other.with(dhs2rn, "0c 81 00 02 35");
-    EXPECT_EQ(one.with(dhs2rn, "0c 00 01"), "segment message 2/2\n\t- external ringer on");
-    EXPECT_EQ(other.with(dhs2rn, "0c 00 01"), "segment message 2/2\n\t- cursor off, line 1");
+    TestSession one;
+    TestSession other;
+    one.with(digital::from_system, "0c 81 00 02 33");
+    other.with(digital::from_system, "0c 81 00 02 35");
+    EXPECT_EQ(one.with(digital::from_system, "0c 00 01"), "segment message 2/2\n\t- external ringer on");
+    EXPECT_EQ(other.with(digital::from_system, "0c 00 01"), "segment message 2/2\n\t- cursor off, line 1");
 }
 
 }  // namespace

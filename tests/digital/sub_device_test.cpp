@@ -132,25 +132,25 @@ TEST(SubDeviceMessage, TypesAbove15) {
 }
 
 TEST(SubDeviceMessage, TheLabelShowsWhatWasRememberedBefore) {
-    Decoding d;
-    EXPECT_EQ(d.with(rn2dhs, "04 2a 01", to_dhs), "[opt Z adr 2] off hook");
-    EXPECT_EQ(d.with(rn2dhs, "04 fa 01", to_dhs), "[opt Z adr 2] subdev message");
-    EXPECT_EQ(d.with(rn2dhs, "04 fa 01", to_dhs), "[opt ??? adr 2] subdev message");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::to_system, "04 2a 01", to_dhs), "[opt Z adr 2] off hook");
+    EXPECT_EQ(d.with(digital::to_system, "04 fa 01", to_dhs), "[opt Z adr 2] subdev message");
+    EXPECT_EQ(d.with(digital::to_system, "04 fa 01", to_dhs), "[opt ??? adr 2] subdev message");
     EXPECT_EQ(d.session().digital.modules->types[2], 31);
-    EXPECT_EQ(d.with(rn2dhs, "04 fa 9f 02", to_dhs), "[opt ??? adr 2] illegal command");
-    EXPECT_EQ(d.with(rn2dhs, "04 fb 00", to_dhs), "[opt V24 adr 3] subdev message");
+    EXPECT_EQ(d.with(digital::to_system, "04 fa 9f 02", to_dhs), "[opt ??? adr 2] illegal command");
+    EXPECT_EQ(d.with(digital::to_system, "04 fb 00", to_dhs), "[opt V24 adr 3] subdev message");
 }
 
 TEST(SubDeviceMessage, EveryTypeIsRemembered) {
-    Decoding d;
+    TestSession d;
     for (int type = 0; type < 32; ++type) {
         for (int address = 0; address < 8; ++address) {
-            d.with(rn2dhs, message(type, address, "00"), to_dhs);
+            d.with(digital::to_system, message(type, address, "00"), to_dhs);
             EXPECT_EQ(d.session().digital.modules->types[static_cast<std::size_t>(address)], type);
         }
         for (int address = 0; address < 8; ++address) {
             EXPECT_EQ(
-                d.with(dhs2rn, fmt::format("02 {:02x} 7f", address)).substr(0, label(type, address).size()),
+                d.with(digital::from_system, fmt::format("02 {:02x} 7f", address)).substr(0, label(type, address).size()),
                 label(type, address));
         }
     }
@@ -241,31 +241,31 @@ TEST(SubDeviceMessage, Byte4IsTheOptionType) {
 
 TEST(SubDeviceMessage, AResetOfTheSetForgetsTheTypes) {
     for (const std::string_view reset : {"1f 00", "1f 01 01", "9f 00 04", "1f 01 ff"}) {
-        Decoding d;
-        for (int address = 0; address < 8; ++address) d.with(rn2dhs, message(5, address, "00"), to_dhs);
-        d.with(rn2dhs, reset, to_dhs);
+        TestSession d;
+        for (int address = 0; address < 8; ++address) d.with(digital::to_system, message(5, address, "00"), to_dhs);
+        d.with(digital::to_system, reset, to_dhs);
         for (int address = 0; address < 8; ++address) {
-            EXPECT_EQ(d.with(dhs2rn, fmt::format("02 {:02x} 00", address)),
+            EXPECT_EQ(d.with(digital::from_system, fmt::format("02 {:02x} 00", address)),
                       label(31, address) + "subdev command");
         }
     }
     for (int kind = 2; kind < 256; ++kind) {
-        Decoding d;
-        d.with(rn2dhs, "04 2b 00", to_dhs);
-        d.with(rn2dhs, fmt::format("1f {:02x} 04", kind), to_dhs);
-        EXPECT_EQ(d.with(dhs2rn, "02 03 00"), "[opt Z adr 3] nop") << kind;
+        TestSession d;
+        d.with(digital::to_system, "04 2b 00", to_dhs);
+        d.with(digital::to_system, fmt::format("1f {:02x} 04", kind), to_dhs);
+        EXPECT_EQ(d.with(digital::from_system, "02 03 00"), "[opt Z adr 3] nop") << kind;
     }
 }
 
 TEST(SubDeviceMessage, AShortReportOnTheHeLinkForgetsThemToo) {
-    Decoding d;
-    d.with(rn2dhs, "04 2b 00", to_dhs);
+    TestSession d;
+    d.with(digital::to_system, "04 2b 00", to_dhs);
     const auto data = bytes("1f 00 00 05");
     Message m(data);
     m.route = route_he;
     Text out;
     rn2dhs(d.session(), m, out);
-    EXPECT_EQ(d.with(dhs2rn, "02 03 00"), "[opt ??? adr 3] subdev command");
+    EXPECT_EQ(d.with(digital::from_system, "02 03 00"), "[opt ??? adr 3] subdev command");
 }
 
 TEST(SubDeviceCommand, BeforeAnyMessageOfAModule) {
@@ -296,15 +296,15 @@ TEST(SubDeviceCommand, TheRememberedTypeChoosesTheDecoder) {
     }};
     for (int type = 0; type < 32; ++type) {
         for (int address = 0; address < 8; ++address) {
-            Decoding d;
-            d.with(rn2dhs, message(type, address, "00"), to_dhs);
+            TestSession d;
+            d.with(digital::to_system, message(type, address, "00"), to_dhs);
             const auto row = static_cast<std::size_t>(type);
             const std::string_view opcode = row < rows.size() ? rows[row].hex : "00";
             const std::string_view text = row < rows.size() ? rows[row].text : "subdev command";
-            EXPECT_EQ(d.with(dhs2rn, fmt::format("02 {:02x} {}", address, opcode)),
+            EXPECT_EQ(d.with(digital::from_system, fmt::format("02 {:02x} {}", address, opcode)),
                       label(type, address) + std::string(text));
             // The type bits of the command are not looked at.
-            EXPECT_EQ(d.with(dhs2rn, fmt::format("82 {:02x} {}", 0x98 | address, opcode)),
+            EXPECT_EQ(d.with(digital::from_system, fmt::format("82 {:02x} {}", 0x98 | address, opcode)),
                       label(type, address) + std::string(text));
             EXPECT_EQ(d.status, Status::recognised);
         }
@@ -312,27 +312,27 @@ TEST(SubDeviceCommand, TheRememberedTypeChoosesTheDecoder) {
 }
 
 TEST(SubDeviceCommand, RemembersNothing) {
-    Decoding d;
-    d.with(rn2dhs, "04 2a 00", to_dhs);
-    EXPECT_EQ(d.with(dhs2rn, "02 0a 26"), "[opt Z adr 2] terminal type");
-    EXPECT_EQ(d.with(dhs2rn, "02 fa 26"), "[opt Z adr 2] terminal type");
+    TestSession d;
+    d.with(digital::to_system, "04 2a 00", to_dhs);
+    EXPECT_EQ(d.with(digital::from_system, "02 0a 26"), "[opt Z adr 2] terminal type");
+    EXPECT_EQ(d.with(digital::from_system, "02 fa 26"), "[opt Z adr 2] terminal type");
     EXPECT_EQ(d.session().digital.modules->types[2], 5);
     EXPECT_EQ(d.session().digital.modules->types[1], 0);
 }
 
 TEST(SubDeviceCommand, AddressesAreTheirOwn) {
-    Decoding d;
-    d.with(rn2dhs, "04 28 00", to_dhs);
-    d.with(rn2dhs, "04 09 00", to_dhs);
-    d.with(rn2dhs, "04 37 00", to_dhs);
-    EXPECT_EQ(d.with(dhs2rn, "02 00 26"), "[opt Z adr 0] terminal type");
-    EXPECT_EQ(d.with(dhs2rn, "02 01 0f"), "[opt S0 adr 1] state inquiry");
-    EXPECT_EQ(d.with(dhs2rn, "02 07 26"), "[opt V24 synchrone adr 7] subdev command");
-    EXPECT_EQ(d.with(dhs2rn, "02 02 26"), "[opt V24 adr 2] flush output");
+    TestSession d;
+    d.with(digital::to_system, "04 28 00", to_dhs);
+    d.with(digital::to_system, "04 09 00", to_dhs);
+    d.with(digital::to_system, "04 37 00", to_dhs);
+    EXPECT_EQ(d.with(digital::from_system, "02 00 26"), "[opt Z adr 0] terminal type");
+    EXPECT_EQ(d.with(digital::from_system, "02 01 0f"), "[opt S0 adr 1] state inquiry");
+    EXPECT_EQ(d.with(digital::from_system, "02 07 26"), "[opt V24 synchrone adr 7] subdev command");
+    EXPECT_EQ(d.with(digital::from_system, "02 02 26"), "[opt V24 adr 2] flush output");
 }
 
 TEST(SubDevice, InWholeMessages) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("04 2a 03 09"), "\t- [opt Z adr 2] digit dialed '9'");
     EXPECT_EQ(d.from_dhs("02 02 26"), "\t- [opt Z adr 2] terminal type");
     // A module may emulate a set, whose reset is one of the set itself.

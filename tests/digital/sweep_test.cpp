@@ -117,7 +117,7 @@ TEST(DigitalSweep, EveryThirdByteOfModulesAndReports) {
                 data[1] = static_cast<std::uint8_t>(second);
                 data[2] = static_cast<std::uint8_t>(third);
                 for (std::size_t k = 3; k < 12; ++k) data[k] = static_cast<std::uint8_t>(third * k);
-                for (const auto decoder : {rn2dhs, dhs2rn}) {
+                for (const auto decoder : {digital::to_system, digital::from_system}) {
                     Message m(data.get(), 12, 12);
                     out.clear();
                     decoder(session, m, out);

@@ -48,8 +48,8 @@ TEST(ToSystem, UnknownOpcodes) {
     for (int opcode = 0; opcode < 256; ++opcode) {
         const bool is_known = known.count(opcode & 0x7F) == 1;
         for (const std::string_view rest : {"", " 00", " 03 04 05 06 07 08 09"}) {
-            Decoding d;
-            const std::string text = d.with(rn2dhs, fmt::format("{:02x}{}", opcode, rest), to_dhs);
+            TestSession d;
+            const std::string text = d.with(digital::to_system, fmt::format("{:02x}{}", opcode, rest), to_dhs);
             EXPECT_EQ(d.status, is_known ? Status::recognised : Status::unknown) << opcode;
             EXPECT_EQ(text.empty(), !is_known) << opcode;
         }
@@ -57,8 +57,8 @@ TEST(ToSystem, UnknownOpcodes) {
 }
 
 TEST(ToSystem, NoMessage) {
-    Decoding d;
-    EXPECT_EQ(d.with(rn2dhs, "", to_dhs), "");
+    TestSession d;
+    EXPECT_EQ(d.with(digital::to_system, "", to_dhs), "");
     EXPECT_EQ(d.status, Status::none);
 }
 

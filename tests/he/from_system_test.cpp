@@ -104,7 +104,7 @@ TEST(HeFromSystem, ApplicationManagement) {
 TEST(HeFromSystem, EveryOtherOpcodeIsUnknown) {
     const std::vector<int> known = {0, 6, 43, 44, 47, 57, 58, 73, 76, 77, 80, 81, 82, 83, 84, 85, 86};
     for (int opcode = 0; opcode < 256; ++opcode) {
-        Decoding d;
+        TestSession d;
         const std::string text = d.with(dhs2he, fmt::format("{:02x} 02 00", opcode));
         if (std::find(known.begin(), known.end(), opcode & 0x7F) != known.end()) {
             EXPECT_EQ(d.status, Status::recognised) << opcode;

@@ -176,7 +176,7 @@ TEST(HeObjectChange, WithoutIds) {
 TEST(HeObjectChange, EveryOtherCommandIsUnknown) {
     for (int command = 0; command < 256; ++command) {
         if (command <= 33 && command != 18) continue;
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(dhs2he, fmt::format("53 {:02x} 01 02", command)), "change object attributes: ???")
             << command;
         EXPECT_EQ(d.status, Status::recognised) << command;

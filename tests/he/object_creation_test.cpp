@@ -78,7 +78,7 @@ TEST(HeObjectCreation, WithoutIds) {
 TEST(HeObjectCreation, EveryOtherCommandIsUnknown) {
     for (int command = 0; command < 256; ++command) {
         if (command <= 9 || command == 16 || command == 17 || command == 32 || command == 33) continue;
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(dhs2he, fmt::format("52 {:02x} 01 02", command)), "object ???") << command;
         EXPECT_EQ(d.status, Status::recognised) << command;
     }

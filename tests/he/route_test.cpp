@@ -6,7 +6,7 @@ namespace ztdecode::testing {
 namespace {
 
 TEST(HeRoute, HeaderNamesBothApplications) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05 01 00 01"), "\t- [HE: firmware -> telephony]\t- off hook");
     EXPECT_EQ(d.from_dhs("05 fe 05 2b"), "\t- [HE: 05 -> text editor]\t- are you there inquiry");
     EXPECT_EQ(d.to_dhs("05 ff fa 22"), "\t- [HE: communication assistant -> default]\t- I'm here");
@@ -14,7 +14,7 @@ TEST(HeRoute, HeaderNamesBothApplications) {
 }
 
 TEST(HeRoute, DirectionsHaveTablesOfTheirOwn) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05 00 00 00"), "\t- [HE: firmware -> firmware]\t- NOP ack");
     EXPECT_EQ(d.from_dhs("05 00 00 00"), "\t- [HE: firmware -> firmware]\t- nop");
     EXPECT_EQ(d.decode("05 00 00 00", 2), "\t- [HE: firmware -> firmware]\t- NOP ack");
@@ -22,7 +22,7 @@ TEST(HeRoute, DirectionsHaveTablesOfTheirOwn) {
 
 // Lengths count without the routing bytes: nine bytes are six here, and too few for a text.
 TEST(HeRoute, RoutingBytesAreDropped) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("05 01 00 53 0b 01 02 00 00"),
               "\t- [HE: firmware -> telephony]\t- append static text field winId=01 objId=02");
     EXPECT_EQ(d.from_dhs("05 01 00 53 0b 01 02 00 01 41"),
@@ -31,7 +31,7 @@ TEST(HeRoute, RoutingBytesAreDropped) {
 
 // Behind the shortened message its last three bytes stand once more.
 TEST(HeRoute, BytesBehindTheMessageStayWhereTheyWere) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("05 01 02 50 06"), "\t- [HE: desktop -> telephony]\t- refresh window winId=02");
     EXPECT_EQ(d.from_dhs("05 01 00 50 01 04 0a 0b"),
               "\t- [HE: firmware -> telephony]\t- delete 4 windows, winId=0a, winId=0b, winId=04, winId=0a");
@@ -41,7 +41,7 @@ TEST(HeRoute, BytesBehindTheMessageStayWhereTheyWere) {
 }
 
 TEST(HeRoute, MessageThatIsShorterThanItsRouting) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05"), "\t- [HE: firmware -> firmware]\t- ");
     EXPECT_EQ(d.error, "decalage incorrect: demandé: 3, disponible: 1\n");
     d.error.clear();
@@ -50,14 +50,14 @@ TEST(HeRoute, MessageThatIsShorterThanItsRouting) {
 }
 
 TEST(HeRoute, MessageOfRoutingAlone) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05 02 06"), "\t- [HE: data -> desktop]\t- ");
     EXPECT_EQ(d.from_dhs("05 02 06"), "\t- [HE: data -> desktop]\t- ");
     EXPECT_EQ(d.error, "");
 }
 
 TEST(HeRoute, UnknownOpcodesAreTheDigitalSets) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05 01 00 2a 07"), "\t- [HE: firmware -> telephony]\t- key released");
     EXPECT_EQ(d.to_dhs("05 01 00 28"), "\t- [HE: firmware -> telephony]\t- trace off ack");
     EXPECT_EQ(d.from_dhs("05 01 00 46"), "\t- [HE: firmware -> telephony]\t- all icons off");
@@ -66,21 +66,21 @@ TEST(HeRoute, UnknownOpcodesAreTheDigitalSets) {
 }
 
 TEST(HeRoute, UnknownToBoth) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05 01 00 09"), "\t- [HE: firmware -> telephony]\t- ");
     EXPECT_EQ(d.from_dhs("05 01 00 05"), "\t- [HE: firmware -> telephony]\t- ERR: message inconnu");
 }
 
 // An unknown sub-command is no unknown opcode.
 TEST(HeRoute, UnknownSubcommandsStayHere) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05 01 00 2c 09"), "\t- [HE: firmware -> telephony]\t- download ???");
     EXPECT_EQ(d.from_dhs("05 01 00 2f 09"), "\t- [HE: firmware -> telephony]\t- ???");
 }
 
 // With bit 7 of the type set there is no routing to drop, and its own opcode, 5, is nobody's.
 TEST(HeRoute, TypeWithBit7) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("85 01 00 01"), "\t-not a HE message!\t- ");
     EXPECT_EQ(d.from_dhs("85 01 00 2b"), "\t-not a HE message!\t- ERR: message inconnu");
     EXPECT_EQ(d.to_dhs("85"), "\t-not a HE message!\t- ");
@@ -88,19 +88,19 @@ TEST(HeRoute, TypeWithBit7) {
 }
 
 TEST(HeRoute, KeyWithoutACharacterEndsTheText) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.to_dhs("05 01 00 25 00 00"), "\t- [HE: firmware -> telephony]\t- key pushed: '");
 }
 
 TEST(HeRoute, AudioMessagesOnly) {
-    Decoding d;
+    TestSession d;
     d.session().switches.audio_only = true;
     EXPECT_EQ(d.to_dhs("05 01 00 01"), "");
     EXPECT_EQ(d.from_dhs("05 01 00 2b"), "");
 }
 
 TEST(HeRoute, InColour) {
-    Decoding d;
+    TestSession d;
     d.session().switches.color = true;
     EXPECT_EQ(d.to_dhs("05 01 00 01"), "\033[0;31m\t- [HE: firmware -> telephony]\t- off hook\033[0m");
     EXPECT_EQ(d.from_dhs("05 01 00 2b"),
@@ -108,7 +108,7 @@ TEST(HeRoute, InColour) {
 }
 
 TEST(HeRoute, InASuperMessage) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("0b 06 05 01 00 50 06 04 05 05 01 00 50 09"),
               "\t- super message:\n"
               "\t> zt 06 00 05 01 00 50 06 04\n"

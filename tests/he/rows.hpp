@@ -18,9 +18,9 @@ struct Row {
 };
 
 // Each row in a session of its own.
-inline void expect_rows(Decoding::Decoder decoder, Status status, const std::vector<Row>& rows) {
+inline void expect_rows(Decoder decoder, Status status, const std::vector<Row>& rows) {
     for (const Row& row : rows) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(decoder, row.hex), row.text) << row.hex;
         EXPECT_EQ(d.status, status) << row.hex;
     }

@@ -137,7 +137,7 @@ TEST(HeToSystem, ZeroByteEndsTheReportedValue) {
 TEST(HeToSystem, LongestReportedValue) {
     std::string hex = "31 00 01 02 03 ff";
     for (int i = 0; i < 255; ++i) hex += " 78";
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(he2dhs, hex),
               "report:  winId=01 objId=02 valKey:03, lng=ff  \"" + std::string(255, 'x') + "\"");
 }
@@ -171,7 +171,7 @@ TEST(HeToSystem, ApplicationManagement) {
 TEST(HeToSystem, EveryOtherOpcodeIsUnknown) {
     const std::vector<int> known = {0, 1, 2, 3, 6, 7, 31, 32, 34, 37, 44, 46, 47, 48, 49, 52, 53, 80};
     for (int opcode = 0; opcode < 256; ++opcode) {
-        Decoding d;
+        TestSession d;
         const std::string text = d.with(he2dhs, fmt::format("{:02x} 00 00", opcode));
         if (std::find(known.begin(), known.end(), opcode & 0x7F) != known.end()) {
             EXPECT_EQ(d.status, Status::recognised) << opcode;
@@ -187,7 +187,7 @@ TEST(HeToSystem, MessageWithoutBytes) { to_system({{"", "NOP ack"}}); }
 
 // A window command's text is the other direction's; nothing here changes it.
 TEST(HeToSystem, LeavesTheWindowCommandAlone) {
-    Decoding d;
+    TestSession d;
     d.with(dhs2he, "50 06 04");
     d.with(he2dhs, "50 04");
     EXPECT_EQ(d.with(dhs2he, "50 09"), "refresh window winId=04???");

@@ -59,14 +59,14 @@ TEST(HeWindowCommands, ListBeyondTheMessage) {
 
 TEST(HeWindowCommands, UnknownAloneIsItsMark) {
     for (int command = 8; command < 256; ++command) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(dhs2he, fmt::format("50 {:02x} 01 02 03", command)), "???");
         EXPECT_EQ(d.status, Status::recognised);
     }
 }
 
 TEST(HeWindowCommands, UnknownStandsBehindTheLastOne) {
-    Decoding d;
+    TestSession d;
     d.with(dhs2he, "50 06 04");
     EXPECT_EQ(d.with(dhs2he, "50 09"), "refresh window winId=04???");
     EXPECT_EQ(d.with(dhs2he, "50 08 01"), "refresh window winId=04??????");
@@ -76,7 +76,7 @@ TEST(HeWindowCommands, UnknownStandsBehindTheLastOne) {
 }
 
 TEST(HeWindowCommands, UnknownOnesGatherBeforeAnyKnownOne) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(dhs2he, "50 08"), "???");
     EXPECT_EQ(d.with(dhs2he, "50 08"), "??????");
 }
@@ -92,14 +92,14 @@ TEST(HeWindowCommands, EveryKnownOneIsRemembered) {
              {"50 06 04", "refresh window winId=04"},
              {"50 07 00", "set softkeys status winId=00"},
          }) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(dhs2he, row.hex), row.text);
         EXPECT_EQ(d.with(dhs2he, "50 08"), std::string(row.text) + "???");
     }
 }
 
 TEST(HeWindowCommands, OtherFamiliesLeaveTheTextAlone) {
-    Decoding d;
+    TestSession d;
     d.with(dhs2he, "50 03 00");
     for (const char* other : {"00", "2c 00 00", "2f 01", "4c", "4d 00", "51 00", "51 08", "52 00", "52 0a",
                               "53 00", "53 22", "54 00", "54 09", "55 00", "55 09", "56 01", "56 09", "7f"}) {
@@ -109,8 +109,8 @@ TEST(HeWindowCommands, OtherFamiliesLeaveTheTextAlone) {
 }
 
 TEST(HeWindowCommands, SessionsRememberTheirOwn) {
-    Decoding one;
-    Decoding other;
+    TestSession one;
+    TestSession other;
     one.with(dhs2he, "50 06 01");
     other.with(dhs2he, "50 06 02");
     EXPECT_EQ(one.with(dhs2he, "50 08"), "refresh window winId=01???");
@@ -119,13 +119,13 @@ TEST(HeWindowCommands, SessionsRememberTheirOwn) {
 
 // What a decoder before it has written is not the window command's.
 TEST(HeWindowCommands, RemembersOnlyItsOwnText) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.from_dhs("05 01 02 50 06 04"), "\t- [HE: desktop -> telephony]\t- refresh window winId=04");
     EXPECT_EQ(d.from_dhs("05 01 02 50 09"), "\t- [HE: desktop -> telephony]\t- refresh window winId=04???");
 }
 
 TEST(HeWindowCommands, UnknownOnesWithoutEnd) {
-    Decoding d;
+    TestSession d;
     d.with(dhs2he, "50 06 04");
     for (std::size_t n = 1; n <= 5000; ++n) {
         ASSERT_EQ(d.with(dhs2he, "50 08"), "refresh window winId=04" + marks(n)) << n;

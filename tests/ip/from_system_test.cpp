@@ -139,7 +139,7 @@ TEST(IpFromSystem, DebugText) {
 }
 
 TEST(IpFromSystem, DebugTextSaysItsLengthOnTheSide) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(d.with(dhs2ip, "13 ff " + repeated("61 ", 18)), "debug\n" + repeated("a", 18));
     EXPECT_EQ(d.output, "longueur debug: 20 (=14)\n");
@@ -148,12 +148,12 @@ TEST(IpFromSystem, DebugTextSaysItsLengthOnTheSide) {
 }
 
 TEST(IpFromSystem, OnItsRoute) {
-    EXPECT_EQ(Decoding().from_dhs("13 06"), "\tIP - stop tone");
-    EXPECT_EQ(Decoding().from_dhs("93 06"), "\tIP - stop tone");
-    EXPECT_EQ(Decoding().from_dhs("13"), "\tIP - ERR: no content");
+    EXPECT_EQ(TestSession().from_dhs("13 06"), "\tIP - stop tone");
+    EXPECT_EQ(TestSession().from_dhs("93 06"), "\tIP - stop tone");
+    EXPECT_EQ(TestSession().from_dhs("13"), "\tIP - ERR: no content");
     // Only a doubled newline at the end is tidied.
-    EXPECT_EQ(Decoding().from_dhs("13 04 01"), "\tIP - def tones (1 pairs)\n           pair 1 = (empty)\n");
-    EXPECT_EQ(Decoding().from_dhs("13 fe 61 0a 00"), "\tIP - write through defence a\n");
+    EXPECT_EQ(TestSession().from_dhs("13 04 01"), "\tIP - def tones (1 pairs)\n           pair 1 = (empty)\n");
+    EXPECT_EQ(TestSession().from_dhs("13 fe 61 0a 00"), "\tIP - write through defence a\n");
 }
 
 }  // namespace

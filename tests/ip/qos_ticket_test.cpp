@@ -151,21 +151,21 @@ TEST(IpQosTicket, AValueThatRunsPastTheEndIsTheLast) {
 TEST(IpQosTicket, EndsAt29999Characters) {
     const std::string head = "Ticket QOS:\n\t... ";
     const std::string label = "duree appel       0x";
-    EXPECT_EQ(Decoding().with(ip2dhs, "13 03 0c ff ff 01"),
+    EXPECT_EQ(TestSession().with(ip2dhs, "13 03 0c ff ff 01"),
               head + label + "01" + repeated("0", 29999 - head.size() - label.size() - 2));
     // The longest claim that fits, and one byte more.
     const std::size_t most = (29999 - head.size() - label.size()) / 2;
     for (const std::size_t claim : {most, most + 1}) {
         const std::string text =
-            Decoding().with(ip2dhs, "13 03 0c" + hex_byte(claim / 256) + hex_byte(claim % 256));
+            TestSession().with(ip2dhs, "13 03 0c" + hex_byte(claim / 256) + hex_byte(claim % 256));
         EXPECT_EQ(text, (head + label + repeated("00", claim)).substr(0, 29999)) << claim;
     }
     std::string words = "table delais      0x0000";
     while (words.size() < 29999) words += "\n\t\t\t      0x0000";
-    EXPECT_EQ(Decoding().with(ip2dhs, "13 03 1b ff ff"), (head + words).substr(0, 29999));
+    EXPECT_EQ(TestSession().with(ip2dhs, "13 03 1b ff ff"), (head + words).substr(0, 29999));
     std::string double_words = "prof jitter       0x00000000";
     while (double_words.size() < 29999) double_words += "\n\t\t\t      0x00000000";
-    EXPECT_EQ(Decoding().with(ip2dhs, "13 03 20 ff ff"), (head + double_words).substr(0, 29999));
+    EXPECT_EQ(TestSession().with(ip2dhs, "13 03 20 ff ff"), (head + double_words).substr(0, 29999));
 }
 
 TEST(IpQosTicket, ManyItemsEndAt29999CharactersToo) {
@@ -176,12 +176,12 @@ TEST(IpQosTicket, ManyItemsEndAt29999CharactersToo) {
         text += (i > 0 ? "\n\t... " : "") + std::string("???               0x");
     }
     ASSERT_GT(text.size(), 29999U);
-    EXPECT_EQ(Decoding().with(ip2dhs, hex), text.substr(0, 29999));
+    EXPECT_EQ(TestSession().with(ip2dhs, hex), text.substr(0, 29999));
 }
 
 TEST(IpQosTicket, WhatStandsBehindTheTicketIsNotCut) {
     // A super message of two parts: the first a ticket that is cut, the second whole.
-    const std::string text = Decoding().to_dhs("0b 05 13 03 0c ff ff 03 13 01 01");
+    const std::string text = TestSession().to_dhs("0b 05 13 03 0c ff ff 03 13 01 01");
     EXPECT_EQ(
         text,
         "\t- super message:\n\t> zt 05 00 13 03 0c ff ff\n\tIP - Ticket QOS:\n\t... duree appel       0x" +

@@ -18,25 +18,25 @@ struct Row {
 };
 
 // Each row in a session of its own.
-inline void expect_rows(Decoding::Decoder decoder, const std::vector<Row>& rows) {
+inline void expect_rows(Decoder decoder, const std::vector<Row>& rows) {
     for (const Row& row : rows) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(d.with(decoder, row.hex), row.text) << row.hex;
         EXPECT_EQ(d.status, Status::recognised) << row.hex;
     }
 }
 
 // Each row is the one item of a message that begins with `head_hex` and is called `head`.
-inline void expect_items(Decoding::Decoder decoder, const std::string& head_hex, const std::string& head,
+inline void expect_items(Decoder decoder, const std::string& head_hex, const std::string& head,
                          const std::vector<Row>& items) {
     for (const Row& item : items) {
         const std::string hex = head_hex + " " + item.hex;
-        EXPECT_EQ(Decoding().with(decoder, hex), head + item.text) << hex;
+        EXPECT_EQ(TestSession().with(decoder, hex), head + item.text) << hex;
     }
 }
 
 // A message in a record whose bytes go on behind it.
-inline std::string in_record(Decoding& d, Decoding::Decoder decoder, const std::string& hex,
+inline std::string in_record(TestSession& d, Decoder decoder, const std::string& hex,
                              const std::string& behind) {
     const auto record = bytes(hex + " " + behind);
     Message m(record.data(), bytes(hex).size(), record.size());
@@ -48,8 +48,8 @@ inline std::string in_record(Decoding& d, Decoding::Decoder decoder, const std::
     return std::string(out.view());
 }
 
-inline std::string in_record(Decoding::Decoder decoder, const std::string& hex, const std::string& behind) {
-    Decoding d;
+inline std::string in_record(Decoder decoder, const std::string& hex, const std::string& behind) {
+    TestSession d;
     return in_record(d, decoder, hex, behind);
 }
 

@@ -210,7 +210,7 @@ TEST(IpStreams, RecordItem4RepeatsTheItemBeforeIt) {
 }
 
 TEST(IpStreams, RecordItem4RepeatsAnItemOfAnEarlierMessage) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(dhs2ip, "13 0e 04 00"), "start record RTP, \n\t... ");
     EXPECT_EQ(d.with(dhs2ip, "13 0e 00 01 07 07 01 2e"),
               "start record RTP, \n\t... recorder index=7\n\t... type of service= 2e");
@@ -224,7 +224,7 @@ TEST(IpStreams, RecordItem4RepeatsAnItemOfAnEarlierMessage) {
 }
 
 TEST(IpStreams, SessionsDoNotShareRecordItems) {
-    Decoding one, other;
+    TestSession one, other;
     EXPECT_EQ(one.with(dhs2ip, "13 0e 00 01 07"), "start record RTP, \n\t... recorder index=7");
     EXPECT_EQ(other.with(dhs2ip, "13 0e 04 00"), "start record RTP, \n\t... ");
 }

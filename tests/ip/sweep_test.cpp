@@ -8,7 +8,7 @@ namespace {
 class Sweep {
   public:
     // The text of a message whose record ends with its last byte.
-    std::string_view decode(const std::vector<std::uint8_t>& data, Decoding::Decoder decoder) {
+    std::string_view decode(const std::vector<std::uint8_t>& data, Decoder decoder) {
         Message m(data);
         out_.clear();
         {
@@ -20,7 +20,7 @@ class Sweep {
     }
 
   private:
-    Decoding d_;
+    TestSession d_;
     Text out_;
 };
 
@@ -35,7 +35,7 @@ const std::vector<std::size_t>& lengths() {
 }
 
 struct List {
-    Decoding::Decoder decoder;
+    Decoder decoder;
     std::string head_hex;
     std::string head;
     std::string last_hex;  // an item that follows the one that is swept, and its text
@@ -116,7 +116,7 @@ TEST(IpSweep, EveryTicketItemOfEveryLength) {
 
 TEST(IpSweep, EveryOpcodeOfEveryLengthPrintsSomething) {
     Sweep sweep;
-    for (const Decoding::Decoder decoder : {ip2dhs, dhs2ip}) {
+    for (const Decoder decoder : {ip2dhs, dhs2ip}) {
         for (std::size_t opcode = 0; opcode < 256; ++opcode) {
             for (std::size_t fill = 0; fill < 256; fill += 5) {
                 for (const std::size_t length : lengths()) {
@@ -141,7 +141,7 @@ TEST(IpSweep, EmptyMessages) {
 // A message that is cut shows the same text up to the item in which it is cut: its separator is the last that
 // counts.
 void expect_truncations(const std::string& hex, const std::string& separator, std::size_t first,
-                        Decoding::Decoder decoder) {
+                        Decoder decoder) {
     Sweep sweep;
     const auto whole = bytes(hex);
     const std::string text(sweep.decode(whole, decoder));

@@ -148,7 +148,7 @@ TEST(IpToSystem, DebugText) {
 }
 
 TEST(IpToSystem, DebugTextOnTheSide) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(d.with(ip2dhs, "13 ff 68 69 21"), "debug\nhi!");
     EXPECT_EQ(d.output,
@@ -159,7 +159,7 @@ TEST(IpToSystem, DebugTextOnTheSide) {
 }
 
 TEST(IpToSystem, DebugTextOnTheSideWithBytesBehindTheMessage) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(in_record(d, ip2dhs, "13 ff " + repeated("61 ", 30), "62 63 00 64"),
               "debug\n" + repeated("a", 30));
@@ -169,7 +169,7 @@ TEST(IpToSystem, DebugTextOnTheSideWithBytesBehindTheMessage) {
 }
 
 TEST(IpToSystem, DebugTextOnTheSideEndsAtAZero) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(d.with(ip2dhs, "13 ff 61 00 62"), "debug\na");
     EXPECT_EQ(d.output,
@@ -179,7 +179,7 @@ TEST(IpToSystem, DebugTextOnTheSideEndsAtAZero) {
 }
 
 TEST(IpToSystem, OtherMessagesSayNothingOnTheSide) {
-    Decoding d;
+    TestSession d;
     d.session().switches.debug = true;
     EXPECT_EQ(d.with(ip2dhs, "13 00 01 00"), "init, set-01 alpha");
     EXPECT_EQ(d.with(ip2dhs, "13 fe 61"), "unknown message");
@@ -187,9 +187,9 @@ TEST(IpToSystem, OtherMessagesSayNothingOnTheSide) {
 }
 
 TEST(IpToSystem, OnItsRoute) {
-    EXPECT_EQ(Decoding().to_dhs("13 00 02 01"), "\tIP - init, set-02 reserved");
-    EXPECT_EQ(Decoding().to_dhs("93 01 00"), "\tIP - incident: dhcp lease renewal failed");
-    EXPECT_EQ(Decoding().decode("13 00 02 01", 2), "\tIP - init, set-02 reserved");
+    EXPECT_EQ(TestSession().to_dhs("13 00 02 01"), "\tIP - init, set-02 reserved");
+    EXPECT_EQ(TestSession().to_dhs("93 01 00"), "\tIP - incident: dhcp lease renewal failed");
+    EXPECT_EQ(TestSession().decode("13 00 02 01", 2), "\tIP - init, set-02 reserved");
 }
 
 }  // namespace

@@ -36,12 +36,12 @@ std::string term(Session& session, const char* hex) {
 }
 
 std::string pbx(const char* hex) {
-    Decoding d;
+    TestSession d;
     return pbx(d.session(), hex);
 }
 
 std::string term(const char* hex) {
-    Decoding d;
+    TestSession d;
     return term(d.session(), hex);
 }
 
@@ -123,7 +123,7 @@ TEST(analyse_cmd_pbx, ShorterThanItsHeader) {
 }
 
 TEST(analyse_cmd_pbx, BytesBehindTheMessageAsTheyStand) {
-    Decoding d;
+    TestSession d;
     const auto data = bytes("16 02 84 00 07 37 03 41 42 43");
     const Message m(data.data(), 3, data.size());
     Text out;
@@ -141,7 +141,7 @@ TEST(analyse_cmd_pbx, LastPropertyLongerThanTheMessage) {
 }
 
 TEST(analyse_cmd_pbx, AppendsToTheText) {
-    Decoding d;
+    TestSession d;
     const auto data = bytes("15 05 82 00 12 01");
     const Message m(data);
     Text out;
@@ -154,7 +154,7 @@ TEST(analyse_cmd_pbx, AppendsToTheText) {
 TEST(analyse_cmd_pbx, UnknownClasses) {
     for (const char* hex : {"16 02 04", "16 00 0a 00 00", "16 03 0b", "16 05 0f 00 00 01", "16 02 7f",
                             "16 82 9b", "16 02 fe", "16 02 ff"}) {
-        Decoding d;
+        TestSession d;
         EXPECT_EQ(pbx(d.session(), hex), "\nError class lookup table ptr[unknown class]") << hex;
         EXPECT_EQ(*d.session().object.properties, nullptr);
     }
@@ -163,7 +163,7 @@ TEST(analyse_cmd_pbx, UnknownClasses) {
 }
 
 TEST(analyse_cmd_pbx, MakesItsClassTheCurrentOne) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(*d.session().object.properties, nullptr);
     pbx(d.session(), "16 02 06");
     EXPECT_EQ(*d.session().object.properties, Tab_screen);
@@ -219,7 +219,7 @@ TEST(analyse_cmd_term, ShorterThanItsHeader) {
 }
 
 TEST(analyse_cmd_term, GetPropertyResultLooksItsClassUp) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(term(d.session(), "15 04 94 00 01 62 06 30 30 38 30 41 31 03 02 05 dc"),
               "\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tCall\n\tserialnum      \t\"0080A1\"\n\tmtu      "
               "      \t0x05DC\n}\n");
@@ -229,7 +229,7 @@ TEST(analyse_cmd_term, GetPropertyResultLooksItsClassUp) {
 }
 
 TEST(analyse_cmd_term, GetPropertyResultKeepsTheClass) {
-    Decoding d;
+    TestSession d;
     // None was ever looked up.
     EXPECT_EQ(term(d.session(), "15 04 94 01 01 62 01 41"),
               "\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tCall\n}\n");
@@ -249,7 +249,7 @@ TEST(analyse_cmd_term, GetPropertyResultOfAnUnknownClass) {
 }
 
 TEST(analyse_cmd_term, GetPropertyResultLooksItsClassUpBeforeTheMethod) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(term(d.session(), "15 02 94 00 06"), "\nInvalid_method 0x02 (TX->PBX)");
     EXPECT_EQ(*d.session().object.properties, Tab_screen);
 }
@@ -263,7 +263,7 @@ TEST(analyse_cmd_term, ErrorOfAnUnknownClass) {
 }
 
 TEST(analyse_cmd_term, BodyLengthInSixteenBits) {
-    Decoding d;
+    TestSession d;
     std::vector<std::uint8_t> data = bytes("16 04 02");
     data.resize(3 + 65536, 'x');
     Text out;
@@ -276,7 +276,7 @@ TEST(analyse_cmd_term, BodyLengthInSixteenBits) {
 }
 
 TEST(analyse_cmd_pbx, LongerThanARecord) {
-    Decoding d;
+    TestSession d;
     std::vector<std::uint8_t> data = bytes("16 02 84 00 07 37 a0 00");
     data.resize(data.size() + 0x2000, 'x');
     for (const std::uint8_t byte : bytes("26 01 05")) data.push_back(byte);

@@ -22,7 +22,7 @@ std::string body_of(Session& session, std::uint8_t event, const std::vector<std:
 }
 
 std::string body_of(int event, const char* hex) {
-    Decoding d;
+    TestSession d;
     return body_of(d.session(), static_cast<std::uint8_t>(event), bytes(hex));
 }
 
@@ -91,13 +91,13 @@ TEST(vDecodeEvent, ErrorTextBeginsAtByte14) {
 }
 
 TEST(vDecodeEvent, ErrorMakesItsClassTheCurrentOne) {
-    Decoding d;
+    TestSession d;
     body_of(d.session(), 0x0D, bytes("00 00 02 8c 00 00 38 00 00 00 00 00 00 00"));
     EXPECT_EQ(*d.session().object.properties, Tab_sliderbar);
 }
 
 TEST(vDecodeEvent, ErrorOfAnUnknownClass) {
-    Decoding d;
+    TestSession d;
     const auto data = bytes("00 01 00 04 00 00");
     const Message m(data);
     Text out;
@@ -206,7 +206,7 @@ TEST(vDecodeEvent, ListBoxLengthsAreOneByte) {
     std::vector<std::uint8_t> data = bytes("85 01 85");
     data.insert(data.end(), 133, 'x');
     for (const std::uint8_t byte : bytes("2b 01 02")) data.push_back(byte);
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(body_of(d.session(), 0x81, data),
               "\n\tDvalue         \tIdx:1  \"" + std::string(133, 'x') + "\"\n\tactive         \t2");
     // Those of a tab box are not: 0x578 bytes, of which the message has 135 less one.
@@ -215,7 +215,7 @@ TEST(vDecodeEvent, ListBoxLengthsAreOneByte) {
 }
 
 TEST(vDecodeEvent, GetPropertyResult) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(body_of(d.session(), 0x94, bytes("62 01 41")), "");
     d.session().change(d.session().object.properties) = Tab_terminal;
     EXPECT_EQ(body_of(d.session(), 0x94, bytes("62 01 41 03 02 05 dc")),
@@ -230,7 +230,7 @@ TEST(vDecodeEvent, EventsWithoutBody) {
     const std::vector<int> with_body = {0x01, 0x02, 0x03, 0x04, 0x05, 0x08, 0x0A, 0x0B, 0x0C, 0x0D,
                                         0x0E, 0x15, 0x16, 0x18, 0x19, 0x1A, 0x1B, 0x1C, 0x1E, 0x80,
                                         0x81, 0x87, 0x8C, 0x94, 0x99, 0x9A, 0x9B, 0x9F, 0xA0, 0xA1};
-    Decoding d;
+    TestSession d;
     d.session().change(d.session().object.properties) = Tab_terminal;
     for (int event = 0; event < 256; ++event) {
         const bool shows = std::find(with_body.begin(), with_body.end(), event) != with_body.end();
@@ -240,7 +240,7 @@ TEST(vDecodeEvent, EventsWithoutBody) {
 }
 
 TEST(vDecodeEvent, DebugTrace) {
-    Decoding d;
+    TestSession d;
     body_of(d.session(), 0x02, bytes("35 36"));
     EXPECT_EQ(d.output, "");
     d.session().switches.debug = true;

@@ -57,7 +57,7 @@ class Frames : public ::testing::Test {
         return last.empty() ? "" : last.back().substr(1);
     }
 
-    Decoding decoding;
+    TestSession decoding;
     Recorded recorded;
     int series_whole = 7;
     bool unknown_class = false;

@@ -81,19 +81,19 @@ TEST(DecodeMpc, EmulatedSetSaysWhatASetSays) {
 }
 
 TEST(DecodeMpc, EmulationOfNothingKeepsItsLabel) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_mpc, "04 10 26"), "VTA emulation: ");
     EXPECT_EQ(d.error, "");
 }
 
 TEST(DecodeMpc, EmulatedMessageIsReadInTheSameDirectionEitherWay) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_mpc, "04 10 26 22", from_dhs), "VTA emulation: I'm here");
     EXPECT_EQ(d.with(decode_mpc, "04 10 26 22", to_dhs), "VTA emulation: I'm here");
 }
 
 TEST(DecodeMpc, EmulatedSetTeachesTheTypeOfItsModules) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_mpc, "04 10 26 04 2d 01"), "VTA emulation: [opt Z adr 5] off hook");
     EXPECT_EQ(d.session().digital.modules->types[5], 5);
     // Bytes 5 to 7 of the set's message, which has five, are those of the carrying one: 00 03 04.
@@ -116,7 +116,7 @@ TEST(DecodeMpc, EmulationInsideEmulationKeepsBothLabels) {
 // The type of the label is the one before the message, also when the message that it comes from stands
 // inside.
 TEST(DecodeMpc, EmulationInsideEmulationRemembersInOrder) {
-    Decoding d;
+    TestSession d;
     d.session().change(d.session().digital.modules).types[3] = 5;
     EXPECT_EQ(d.with(decode_mpc, "04 10 26 04 13 26 04 fb 00"),
               "VTA emulation: [opt mac/pc adr 3] VTA emulation: [opt mac/pc adr 3] subdev message");
@@ -126,7 +126,7 @@ TEST(DecodeMpc, EmulationInsideEmulationRemembersInOrder) {
 // Dropping three bytes leaves those behind the message's end where they stood.
 TEST(DecodeMpc, EmulatedMessageReadsBehindItsEndWhatTheRecordHolds) {
     const auto data = bytes("04 10 26 03 07 01 02");
-    Decoding d;
+    TestSession d;
     for (const auto& [length, text] :
          {std::pair<std::size_t, std::string_view>{5, "digit dialed '7'"}, {4, "digit dialed invalid"}}) {
         const Message m(data.data(), length, data.size());
@@ -139,7 +139,7 @@ TEST(DecodeMpc, EmulatedMessageReadsBehindItsEndWhatTheRecordHolds) {
 
 TEST(DecodeMpc, ShortMessageHasNothingToEmulate) {
     const auto data = bytes("04 10 26 03 07");
-    Decoding d;
+    TestSession d;
     const Message m(data.data(), 2, data.size());
     Text out;
     decode_mpc(d.session(), m, out);
@@ -156,7 +156,7 @@ TEST(DecodeMpc, EmulationsFillTheLongestMessage) {
     }
     data.insert(data.end(), {0x01, 0x00});
     ASSERT_EQ(data.size(), message_capacity);
-    Decoding d;
+    TestSession d;
     d.session().change(d.session().digital.modules).types[0] = 2;
     Text out;
     decode_mpc(d.session(), Message(data), out);

@@ -12,7 +12,7 @@
 
 namespace ztdecode::testing {
 
-using ModuleDecoder = Decoding::ConstDecoder;
+using ModuleDecoder = TestSession::ConstDecoder;
 
 struct Row {
     std::string_view hex;
@@ -22,7 +22,7 @@ struct Row {
 // Each row in a session of its own.
 inline void expect_texts(ModuleDecoder decoder, std::initializer_list<Row> rows) {
     for (const Row& row : rows) {
-        EXPECT_EQ(Decoding().with(decoder, row.hex), row.text) << row.hex;
+        EXPECT_EQ(TestSession().with(decoder, row.hex), row.text) << row.hex;
     }
 }
 
@@ -34,7 +34,7 @@ void expect_opcodes(ModuleDecoder decoder, const std::map<unsigned, std::string_
         const auto row = texts.find(byte & 0x7F);
         const std::string expected = row != texts.end() ? std::string(row->second) : other(byte);
         const std::string hex = fmt::format("02 2a {:02x} 01 00", byte);
-        EXPECT_EQ(Decoding().with(decoder, hex), expected) << hex;
+        EXPECT_EQ(TestSession().with(decoder, hex), expected) << hex;
     }
 }
 
@@ -45,7 +45,7 @@ inline void expect_values(ModuleDecoder decoder, std::string_view hex, std::size
         const auto row = texts.find(value);
         std::string changed(hex);
         changed.replace(3 * k, 2, fmt::format("{:02x}", value));
-        EXPECT_EQ(Decoding().with(decoder, changed), row != texts.end() ? row->second : other) << changed;
+        EXPECT_EQ(TestSession().with(decoder, changed), row != texts.end() ? row->second : other) << changed;
     }
 }
 

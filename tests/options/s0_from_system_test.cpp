@@ -89,7 +89,7 @@ TEST(DecodeS0Out, ContentIsCallControlOrPacketOrItsBlankAlone) {
 }
 
 TEST(DecodeS0Out, SegmentsCountUpToTheRememberedTotal) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_s0_out, "02 0b 0c 02"), "segment message -2/0");
     EXPECT_EQ(d.with(decode_s0_out, "02 0b 0c 82 04 05 06 07 08 09 0a 0b 07"),
               "segment message 1/3\n\t- connexion");

@@ -127,7 +127,7 @@ TEST(DecodeS0, ContentIsCallControlOrPacketOrItsBlankAlone) {
 }
 
 TEST(DecodeS0, SegmentsCountUpToTheRememberedTotal) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_s0, "04 0b 0c 02"), "segment message -2/0");
     EXPECT_EQ(d.with(decode_s0, "04 0b 0c 82 04 05 06 07 08 09 0a 0b 05"),
               "segment message 1/3\n\t- etablissement");
@@ -140,7 +140,7 @@ TEST(DecodeS0, SegmentsCountUpToTheRememberedTotal) {
 }
 
 TEST(DecodeS0, DirectionsCountTheirSegmentsApart) {
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_s0, "04 0b 0c 82 00 00 00 00 00 00 00 00 4d"), "segment message 1/3\n\t- lib");
     EXPECT_EQ(d.with(decode_s0_out, "02 0b 0c 01"), "segment message -1/0");
     EXPECT_EQ(d.with(decode_s0_out, "02 0b 0c 84 00 00 00 00 00 00 00 00 5a"),

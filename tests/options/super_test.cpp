@@ -21,7 +21,7 @@ std::string drop_error(std::uint32_t asked, std::uint32_t there) {
 // "LENGTH: B0 B1 ..." of each part, with `extra` bytes behind its end.
 std::vector<std::string> parts_of(std::string_view hex, std::size_t extra = 0) {
     const auto data = bytes(hex);
-    Decoding d;
+    TestSession d;
     std::vector<std::string> result;
     Text out;
     const auto note = [&](Session&, const Message& part, Text&) {
@@ -88,7 +88,7 @@ TEST(SubSuper, CountOf0Or1Or2EndsIt) {
 TEST(SubSuper, LengthBehindTheEndWalksOnOverTheEmptyCopy) {
     // Count 4: less 6 is 254, then 21 times less 12 down to 2. The empty copy stays at 2a 0b 05: length 0b,
     // opcode 05.
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_z_out, "02 2a 0b 05 03"),
               "super message\n\t\t- software reset\n" + lines("\t\t- ?? <05>\n", 21));
     EXPECT_EQ(d.error, drop_error(6, 4) + lines(drop_error(1, 0) + drop_error(12, 0), 21));
@@ -96,7 +96,7 @@ TEST(SubSuper, LengthBehindTheEndWalksOnOverTheEmptyCopy) {
 
 TEST(SubSuper, CountThatNeverGetsDownEndsWhereItBegan) {
     // Count 4 less 9 is 251; taking 12 off 64 times leads back to it.
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_z_out, "02 2a 0b 08 03"),
               "super message\n\t\t- software reset\n" + lines("\t\t- ?? <08>\n", 64));
     // Length 255 behind the empty copy's first byte: the count stays as it is.
@@ -108,7 +108,7 @@ TEST(SubSuper, CountHasEightBits) {
     // 258 bytes behind the first count as 2: one part.
     std::vector<std::uint8_t> data(259, 0);
     data[2] = 0x0B;
-    Decoding d;
+    TestSession d;
     Text out;
     decode_z_out(d.session(), Message(data), out);
     EXPECT_EQ(out.view(), "super message\n\t\t- nop\n");
@@ -125,7 +125,7 @@ TEST(SubSuper, CountHasEightBits) {
 }
 
 TEST(SubSuper, MessageWithoutAnyPartHasALine) {
-    Decoding d;
+    TestSession d;
     Text out;
     const auto nothing = [](Session&, const Message& part, Text& text) {
         text.print("{}"_cf, part.length());
@@ -178,7 +178,7 @@ TEST(SubSuper, EmulationsInPartsEndWithTheirLine) {
 // A message that was cut off behind its opcode: the opcode is the length, and the byte behind it the opcode.
 TEST(SubSuper, CutOffMessageIsOneInsideItself) {
     const std::string inner = "super message\n" + lines("\t\t- nop\n", 10);
-    Decoding d;
+    TestSession d;
     EXPECT_EQ(d.with(decode_mpc_out, "02 10 0b"), inner + inner + "\n");
 }
 
@@ -195,7 +195,7 @@ TEST(SubSuper, IsFollowed12Deep) {
     std::string expected = "super message\n\t\t- nop\n";
     std::string cut_off = "super message\n";
     for (int depth = 1; depth <= 20; ++depth) {
-        Decoding d;
+        TestSession d;
         Text out;
         const auto data = nested(depth);
         decode_eak_out(d.session(), Message(data), out);
@@ -220,7 +220,7 @@ class PlainWalk {
         std::uint32_t length;
     };
 
-    PlainWalk(Decoding& d, ModuleDecoder decoder) : d_(d), decoder_(decoder) {}
+    PlainWalk(TestSession& d, ModuleDecoder decoder) : d_(d), decoder_(decoder) {}
 
     const std::string& text_of(std::span<const std::uint8_t> message, std::size_t capacity) {
         Record record{{message.begin(), message.end()}, static_cast<std::uint32_t>(message.size())};
@@ -275,7 +275,7 @@ class PlainWalk {
         return std::string(out.view());
     }
 
-    Decoding& d_;
+    TestSession& d_;
     ModuleDecoder decoder_;
     std::string text_;
     int parts_ = 0;
@@ -284,7 +284,7 @@ class PlainWalk {
 // False when the plain walk gave up.
 bool agrees_with_plain_walk(ModuleDecoder decoder, const std::vector<std::uint8_t>& data,
                             std::size_t capacity) {
-    Decoding d;
+    TestSession d;
     PlainWalk plain(d, decoder);
     const std::string expected = plain.text_of(data, capacity);
     if (plain.given_up()) return false;
@@ -354,7 +354,7 @@ TEST(SubSuper, OverlappingOnesAreBounded) {
             byte = random() % 3 == 0 ? 0x0B : random() % 2 == 0 ? 0x8B : static_cast<std::uint8_t>(random());
         }
         data[2] = 0x0B;
-        Decoding d;
+        TestSession d;
         Text out;
         const Captured captured(d.session(), out);
         decode_mpc(d.session(), Message(data), out);
@@ -366,7 +366,7 @@ TEST(SubSuper, OverlappingOnesAreBounded) {
 
 TEST(SubSuper, PartsKeepTheWayBackToTheirBytes) {
     const auto data = bytes("02 10 0b 01 0e 02 0c 85");
-    Decoding d;
+    TestSession d;
     Provenance provenance;
     Text out;
     Message m(data);

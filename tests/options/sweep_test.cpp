@@ -22,7 +22,7 @@ bool is_super(ModuleDecoder decoder, std::uint8_t opcode) {
 TEST(Modules, EveryOpcodeReportCodeAndLengthHasAText) {
     constexpr std::array<std::uint8_t, 24> bytes = {4, 0x2A, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8};
     for (const ModuleDecoder decoder : decoders) {
-        Decoding d;
+        TestSession d;
         Text out;
         auto data = bytes;
         for (unsigned opcode = 0; opcode < 256; ++opcode) {
@@ -44,7 +44,7 @@ TEST(Modules, EveryOpcodeReportCodeAndLengthHasAText) {
 
 TEST(Modules, SuperMessagesOfEveryLengthEnd) {
     for (const ModuleDecoder decoder : decoders) {
-        Decoding d;
+        TestSession d;
         Text out;
         std::array<std::uint8_t, 48> data = {4, 0x10, 0x0B};
         if (!is_super(decoder, 0x0B)) continue;
@@ -68,7 +68,7 @@ TEST(Modules, SuperMessagesOfEveryLengthEnd) {
 
 // The whole way: every sub-device byte, opcode and report code in both directions.
 TEST(Modules, EverySubDeviceByteHasItsLabel) {
-    Decoding d;
+    TestSession d;
     Text out;
     std::array<std::uint8_t, 12> data = {4, 0, 0, 0, 2, 1, 5, 8, 3, 7, 6, 2};
     for (unsigned sub_device = 0; sub_device < 256; ++sub_device) {
@@ -115,7 +115,7 @@ TEST(Modules, RememberedTypeChoosesTheDecoderOfCommands) {
                                      {13, "[opt key system 7305 adr 0] production teststart"},
                                      {14, "[opt ??? adr 0] subdev command"},
                                      {31, "[opt ??? adr 0] subdev command"}}) {
-        Decoding d;
+        TestSession d;
         d.to_dhs(fmt::format("04 {:02x} 00", type << 3));
         EXPECT_EQ(d.from_dhs("02 00 01 01"), "\t- " + std::string(text));
     }

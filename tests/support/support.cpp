@@ -30,9 +30,9 @@ std::vector<std::uint8_t> bytes(std::string_view hex) {
     return result;
 }
 
-Decoding::Decoding() : session_(std::make_unique<Session>()) { session_->side = this; }
+TestSession::TestSession() : session_(std::make_unique<Session>()) { session_->side = this; }
 
-std::string Decoding::decode(std::string_view hex, std::uint32_t direction) {
+std::string TestSession::decode(std::string_view hex, std::uint32_t direction) {
     const auto data = bytes(hex);
     Message m(data);
     m.direction = direction;
@@ -41,7 +41,7 @@ std::string Decoding::decode(std::string_view hex, std::uint32_t direction) {
     return std::string(out.view());
 }
 
-std::string Decoding::with(Decoder decoder, std::string_view hex, std::uint32_t direction) {
+std::string TestSession::with(OldDecoder decoder, std::string_view hex, std::uint32_t direction) {
     const auto data = bytes(hex);
     Message m(data);
     m.direction = direction;
@@ -57,7 +57,7 @@ std::string Decoding::with(Decoder decoder, std::string_view hex, std::uint32_t 
     return std::string(out.view());
 }
 
-std::string Decoding::with(ConstDecoder decoder, std::string_view hex, std::uint32_t direction) {
+std::string TestSession::with(ConstDecoder decoder, std::string_view hex, std::uint32_t direction) {
     const auto data = bytes(hex);
     Message m(data);
     m.direction = direction;
@@ -66,6 +66,23 @@ std::string Decoding::with(ConstDecoder decoder, std::string_view hex, std::uint
     {
         const Text::Piece whole(out);
         decoder(*session_, m, out);
+    }
+    captured.done();
+    return std::string(out.view());
+}
+
+std::string TestSession::with(Decoder decoder, std::string_view hex, std::uint32_t direction) {
+    const auto data = bytes(hex);
+    Message m(data);
+    m.direction = direction;
+    Text out;
+    Captured captured(*session_, out);
+    {
+        Decoding d(*session_, m, out);
+        const Decoding::Piece whole(d);
+        decoder(d);
+        status = d.status;
+        route = d.route;
     }
     captured.done();
     return std::string(out.view());

@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/session.hpp"
+#include "core/going_away.hpp"
 
 namespace ztdecode::testing {
 
@@ -14,9 +14,9 @@ namespace ztdecode::testing {
 std::vector<std::uint8_t> bytes(std::string_view hex);
 
 // A session of its own with everything that it writes on the side.
-class Decoding : public SideChannel {
+class TestSession : public SideChannel {
   public:
-    Decoding();
+    TestSession();
 
     // The whole text for a message as it was captured.
     std::string decode(std::string_view hex, std::uint32_t direction);
@@ -24,9 +24,10 @@ class Decoding : public SideChannel {
     std::string from_dhs(std::string_view hex) { return decode(hex, ztdecode::from_dhs); }
 
     // What one decoder writes for a message, and the status and route that it leaves.
-    using Decoder = void (*)(Session&, Message&, Text&);
-    using ConstDecoder = void (*)(Session&, const Message&, Text&);
     std::string with(Decoder decoder, std::string_view hex, std::uint32_t direction = ztdecode::from_dhs);
+    using OldDecoder = void (*)(Session&, Message&, Text&);
+    using ConstDecoder = void (*)(Session&, const Message&, Text&);
+    std::string with(OldDecoder decoder, std::string_view hex, std::uint32_t direction = ztdecode::from_dhs);
     std::string with(ConstDecoder decoder, std::string_view hex,
                      std::uint32_t direction = ztdecode::from_dhs);
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/decoding.hpp"
 
 // Routes that need little of their own.
 
@@ -21,3 +21,31 @@ void osi2dhs(Session& session, Message& m, Text& out);
 void dhs2osi(Session& session, Message& m, Text& out);
 
 }  // namespace ztdecode
+
+namespace ztdecode::call_server {
+
+void from_system(Decoding& d);
+void to_system(Decoding& d);
+
+}  // namespace ztdecode::call_server
+
+namespace ztdecode::presentation_server {
+
+void from_system(Decoding& d);
+void to_system(Decoding& d);
+
+}  // namespace ztdecode::presentation_server
+
+namespace ztdecode::debug {
+
+void from_system(Decoding& d);
+void to_system(Decoding& d);
+
+}  // namespace ztdecode::debug
+
+namespace ztdecode::osi {
+
+void from_system(Decoding& d);
+void to_system(Decoding& d);
+
+}  // namespace ztdecode::osi

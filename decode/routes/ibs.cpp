@@ -1,6 +1,6 @@
-#include "decode/ibs.hpp"
+#include "decode/routes/ibs.hpp"
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 
 namespace ztdecode {
 
@@ -130,3 +130,6 @@ void dhs2ibs(Session& /*session*/, Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::ibs::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2ibs, d); }
+void ztdecode::ibs::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::ibs2dhs, d); }

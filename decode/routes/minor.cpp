@@ -1,6 +1,6 @@
-#include "decode/minor.hpp"
+#include "decode/routes/minor.hpp"
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 #include "object/command.hpp"
 
 namespace ztdecode {
@@ -112,3 +112,12 @@ void dhs2osi(Session& session, Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::call_server::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2cs, d); }
+void ztdecode::call_server::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::cs2dhs, d); }
+void ztdecode::presentation_server::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2prs, d); }
+void ztdecode::presentation_server::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::prs2dhs, d); }
+void ztdecode::debug::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2dbg, d); }
+void ztdecode::debug::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dbg2dhs, d); }
+void ztdecode::osi::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2osi, d); }
+void ztdecode::osi::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::osi2dhs, d); }

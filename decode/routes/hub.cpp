@@ -1,6 +1,6 @@
-#include "decode/hub.hpp"
+#include "decode/routes/hub.hpp"
 
-#include "core/tables.hpp"
+#include "core/going_away.hpp"
 
 namespace ztdecode {
 
@@ -33,7 +33,7 @@ void download_request(Session& /*session*/, const Message& m, Text& out) {
 // bytes 2-3: packet number; bit 7 of byte 2 is the sequence bit
 void download_data(Session& /*session*/, const Message& m, Text& out) {
     out.add("download data");
-    out.print(", packet number: {:02X}{:02X}, seq: {}"_cf, m[2] & 0x7F, m[3], last_bit(m.bit(2, 7)));
+    out.print(", packet number: {:02X}{:02X}, seq: {}"_cf, m[2] & 0x7FU, m[3], last_bit(m.bit(2, 7)));
 }
 
 constexpr auto to_set_labels = names({{0x10, " to set 1"}, {0x11, " to set 2"}, {0x12, " to set 3"}}, "");
@@ -145,7 +145,7 @@ constexpr auto commands = opcodes({{0x01, download_request},
 // bytes 2-3: packet number; bit 7 of byte 2 is the sequence bit   byte 4: status
 void download_ack(Session& /*session*/, const Message& m, Text& out) {
     out.add("download ack");
-    out.print(", packet number: {:02X}{:02X}, status: {}  seq: {}"_cf, m[2] & 0x7F, m[3],
+    out.print(", packet number: {:02X}{:02X}, status: {}  seq: {}"_cf, m[2] & 0x7FU, m[3],
               std::string_view(m[4] == 0x08 ? "OK" : "BAD"), last_bit(m.bit(2, 7)));
 }
 
@@ -246,3 +246,6 @@ void dhs2hub(Session& session, Message& m, Text& out) {
 }
 
 }  // namespace ztdecode
+
+void ztdecode::hub::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2hub, d); }
+void ztdecode::hub::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::hub2dhs, d); }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/decoding.hpp"
 
 // Hubs: up to three sets behind one link. byte 0: type   byte 1: code   then what the code carries.
 
@@ -10,3 +10,10 @@ void hub2dhs(Session& session, Message& m, Text& out);
 void dhs2hub(Session& session, Message& m, Text& out);
 
 }  // namespace ztdecode
+
+namespace ztdecode::hub {
+
+void from_system(Decoding& d);
+void to_system(Decoding& d);
+
+}  // namespace ztdecode::hub

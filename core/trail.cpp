@@ -1,0 +1,301 @@
+#include "core/trail.hpp"
+
+#include <algorithm>
+#include <new>
+
+#include "core/message.hpp"
+#include "core/text.hpp"
+
+namespace ztdecode {
+
+// Decoding is not expected to fail for a note.
+template <class Note>
+void Trail::note(Note write) noexcept {
+    try {
+        write();
+    } catch (const std::bad_alloc&) {
+        without_memory_ = true;
+    }
+}
+
+std::uint32_t Trail::now() const noexcept {
+    return text_->size() > origin_ ? static_cast<std::uint32_t>(text_->size() - origin_) : 0;
+}
+
+void Trail::start(const Text& text, const Message& m) {
+    text_ = &text;
+    without_memory_ = false;
+    origin_ = text.size();
+    seen_ = 0;
+    tested_.clear();
+    outer_first_tested_.clear();
+    first_tested_ = 0;
+    tested_changed_ = true;
+    stretches_.clear();
+    values_.clear();
+    messages_.clear();
+    ranges_.clear();
+    walked_.clear();
+    message_ = NotedMessage::no_message;
+    begin_message(m, false);
+}
+
+void Trail::finish() {
+    look();
+    messages_.front().end = now();
+    if (without_memory_) throw std::bad_alloc();
+}
+
+void Trail::begin_message(const Message& m, bool reassembled) {
+    NotedMessage next;
+    next.carrier = message_;
+    next.begin = next.end = now();
+    next.origin = m.origin();
+    next.length = m.length();
+    next.direction = m.direction;
+    if (message_ == NotedMessage::no_message || reassembled) {
+        next.source_length = m.length();
+        next.reassembled = reassembled;
+    } else {
+        next.source_length = messages_[message_].source_length;
+        next.reassembled = messages_[message_].reassembled;
+    }
+    message_ = static_cast<std::uint32_t>(messages_.size());
+    messages_.push_back(std::move(next));
+}
+
+void Trail::enter_message(const Message& m) noexcept {
+    look();
+    note([&] {
+        outer_first_tested_.push_back(first_tested_);
+        begin_message(m, false);
+        first_tested_ = tested_.size();
+        tested_changed_ = true;
+    });
+}
+
+void Trail::enter_reassembled(const Message& m, std::span<const std::uint64_t> segments) noexcept {
+    look();
+    note([&] {
+        outer_first_tested_.push_back(first_tested_);
+        begin_message(m, true);
+        first_tested_ = tested_.size();
+        tested_changed_ = true;
+        NotedMessage& entered = messages_[message_];
+        entered.segments.assign(segments.begin(), segments.end());
+        entered.bytes.resize(m.length());
+        for (std::uint32_t k = 0; k < m.length(); ++k) entered.bytes[k] = m[k];
+    });
+}
+
+void Trail::leave_message() noexcept {
+    look();
+    if (without_memory_ || outer_first_tested_.empty()) return;
+    messages_[message_].end = now();
+    message_ = messages_[message_].carrier;
+    tested_.resize(std::min(tested_.size(), first_tested_));
+    first_tested_ = outer_first_tested_.back();
+    outer_first_tested_.pop_back();
+    tested_changed_ = true;
+}
+
+void Trail::link(std::string_view name, std::uint32_t direction) noexcept {
+    if (without_memory_) return;
+    messages_[message_].link = name;
+    messages_[message_].direction = direction;
+}
+
+void Trail::name(std::string_view name, std::uint32_t code, bool is_code) noexcept {
+    if (without_memory_) return;
+    NotedMessage& m = messages_[message_];
+    if (!name.empty()) m.name = name;
+    if (is_code && m.code == NotedMessage::no_code) m.code = code;
+}
+
+// Offsets beyond the message are noted as missing.
+Trail::Tested Trail::located(const Message& m, Place bytes) {
+    if (bytes.count == 0) return {{0, 0}, false, false};
+    NotedMessage& noted = messages_[message_];
+    const std::uint32_t left = noted.source_length > m.origin() ? noted.source_length - m.origin() : 0;
+    const std::uint32_t length = std::min(m.length(), left);
+    const std::uint32_t end = bytes.first + bytes.count;
+    const bool missing = end > length;
+    if (missing) {
+        const ByteRange range{std::max(bytes.first, length) + m.origin() - std::min(noted.origin, m.origin()), end - 1};
+        if (noted.missing.size() < most_stretches) noted.missing.push_back({range.first, std::max(range.first, range.last)});
+    }
+    if (bytes.first >= length) return {{0, 0}, false, missing};
+    return {{m.origin() + bytes.first, m.origin() + std::min(end, length) - 1}, true, missing};
+}
+
+void Trail::test(const Message& m, Place bytes) noexcept {
+    look();
+    note([&] {
+        tested_.push_back(located(m, bytes));
+        tested_changed_ = true;
+    });
+}
+
+void Trail::walk(const Message& m, Place bytes) noexcept {
+    test(m, bytes);
+    note([&] {
+        const Tested& at = tested_.back();
+        if (at.some) walked_.push_back({at.bytes, now(), messages_[message_].reassembled});
+    });
+}
+
+void Trail::end_scope(std::size_t scope) noexcept {
+    if (tested_.size() <= scope) return;
+    look();
+    tested_.resize(scope);
+    tested_changed_ = true;
+}
+
+void Trail::look() noexcept {
+    note([&] {
+        const std::uint32_t end = now();
+        if (end < seen_) cut_to(end);
+        if (end > seen_) add_literal(end);
+    });
+}
+
+void Trail::look_at_cut() noexcept {
+    const std::uint32_t end = now();
+    if (end < seen_) cut_to(end);
+}
+
+void Trail::pass_over() noexcept { seen_ = now(); }
+
+void Trail::cut_to(std::uint32_t end) noexcept {
+    while (!stretches_.empty() && stretches_.back().end > end) {
+        if (stretches_.back().begin < end) {
+            stretches_.back().end = end;
+            break;
+        }
+        stretches_.pop_back();
+    }
+    while (!values_.empty() && values_.back().end > end) {
+        if (values_.back().begin < end) {
+            values_.back().end = end;
+            break;
+        }
+        values_.pop_back();
+    }
+    seen_ = end;
+}
+
+// The bytes that were tested, in order and joined.
+void Trail::add_literal(std::uint32_t end) {
+    if (tested_changed_) {
+        literal_first_range_ = static_cast<std::uint32_t>(ranges_.size());
+        literal_missing_ = false;
+        for (std::size_t k = first_tested_; k < tested_.size(); ++k) {
+            literal_missing_ = literal_missing_ || tested_[k].missing;
+            if (tested_[k].some) ranges_.push_back(tested_[k].bytes);
+        }
+        const auto first = ranges_.begin() + literal_first_range_;
+        std::sort(first, ranges_.end(), [](auto a, auto b) { return a.first < b.first; });
+        auto joined = first;
+        for (auto r = first; r != ranges_.end(); ++r) {
+            if (r != first && r->first <= joined->last + 1) {
+                joined->last = std::max(joined->last, r->last);
+            } else {
+                if (r != first) ++joined;
+                *joined = *r;
+            }
+        }
+        if (first != ranges_.end()) ranges_.erase(joined + 1, ranges_.end());
+        literal_ranges_ = static_cast<std::uint32_t>(ranges_.size()) - literal_first_range_;
+        tested_changed_ = false;
+    }
+    Stretch s;
+    s.begin = seen_;
+    s.end = end;
+    s.first_range = literal_first_range_;
+    s.ranges = literal_ranges_;
+    s.missing = literal_missing_;
+    add_stretch(s);
+}
+
+// Plain words behind plain words are one stretch where the same bytes chose them.
+void Trail::add_stretch(Stretch s) {
+    seen_ = s.end;
+    s.message = message_;
+    if (!stretches_.empty()) {
+        Stretch& last = stretches_.back();
+        const bool same = last.value == Stretch::no_value && s.value == Stretch::no_value && last.end == s.begin &&
+                          last.message == s.message && last.missing == s.missing &&
+                          std::ranges::equal(bytes_of(last), bytes_of(s));
+        if (same || stretches_.size() > most_stretches) {
+            last.end = s.end;
+            return;
+        }
+    }
+    if (s.begin < s.end) stretches_.push_back(s);
+}
+
+void Trail::value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning,
+                  std::size_t begin, std::size_t end) noexcept {
+    note([&] {
+        Stretch s;
+        s.begin = static_cast<std::uint32_t>(begin - origin_);
+        s.end = static_cast<std::uint32_t>(end - origin_);
+        if (s.begin < seen_) cut_to(s.begin);
+        if (s.begin > seen_) add_literal(s.begin);
+        const Tested at = located(m, meaning.place);
+        s.missing = at.missing;
+        s.first_range = static_cast<std::uint32_t>(ranges_.size());
+        if (at.some) {
+            ranges_.push_back(at.bytes);
+            s.ranges = 1;
+        }
+        if (stretches_.size() < most_stretches) {
+            s.value = static_cast<std::uint32_t>(values_.size());
+            values_.push_back(
+                {name, field, meaning, s.begin, s.end, s.first_range, s.ranges, message_, s.missing});
+        }
+        add_stretch(s);
+    });
+}
+
+void Trail::words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept {
+    note([&] {
+        const auto from = static_cast<std::uint32_t>(begin - origin_);
+        if (from < seen_) cut_to(from);
+        if (from > seen_) add_literal(from);
+        tested_.push_back(located(m, bytes));
+        tested_changed_ = true;
+        if (end > begin) add_literal(static_cast<std::uint32_t>(end - origin_));
+        tested_.pop_back();
+        tested_changed_ = true;
+    });
+}
+
+std::vector<ByteRange> Trail::unused() const {
+    if (messages_.empty()) return {};
+    const std::uint32_t length = messages_.front().length;
+    std::vector<bool> used(length, false);
+    const auto use = [&](ByteRange r) {
+        for (std::uint32_t k = r.first; k <= r.last && k < length; ++k) used[k] = true;
+    };
+    for (const Stretch& s : stretches_) {
+        if (messages_[s.message].reassembled) continue;
+        for (const ByteRange& r : bytes_of(s)) use(r);
+    }
+    for (const NotedValue& v : values_) {
+        if (messages_[v.message].reassembled) continue;
+        for (const ByteRange& r : bytes_of(v)) use(r);
+    }
+    std::vector<ByteRange> result;
+    for (std::uint32_t k = 0; k < length; ++k) {
+        if (used[k]) continue;
+        if (!result.empty() && result.back().last + 1 == k) {
+            result.back().last = k;
+        } else {
+            result.push_back({k, k});
+        }
+    }
+    return result;
+}
+
+}  // namespace ztdecode

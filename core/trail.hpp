@@ -1,0 +1,174 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string_view>
+#include <vector>
+
+#include "core/fields.hpp"
+#include "core/values.hpp"
+
+namespace ztdecode {
+
+class Message;
+class Text;
+
+// A run of message bytes: offsets first ... last in the message as it was captured (or in the reassembled
+// one).
+struct ByteRange {
+    std::uint32_t first;
+    std::uint32_t last;
+    bool operator==(const ByteRange&) const = default;
+};
+
+// A piece of the text. One that shows a value has the bytes that the value was read from; any other one those
+// that were looked at to choose its words.
+struct Stretch {
+    static constexpr std::uint32_t no_value = 0xFFFFFFFF;
+
+    std::uint32_t begin = 0;  // offsets in the text
+    std::uint32_t end = 0;
+    std::uint32_t first_range = 0;  // of its bytes, ascending and apart from each other
+    std::uint32_t ranges = 0;
+    std::uint32_t value = no_value;
+    std::uint32_t message = 0;
+    bool missing = false;  // a byte was asked for that the message does not have
+};
+
+// A value that stands in the text.
+struct NotedValue {
+    std::string_view name;  // a field's, which lives for ever
+    const Field* field = nullptr;
+    Meaning meaning{};
+    std::uint32_t begin = 0;  // offsets in the text
+    std::uint32_t end = 0;
+    std::uint32_t first_range = 0;
+    std::uint32_t ranges = 0;
+    std::uint32_t message = 0;
+    bool missing = false;
+};
+
+// The captured message, or one that another one carries.
+struct NotedMessage {
+    static constexpr std::uint32_t no_message = 0xFFFFFFFF;
+    static constexpr std::uint32_t no_code = 0xFFFFFFFF;
+
+    std::uint32_t carrier = no_message;
+    std::uint32_t begin = 0;  // of its text
+    std::uint32_t end = 0;
+    std::uint32_t origin = 0;  // where its bytes begin in the captured one, or in the reassembled one
+    std::uint32_t length = 0;
+    std::uint32_t source_length = 0;  // of the captured or reassembled one
+    std::uint32_t direction = 0;
+    std::string_view link{};
+    std::string_view name{};  // none: its code is unknown
+    std::uint32_t code = no_code;
+    bool reassembled = false;              // it, or a carrier of it, was put together from segments
+    std::vector<std::uint8_t> bytes{};     // of one that was put together here
+    std::vector<std::uint64_t> segments{};  // where they stood in the trace: `Trail::place` of each
+    std::vector<ByteRange> missing{};      // offsets in itself
+};
+
+// Notes of one message's decoding, for whoever asks for them: every value with its name, its meaning and its
+// bytes, and for all other words the bytes that were looked at to choose them.
+//
+// Values are noted as they are written. What stands between two of them belongs to the bytes tested so far:
+// `test` and the end of a scope look how far the text has come, so plain words cost nothing.
+class Trail {
+  public:
+    // What a text has behind so many stretches is one stretch, and its values are not noted.
+    static constexpr std::size_t most_stretches = 65536;
+
+    // Where the captured message stands in its trace (its line); said before it is decoded.
+    std::uint64_t place = 0;
+
+    // Starts anew for the message whose text is written to `text` from its present end on.
+    void start(const Text& text, const Message& m);
+    // Closes the last stretch; std::bad_alloc is thrown when there was no memory for a note. Offsets count from
+    // where the text stood at `start`.
+    void finish();
+
+    // What is decoded from here on is a message that the present one carries, until `leave_message`.
+    void enter_message(const Message& m) noexcept;
+    void enter_reassembled(const Message& m, std::span<const std::uint64_t> segments) noexcept;
+    void leave_message() noexcept;
+    // The present message, as far as it is known by now.
+    void link(std::string_view name, std::uint32_t direction) noexcept;
+    void name(std::string_view name, std::uint32_t code, bool is_code) noexcept;
+
+    // Bytes that decide what is written next. They count until the scope ends in which they were tested.
+    void test(const Message& m, Place bytes) noexcept;
+    // Bytes that say where the others stand.
+    void walk(const Message& m, Place bytes) noexcept;
+    std::size_t scope() const noexcept { return tested_.size(); }
+    void end_scope(std::size_t scope) noexcept;
+
+    // A value that was written from `begin` to `end` of the text.
+    void value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning, std::size_t begin,
+               std::size_t end) noexcept;
+    // Plain words, chosen by these bytes.
+    void words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept;
+
+    // Takes note of all plain words so far: to be called before the text is cut.
+    void look() noexcept;
+    // The text was cut.
+    void look_at_cut() noexcept;
+    // What was written since `look` is no part of the text: the codes of a colour.
+    void pass_over() noexcept;
+
+    const std::vector<Stretch>& stretches() const noexcept { return stretches_; }
+    const std::vector<NotedValue>& values() const noexcept { return values_; }
+    const std::vector<NotedMessage>& messages() const noexcept { return messages_; }
+    std::span<const ByteRange> bytes_of(const Stretch& s) const noexcept {
+        return {ranges_.data() + s.first_range, s.ranges};
+    }
+    std::span<const ByteRange> bytes_of(const NotedValue& v) const noexcept {
+        return {ranges_.data() + v.first_range, v.ranges};
+    }
+    // The runs of bytes of the captured message that no stretch names.
+    std::vector<ByteRange> unused() const;
+
+    struct Walked {
+        ByteRange bytes;
+        std::uint32_t begin;  // in the text: all behind it may stand elsewhere when these bytes change
+        bool reassembled;
+    };
+    const std::vector<Walked>& walked() const noexcept { return walked_; }
+
+  private:
+    struct Tested {
+        ByteRange bytes;
+        bool some;     // some of the bytes are in the message
+        bool missing;  // some are not
+    };
+
+    template <class Note>
+    void note(Note write) noexcept;
+    Tested located(const Message& m, Place bytes);
+    void begin_message(const Message& m, bool reassembled);
+    void add_literal(std::uint32_t end);
+    void add_stretch(Stretch s);
+    void cut_to(std::uint32_t end) noexcept;
+    std::uint32_t now() const noexcept;
+
+    const Text* text_ = nullptr;
+    bool without_memory_ = false;
+    std::size_t origin_ = 0;
+    std::uint32_t seen_ = 0;  // of the text
+    std::uint32_t message_ = 0;
+    std::size_t first_tested_ = 0;  // of the present message
+    bool tested_changed_ = true;    // since the last literal
+    std::uint32_t literal_first_range_ = 0;
+    std::uint32_t literal_ranges_ = 0;
+    bool literal_missing_ = false;
+    std::vector<Tested> tested_;
+    std::vector<std::size_t> outer_first_tested_;
+    std::vector<Stretch> stretches_;
+    std::vector<NotedValue> values_;
+    std::vector<NotedMessage> messages_;
+    std::vector<ByteRange> ranges_;
+    std::vector<Walked> walked_;
+};
+
+}  // namespace ztdecode
