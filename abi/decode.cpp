@@ -26,8 +26,7 @@ constexpr char empty_text[] = "";
 
 // `line` and `line_lng2` share one record, so that bytes behind a short message are those of earlier lines.
 LineReader& shared_reader() {
-    static LineReader reader(session(), LineReader::Behind::earlier_lines);
-    session();  // takes the switches as they are now
+    static LineReader reader(LineReader::Behind::earlier_lines);
     return reader;
 }
 
@@ -35,18 +34,16 @@ Line as_line(const char* text) {
     return text == nullptr ? Line{empty_text, 0} : Line{text, std::strlen(text)};
 }
 
-using Reading = ReadResult (LineReader::*)(Line, std::uint32_t, Text&);
-
 // A refusal and the texts of lines with two length bytes stay in `buffer`, a decoded message goes to the
 // heap.
-const char* read_line(Text& buffer, Reading reading, bool owned_by_caller, Line text, std::uint32_t direction,
+const char* read_line(Text& buffer, LineLayout layout, bool owned_by_caller, Line text, std::uint32_t direction,
                       const char* without_memory = empty_text) {
     LineReader& reader = shared_reader();
     bool on_the_heap = false;
     const char* result = given<const char*>(
         buffer, nullptr,
-        [&](Session&, Text& out) {
-            const ReadResult read = (reader.*reading)(text, direction, out);
+        [&](Session& s, Text& out) {
+            const ReadResult read = decode_line(s, reader, text, layout, direction, out);
             if (read == ReadResult::unknown_class) throw UnknownClass{};
             on_the_heap = owned_by_caller && read == ReadResult::decoded;
         },
@@ -58,12 +55,12 @@ const char* read_line(Text& buffer, Reading reading, bool owned_by_caller, Line 
 
 const char* line_one_byte(Line text, std::uint32_t direction) {
     static KeptText buffer;
-    return read_line(buffer, &LineReader::line, true, text, direction);
+    return read_line(buffer, LineLayout::line, true, text, direction);
 }
 
 const char* line_two_bytes(Line text, std::uint32_t direction) {
     static KeptText buffer;
-    return read_line(buffer, &LineReader::line_lng2, false, text, direction,
+    return read_line(buffer, LineLayout::line_lng2, false, text, direction,
                      "line_lng2: malloc output error");
 }
 
@@ -135,7 +132,7 @@ const char* line_tzt(const char* text, int direction) {
     const Line all = as_line(text);
     if (std::strncmp(all.text, "zt ", 3) != 0) {
         static KeptText refusal;
-        return read_line(refusal, &LineReader::line_tzt, false, all, from_dhs);
+        return read_line(refusal, LineLayout::tagged, false, all, from_dhs);
     }
     const Line body = {all.text + 3, all.length - 3};
     return has_two_length_bytes(body) ? line_lng2(body.text, direction) : line(body.text, direction);
@@ -150,16 +147,14 @@ const char* line_spzt(const char* text) {
         case SpztBody::two_length_bytes:
             return line_two_bytes(spzt_line(all), spzt_direction(all));
         default:
-            return in_own_buffer(refusal, [&](Session&, Text& out) { refuse_spzt(all, out); });
+            return read_line(refusal, LineLayout::spzt, false, all, from_dhs);
     }
 }
 
 const char* line_spzt_lng2(const char* text) {
     static KeptText refusal;
     const Line all = as_line(text);
-    if (spzt_body(all) == SpztBody::no_sr_column) {
-        return in_own_buffer(refusal, [&](Session&, Text& out) { refuse_spzt(all, out); });
-    }
+    if (!has_sr_column(all)) return read_line(refusal, LineLayout::spzt_lng2, false, all, from_dhs);
     return line_two_bytes(spzt_line(all), spzt_direction(all));
 }
 

@@ -1,6 +1,6 @@
 # The command. All of it but main.cpp is a library of its own, so that its parts can be tested.
 
-file(GLOB tool_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tool/*.cpp)
+file(GLOB tool_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tool/*.cpp ${PROJECT_SOURCE_DIR}/tool/report/*.cpp)
 set(tool_main ${PROJECT_SOURCE_DIR}/tool/main.cpp)
 if(NOT tool_main IN_LIST tool_sources)
     return()

@@ -39,48 +39,11 @@ consteval std::array<bool, 256> field_characters() {
 }
 constexpr auto in_fields = field_characters();
 
-constexpr std::int64_t very_large = 0x7FFFFFFF;
 constexpr std::int64_t not_hex = -1;
 
 Line from_column(Line line, std::size_t column) { return {line.text + column, line.length - column}; }
 
 char character(Line line, std::size_t column) { return column < line.length ? line.text[column] : '\0'; }
-
-// A field: two hexadecimal digits, and every further digit behind them counts as well. Values above 31 bits
-// are very large; the low byte of one above 63 bits is 0xff, as strtol has it, which stops at its largest
-// number.
-struct HexField {
-    std::int64_t value;
-    std::uint8_t low;
-};
-
-// The row of digits that a long field was met in last. Every third digit of a row starts a field that reaches
-// to its end; fields are asked for from left to right, and so each row is gone through once.
-class DigitRow {
-  public:
-    HexField from(Line line, std::size_t at) {
-        if (at >= end_) find(line, at);
-        std::uint64_t value = 0;
-        for (std::size_t k = end_ - std::min(end_ - at, most_digits); k < end_; ++k) {
-            value = value << 4 | hex_digit(line.text[k]);
-        }
-        if (at < too_large_ || value >> 63 != 0) return {very_large, 0xFF};
-        return {std::min(static_cast<std::int64_t>(value), very_large), static_cast<std::uint8_t>(value)};
-    }
-
-  private:
-    static constexpr std::size_t most_digits = 16;  // of 64 bits
-
-    void find(Line line, std::size_t at) {
-        for (end_ = at; hex_digit(line.text[end_]) != no_digit;) ++end_;
-        too_large_ = end_ - std::min(end_ - at, most_digits);
-        while (too_large_ > at && line.text[too_large_ - 1] == '0') --too_large_;
-    }
-
-    std::size_t end_ = 0;
-    std::size_t too_large_ =
-        0;  // a field that starts before this has a digit that counts and stands too far left
-};
 
 // No digit stands behind the line: the zero at its end stops the look at the next column.
 inline HexField hex_pair(Line line, std::size_t at, DigitRow& row) {
@@ -100,18 +63,12 @@ std::int64_t number(Line line, std::size_t column) {
     DigitRow row;
     const std::int64_t pair = hex_pair(line, column, row).value;
     if (pair != not_hex) return pair;
-    return std::min<std::int64_t>(std::strtoll(line.text + column, nullptr, 16), very_large);
+    return std::min<std::int64_t>(std::strtoll(line.text + column, nullptr, 16), very_large_field);
 }
 
-ReadResult refuse(Text& out, std::size_t begin, std::string_view why) {
-    out.cut(begin);
-    out.add(why);
-    return ReadResult::refused;
-}
-
-// The column behind the last field, looked for from this column on; the zero behind the line ends the search.
+// The column behind the last field, looked for from this column on.
 std::size_t end_of_fields(Line line, std::size_t column) {
-    while (in_fields[static_cast<std::uint8_t>(line.text[column])]) ++column;
+    while (column < line.length && in_fields[static_cast<std::uint8_t>(line.text[column])]) ++column;
     return column;
 }
 
@@ -123,23 +80,92 @@ SpztBody body_with(std::int64_t n, std::int64_t high, std::size_t end) {
     return room_for_two ? SpztBody::two_length_bytes : SpztBody::one_length_byte;
 }
 
-bool has_sr_column(Line text) { return character(text, 6) == 'S' || character(text, 6) == 'R'; }
+// So many fields, or beginnings of one, stand from this column on.
+std::uint64_t fields_behind(Line line, std::size_t column) {
+    return column < line.length ? (line.length - column + 1) / 3 : 0;
+}
 
-Outcome decode_with(LineReader::Decode decoder, void* context, Session& session, Message& m, Text& out) {
-    return decoder == nullptr ? decode(session, m, out) : decoder(context, session, m, out);
+constexpr std::size_t spzt_body_column = 8;
+constexpr std::string_view tag = "zt ";
+
+struct RefusalRow {
+    std::string_view name;
+    std::string_view text;
+};
+constexpr RefusalRow row_of(Refusal::Reason reason) {
+    switch (reason) {
+        case Refusal::Reason::none:
+            return {"none", ""};
+        case Refusal::Reason::no_length_byte:
+            return {"no_length", "line does not start with length byte"};
+        case Refusal::Reason::no_two_length_bytes:
+            return {"no_length", "line does not start with 2 length bytes"};
+        case Refusal::Reason::length_above_256:
+            return {"too_long", "line: longueur > 256"};
+        case Refusal::Reason::really_too_short:
+            return {"too_short", "line: really too short"};
+        case Refusal::Reason::really_too_short_lng2:
+            return {"too_short", "line_lng2: line really too short"};
+        case Refusal::Reason::too_short:
+            return {"too_short", "line too short: expected: "};
+        case Refusal::Reason::no_hexadecimal:
+            return {"no_hexadecimal", "line1: ill formed hex value"};
+        case Refusal::Reason::no_tag:
+            return {"no_tag", " err: awaiting 'zt ', received '"};
+        case Refusal::Reason::no_sr_column:
+            return {"no_direction", "-> not in spzt format: msg[6] should be S or R"};
+        case Refusal::Reason::sr_too_short:
+            return {"too_short", "-> line too short"};
+        case Refusal::Reason::no_memory:
+            return {"no_memory", "no memory for this message"};
+    }
+    return {"none", ""};
 }
 
 }  // namespace
 
 std::uint8_t hex_digit(char c) noexcept { return digits[static_cast<std::uint8_t>(c)]; }
 
-ReadResult LineReader::decode_record(std::size_t first, std::uint64_t length, std::uint32_t direction,
-                                     Text& out) {
+HexField DigitRow::from(Line line, std::size_t at) {
+    if (at >= end_) find(line, at);
+    std::uint64_t value = 0;
+    for (std::size_t k = end_ - std::min(end_ - at, most_digits); k < end_; ++k) {
+        value = value << 4 | hex_digit(line.text[k]);
+    }
+    if (at < too_large_ || value >> 63 != 0) return {very_large_field, 0xFF};
+    return {std::min(static_cast<std::int64_t>(value), very_large_field), static_cast<std::uint8_t>(value)};
+}
+
+void DigitRow::find(Line line, std::size_t at) {
+    for (end_ = at; hex_digit(line.text[end_]) != no_digit;) ++end_;
+    too_large_ = end_ - std::min(end_ - at, most_digits);
+    while (too_large_ > at && line.text[too_large_ - 1] == '0') --too_large_;
+}
+
+
+std::string_view name_of(Refusal::Reason reason) noexcept { return row_of(reason).name; }
+
+bool has_sr_column(Line text) { return character(text, 6) == 'S' || character(text, 6) == 'R'; }
+
+// "xxxxxxS LL ...": where the hexadecimal part ends decides whether there is room for two length bytes.
+SpztBody spzt_body(Line text) {
+    if (!has_sr_column(text)) return SpztBody::no_sr_column;
+    const std::int64_t n = number(text, 8);
+    const std::int64_t high = number(text, 11);
+    return body_with(n, high, text.length >= 14 ? end_of_fields(text, 13) : 13);
+}
+
+Line spzt_line(Line text) {
+    return text.length < spzt_body_column ? Line{"", 0} : from_column(text, spzt_body_column);
+}
+
+std::uint32_t spzt_direction(Line text) { return text.text[6] == 'S' ? from_dhs : to_dhs; }
+
+const Message* LineReader::message(std::size_t first, std::uint64_t length) noexcept {
     const auto n = static_cast<std::size_t>(std::min<std::uint64_t>(length, message_capacity));
-    Message m(record_.data() + first, n, behind_ == Behind::zeros ? n : message_capacity);
-    m.direction = direction;
-    return decode_with(decode_, context_, session_, m, out) == Outcome::decoded ? ReadResult::decoded
-                                                                                : ReadResult::unknown_class;
+    message_ = Message(record_.data() + first, n, behind_ == Behind::zeros ? n : message_capacity);
+    message_.direction = direction_;
+    return &message_;
 }
 
 // Reads up to n fields into the record, as long as they are two digits and a blank, or end the line behind
@@ -170,60 +196,152 @@ void LineReader::forget_line() noexcept {
     changed_ = 0;
 }
 
-// "LL B0 B1 ... Bn". 255 bytes are accepted though the refusal speaks of 256.
-ReadResult LineReader::line(Line text, std::uint32_t direction, Text& out) {
-    const std::size_t begin = out.size();
-    changed_ = 0;
-    if (text.length < 2) return refuse(out, begin, "line: really too short");
-    DigitRow row;
-    const std::int64_t n = hex_pair(text, 0, row).value;
-    if (n == not_hex || n == 0) return refuse(out, begin, "line does not start with length byte");
-    if (n > 255) return refuse(out, begin, "line: longueur > 256");
-    const auto count = static_cast<std::size_t>(n);
-    if (text.length < 3 * count + 2) {
-        out.print("line too short: expected: {}, real: {}"_cf, 3 * n + 2, text.length);
-        return ReadResult::refused;
+const Message* LineReader::refuse(Refusal::Reason reason, std::size_t column, std::uint64_t expected,
+                                  std::uint64_t found) noexcept {
+    refusal_ = {reason, skipped_ + column, expected, found, body_.length};
+    state_ = State::nothing;
+    return nullptr;
+}
+
+void LineReader::begin_body(Line text, bool two_length_bytes, std::uint32_t direction) noexcept {
+    body_ = text;
+    direction_ = direction;
+    state_ = two_length_bytes ? State::line_lng2 : State::line;
+}
+
+void LineReader::begin(Line text, LineLayout layout, std::uint32_t direction) noexcept {
+    refusal_ = {};
+    goes_on_ = padded_ = false;
+    changed_ = skipped_ = at_ = 0;
+    body_ = text;
+    row_ = {};
+    switch (layout) {
+        case LineLayout::line:
+            begin_body(text, false, direction);
+            break;
+        case LineLayout::line_lng2:
+            begin_body(text, true, direction);
+            break;
+        case LineLayout::line_any_length:
+            begin_body(text, has_two_length_bytes(text), direction);
+            break;
+        case LineLayout::tagged:
+            if (!std::string_view(text.text, text.length).starts_with(tag)) {
+                refuse(Refusal::Reason::no_tag, 0);
+                break;
+            }
+            skipped_ = tag.size();
+            text = from_column(text, tag.size());
+            begin_body(text, has_two_length_bytes(text), direction);
+            break;
+        case LineLayout::spzt:
+        case LineLayout::spzt_lng2:
+            if (!has_sr_column(text)) {
+                refuse(Refusal::Reason::no_sr_column, 6);
+                break;
+            }
+            direction_ = spzt_direction(text);
+            if (layout == LineLayout::spzt && begin_plain_spzt(text)) break;
+            if (const SpztBody body = layout == LineLayout::spzt ? spzt_body(text) : SpztBody::two_length_bytes;
+                body == SpztBody::too_short) {
+                refuse(Refusal::Reason::sr_too_short, std::min(text.length, spzt_body_column),
+                       static_cast<std::uint64_t>(number(text, spzt_body_column)), fields_behind(text, 11));
+            } else {
+                skipped_ = std::min(text.length, spzt_body_column);
+                begin_body(spzt_line(text), body == SpztBody::two_length_bytes, direction_);
+            }
+            break;
     }
+}
+
+// A line as it is nearly always written, one message in plain fields up to its end, is read in one go.
+// Nothing is done with any other one.
+bool LineReader::begin_plain_spzt(Line text) noexcept {
+    if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return false;
+    const std::size_t fields = (text.length - 7) / 3;
+    if (fields > record_.size()) return false;
+    if (read_plain_fields(text, spzt_body_column, fields) != fields) return false;
+    const SpztBody body = body_with(record_[0], record_[1], text.length);
+    const bool two = body == SpztBody::two_length_bytes;
+    const std::size_t count = record_[0] + (two ? 256U * record_[1] : 0U);
+    const std::size_t first = two ? 2 : 1;
+    if (body == SpztBody::too_short || count == 0 || first + count != fields) return false;
+    plain_first_ = first;
+    plain_count_ = count;
+    state_ = State::plain_spzt;
+    return true;
+}
+
+const Message* LineReader::next() {
+    switch (state_) {
+        case State::plain_spzt:
+            state_ = State::nothing;
+            return message(plain_first_, plain_count_);
+        case State::line:
+            return next_line();
+        case State::line_lng2:
+            return next_lng2();
+        default:
+            return nullptr;
+    }
+}
+
+// "LL B0 B1 ... Bn". 255 bytes are accepted though the refusal speaks of 256.
+const Message* LineReader::next_line() {
+    const Line text = body_;
+    state_ = State::nothing;
+    if (text.length < 2) return refuse(Refusal::Reason::really_too_short, 0);
+    const std::int64_t n = hex_pair(text, 0, row_).value;
+    if (n == not_hex || n == 0) return refuse(Refusal::Reason::no_length_byte, 0);
+    if (n > 255) return refuse(Refusal::Reason::length_above_256, 0);
+    const auto count = static_cast<std::size_t>(n);
+    if (text.length < 3 * count + 2) return refuse(Refusal::Reason::too_short, text.length, count, fields_behind(text, 3));
     about_to_read(count);
     for (std::size_t i = read_plain_fields(text, 3, count); i < count; ++i) {
-        const HexField byte = hex_pair(text, 3 + 3 * i, row);
-        if (byte.value == not_hex) return refuse(out, begin, "line1: ill formed hex value");
+        const HexField byte = hex_pair(text, 3 + 3 * i, row_);
+        if (byte.value == not_hex) return refuse(Refusal::Reason::no_hexadecimal, 3 + 3 * i);
         record_[i] = byte.low;
     }
-    return decode_record(0, count, direction, out);
+    return message(0, count);
 }
 
 // "LL HH B0 B1 ... Bn", and more of them behind a separator. A line that ends too early is filled up with
 // 0xff.
-ReadResult LineReader::line_lng2(Line text, std::uint32_t direction, Text& out) {
-    const std::size_t begin = out.size();
+const Message* LineReader::next_lng2() {
+    const Line text = body_;
     const std::size_t total = text.length;
-    changed_ = 0;
-    if (total < 5) return refuse(out, begin, "line_lng2: line really too short");
-    if (total == 5) return ReadResult::decoded;
-    DigitRow row;
-    for (std::size_t at = 0;;) {
-        const std::int64_t low = hex_pair(text, at, row).value;
-        const std::int64_t high = hex_pair(text, at + 3, row).value;
-        if (low == not_hex || high == not_hex) return ReadResult::decoded;
-        const std::int64_t n = low + 256 * high;
-        if (n == 0) return refuse(out, begin, "line does not start with 2 length bytes");
-        const auto count = static_cast<std::uint64_t>(n);
-        if (total < 3 * count + 5) {
-            out.cut(begin);
-            out.print("line too short: expected: {}, real: {}, padded with 0xff\n\n"_cf, 3 * n + 5, total);
-        }
-        const auto kept = static_cast<std::size_t>(std::min<std::uint64_t>(count, message_capacity));
-        about_to_read(kept);
-        for (std::size_t i = read_plain_fields(text, at + 6, kept); i < kept; ++i) {
-            record_[i] = hex_pair(text, at + 6 + 3 * i, row).low;
-        }
-        const ReadResult result = decode_record(0, count, direction, out);
-        if (result != ReadResult::decoded) return result;
-        if (at + 3 * count + 6 + 5 >= total) return ReadResult::decoded;
-        at += static_cast<std::size_t>(3 * count + 6);
-        out.add("\n");
+    const bool first = !goes_on_;
+    goes_on_ = padded_ = false;
+    if (first && total < 5) return refuse(Refusal::Reason::really_too_short_lng2, 0);
+    if (first && total == 5) {
+        state_ = State::nothing;
+        return nullptr;
     }
+    const std::int64_t low = hex_pair(text, at_, row_).value;
+    const std::int64_t high = hex_pair(text, at_ + 3, row_).value;
+    if (low == not_hex || high == not_hex) {
+        state_ = State::nothing;
+        return nullptr;
+    }
+    const std::int64_t n = low + 256 * high;
+    if (n == 0) return refuse(Refusal::Reason::no_two_length_bytes, at_);
+    const auto count = static_cast<std::uint64_t>(n);
+    padded_ = total < 3 * count + 5;
+    if (padded_) {
+        refusal_ = {Refusal::Reason::none, skipped_ + total, count, fields_behind(text, at_ + 6), total};
+    }
+    const auto kept = static_cast<std::size_t>(std::min<std::uint64_t>(count, message_capacity));
+    about_to_read(kept);
+    for (std::size_t i = read_plain_fields(text, at_ + 6, kept); i < kept; ++i) {
+        record_[i] = hex_pair(text, at_ + 6 + 3 * i, row_).low;
+    }
+    goes_on_ = at_ + 3 * count + 6 + 5 < total;
+    if (goes_on_) {
+        at_ += static_cast<std::size_t>(3 * count + 6);
+    } else {
+        state_ = State::nothing;
+    }
+    return message(0, count);
 }
 
 // A second field of 00 is the high length byte, any other one the first byte of the message, unless the line
@@ -233,73 +351,43 @@ bool has_two_length_bytes(Line body) {
     return (high == 0 && body.length >= 6) || (high > 0 && body.length >= 766);
 }
 
-ReadResult LineReader::line_any_length(Line text, std::uint32_t direction, Text& out) {
-    return has_two_length_bytes(text) ? line_lng2(text, direction, out) : line(text, direction, out);
-}
-
-ReadResult LineReader::line_tzt(Line text, std::uint32_t direction, Text& out) {
-    const std::string_view all(text.text, text.length);
-    changed_ = 0;
-    if (!all.starts_with("zt ")) {
-        const Text::Piece whole(out);
-        out.add(" err: awaiting 'zt ', received '");
-        for (std::size_t k = 0; k < 3; ++k) out.put(static_cast<std::uint8_t>(character(text, k)));
-        out.add("'");
-        return ReadResult::refused;
-    }
-    return line_any_length(from_column(text, 3), direction, out);
-}
-
-// "xxxxxxS LL ...": where the hexadecimal part ends decides whether there is room for two length bytes.
-SpztBody spzt_body(Line text) {
-    if (!has_sr_column(text)) return SpztBody::no_sr_column;
-    const std::int64_t n = number(text, 8);
-    const std::int64_t high = number(text, 11);
-    return body_with(n, high, text.length >= 14 ? end_of_fields(text, 13) : 13);
-}
-
-Line spzt_line(Line text) { return text.length < 8 ? Line{"", 0} : from_column(text, 8); }
-
-std::uint32_t spzt_direction(Line text) { return text.text[6] == 'S' ? from_dhs : to_dhs; }
-
-void refuse_spzt(Line text, Text& out) {
-    out.add(has_sr_column(text) ? "-> line too short" : "-> not in spzt format: msg[6] should be S or R");
-}
-
-// A line as it is nearly always written, one message in plain fields up to its end, is read in one go.
-// Nothing is done with any other one.
-std::optional<ReadResult> LineReader::decode_plain_spzt(Line text, Text& out) {
-    if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return std::nullopt;
-    const std::size_t fields = (text.length - 7) / 3;
-    if (fields > record_.size() || !has_sr_column(text)) return std::nullopt;
-    if (read_plain_fields(text, 8, fields) != fields) return std::nullopt;
-    const SpztBody body = body_with(record_[0], record_[1], text.length);
-    const bool two = body == SpztBody::two_length_bytes;
-    const std::size_t count = record_[0] + (two ? 256U * record_[1] : 0U);
-    const std::size_t first = two ? 2 : 1;
-    if (body == SpztBody::too_short || count == 0 || first + count != fields) return std::nullopt;
-    return decode_record(first, count, spzt_direction(text), out);
-}
-
-ReadResult LineReader::line_spzt(Line text, Text& out) {
-    if (const auto result = decode_plain_spzt(text, out)) return *result;
-    switch (spzt_body(text)) {
-        case SpztBody::one_length_byte:
-            return line(spzt_line(text), spzt_direction(text), out);
-        case SpztBody::two_length_bytes:
-            return line_lng2(spzt_line(text), spzt_direction(text), out);
+void write_refusal(const Refusal& refusal, Line text, Text& out) {
+    const Text::Piece whole(out);
+    out.add(row_of(refusal.reason).text);
+    switch (refusal.reason) {
+        case Refusal::Reason::too_short:
+            out.print("{-}, real: {-}"_cf, 3 * refusal.expected + 2, refusal.length);
+            break;
+        case Refusal::Reason::no_tag:
+            for (std::size_t k = 0; k < tag.size(); ++k) out.put(static_cast<std::uint8_t>(character(text, k)));
+            out.add("'");
+            break;
         default:
-            refuse_spzt(text, out);
-            return ReadResult::refused;
+            break;
     }
 }
 
-ReadResult LineReader::line_spzt_lng2(Line text, Text& out) {
-    if (!has_sr_column(text)) {
-        refuse_spzt(text, out);
-        return ReadResult::refused;
+// A padded message begins the text anew: those of the messages in front of it are gone.
+ReadResult decode_line(Session& session, LineReader& reader, Line text, LineLayout layout, std::uint32_t direction,
+                       Text& out) {
+    const std::size_t begin = out.size();
+    reader.begin(text, layout, direction);
+    while (const Message* m = reader.next()) {
+        if (reader.padded()) {
+            out.cut(begin);
+            write_padding(reader.refusal(), out);
+        }
+        if (decode(session, *m, out) != Outcome::decoded) return ReadResult::unknown_class;
+        if (reader.goes_on()) out.add("\n");
     }
-    return line_lng2(spzt_line(text), spzt_direction(text), out);
+    if (!reader.refusal()) return ReadResult::decoded;
+    out.cut(begin);
+    write_refusal(reader.refusal(), text, out);
+    return ReadResult::refused;
+}
+
+void write_padding(const Refusal& figures, Text& out) {
+    out.print("line too short: expected: {-}, real: {-}, padded with 0xff\n\n"_cf, 3 * figures.expected + 5, figures.length);
 }
 
 ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction,

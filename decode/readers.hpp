@@ -8,58 +8,121 @@
 
 #include "core/session.hpp"
 
-// Readers of trace lines and binary buffers: they find the messages in one of the layouts and decode them.
+// Readers of trace lines: they find the messages in one of the layouts, and say what is wrong with a line. They
+// decode nothing.
 
 namespace ztdecode {
 
-enum class ReadResult {
-    decoded,
-    refused,        // the text says why; nothing of it is a decoded message
-    unknown_class,  // decoded up to an object-protocol message of an unknown class
-};
-
-// A line of text: characters, and a zero behind the last one.
+// A line of text: characters, and behind the last one something that is no hexadecimal digit and no blank (a
+// zero, a line end).
 struct Line {
     const char* text;
     std::size_t length;
+};
+
+// How a line is written. `line_any_length`: a body behind no tag, with one or two length bytes by the rule of
+// the tagged lines.
+enum class LineLayout { line, line_lng2, line_any_length, tagged, spzt, spzt_lng2 };
+
+// Why a line is refused.
+struct Refusal {
+    enum class Reason : std::uint8_t {
+        none,
+        no_length_byte,
+        no_two_length_bytes,
+        length_above_256,
+        really_too_short,
+        really_too_short_lng2,
+        too_short,  // for the length: expected and found
+        no_hexadecimal,
+        no_tag,
+        no_sr_column,
+        sr_too_short,
+        no_memory,  // said by those who decode
+    };
+
+    Reason reason = Reason::none;
+    std::size_t column = 0;      // where it went wrong, from 0 on
+    std::uint64_t expected = 0;  // bytes of the message, as far as the line says
+    std::uint64_t found = 0;     // bytes that the line has room for
+    std::size_t length = 0;      // of the part of the line that holds them
+
+    explicit operator bool() const noexcept { return reason != Reason::none; }
+};
+// As data: "too_short".
+std::string_view name_of(Refusal::Reason reason) noexcept;
+
+// A field: two hexadecimal digits, and every further digit behind them counts as well. Values above 31 bits
+// are very large; the low byte of one above 63 bits is 0xff, as strtol has it, which stops at its largest
+// number.
+struct HexField {
+    std::int64_t value;
+    std::uint8_t low;
+};
+inline constexpr std::int64_t very_large_field = 0x7FFFFFFF;
+
+// The row of digits that a long field was met in last. Every third digit of a row starts a field that reaches
+// to its end; fields are asked for from left to right, and so each row is gone through once.
+class DigitRow {
+  public:
+    HexField from(Line line, std::size_t at);
+
+  private:
+    static constexpr std::size_t most_digits = 16;  // of 64 bits
+
+    void find(Line line, std::size_t at);
+
+    std::size_t end_ = 0;
+    std::size_t too_large_ = 0;  // a field that starts before this has a digit that counts and stands too far left
 };
 
 class LineReader {
   public:
     // What stands behind the bytes of a message: what earlier lines left in the record, or zeros.
     enum class Behind { earlier_lines, zeros };
-    // Decodes one message behind what the text holds.
-    using Decode = Outcome (*)(void* context, Session& session, Message& m, Text& out);
 
-    explicit LineReader(Session& session, Behind behind) noexcept : session_(session), behind_(behind) {}
-    // Lets somebody else see each message on its way to the decoder.
-    LineReader(Session& session, Behind behind, Decode decode, void* context) noexcept
-        : session_(session), behind_(behind), decode_(decode), context_(context) {}
+    explicit LineReader(Behind behind) noexcept : behind_(behind) {}
 
-    // Each writes behind what `out` holds.
-    ReadResult line(Line text, std::uint32_t direction, Text& out);
-    ReadResult line_lng2(Line text, std::uint32_t direction, Text& out);
-    ReadResult line_tzt(Line text, std::uint32_t direction, Text& out);
-    ReadResult line_spzt(Line text, Text& out);
-    ReadResult line_spzt_lng2(Line text, Text& out);
-
-    // A body behind no tag, with one or two length bytes by the rule of `line_tzt`.
-    ReadResult line_any_length(Line text, std::uint32_t direction, Text& out);
+    // Begins with a line, which stays as it is until it is done. `direction`: of layouts that do not say it.
+    void begin(Line text, LineLayout layout, std::uint32_t direction) noexcept;
+    // The next message of it, null behind the last one; valid until the next call.
+    const Message* next();
+    // Of the message that `next` gave last: others may stand behind it.
+    bool goes_on() const noexcept { return goes_on_; }
+    // The line ended too early for it, and it was filled up with 0xff.
+    bool padded() const noexcept { return padded_; }
+    // Behind the last message: whether the line is refused, and for a padded message its figures.
+    const Refusal& refusal() const noexcept { return refusal_; }
 
     // What the last line left in the record is taken back.
     void forget_line() noexcept;
 
   private:
+    enum class State { nothing, line, line_lng2, plain_spzt };
+
+    void begin_body(Line text, bool two_length_bytes, std::uint32_t direction) noexcept;
+    bool begin_plain_spzt(Line text) noexcept;
+    const Message* refuse(Refusal::Reason reason, std::size_t column, std::uint64_t expected = 0,
+                          std::uint64_t found = 0) noexcept;
+    const Message* next_line();
+    const Message* next_lng2();
+    const Message* message(std::size_t first, std::uint64_t length) noexcept;
     void about_to_read(std::size_t n) noexcept;
     std::size_t read_plain_fields(Line line, std::size_t column, std::size_t n);
-    std::optional<ReadResult> decode_plain_spzt(Line text, Text& out);
-    // The message that starts at this byte of the record.
-    ReadResult decode_record(std::size_t first, std::uint64_t length, std::uint32_t direction, Text& out);
 
-    Session& session_;
     Behind behind_;
-    Decode decode_ = nullptr;
-    void* context_ = nullptr;
+    State state_ = State::nothing;
+    bool goes_on_ = false;
+    bool padded_ = false;
+    std::uint32_t direction_ = 0;
+    Line body_{"", 0};
+    std::size_t skipped_ = 0;  // characters in front of the body
+    std::size_t at_ = 0;       // in the body
+    std::size_t plain_first_ = 0;
+    std::size_t plain_count_ = 0;
+    DigitRow row_;
+    Refusal refusal_;
+    Message message_{{}};
     std::array<std::uint8_t, message_capacity + 2> record_{};  // with its two length bytes at the most
     std::array<std::uint8_t, message_capacity> before_;  // where earlier lines show: what the line changed
     std::size_t changed_ = 0;                            // so many bytes
@@ -71,11 +134,26 @@ bool has_two_length_bytes(Line body);
 // What a line of the S/R layout holds behind its column.
 enum class SpztBody { one_length_byte, two_length_bytes, no_sr_column, too_short };
 SpztBody spzt_body(Line text);
+bool has_sr_column(Line text);
 // For a line that has the column: its body, and what the column says.
 Line spzt_line(Line text);
 std::uint32_t spzt_direction(Line text);
-// Why the line is refused.
-void refuse_spzt(Line text, Text& out);
+
+enum class ReadResult {
+    decoded,
+    refused,        // the text says why; nothing of it is a decoded message
+    unknown_class,  // decoded up to an object-protocol message of an unknown class
+};
+
+// Writes why a line is refused, as the hosts of the C interface read it.
+void write_refusal(const Refusal& refusal, Line text, Text& out);
+
+// The line above the text of a padded message.
+void write_padding(const Refusal& figures, Text& out);
+
+// Decodes all messages of a line behind what `out` holds.
+ReadResult decode_line(Session& session, LineReader& reader, Line text, LineLayout layout, std::uint32_t direction,
+                       Text& out);
 
 // Messages behind two length bytes each, one behind the other; every text ends in a newline.
 ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction,

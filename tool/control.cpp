@@ -66,7 +66,7 @@ bool acts(char32_t code) {
 
 void add_escape(Character c, Text& to) {
     if (c.utf8 && c.code >= 0x80) {
-        to.print("\\u{:04x}"_cf, static_cast<std::uint32_t>(c.code));
+        to.print("\\u{-:04x}"_cf, static_cast<std::uint32_t>(c.code));
     } else {
         to.add("\\x");
         to.hex(static_cast<std::uint8_t>(c.code));

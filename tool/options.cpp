@@ -39,6 +39,7 @@ constexpr auto layouts = std::to_array<Named<Layout>>({
     {"bin2", Layout::bin2},
 });
 constexpr auto directions = std::to_array<Named<std::uint32_t>>({{"from", from_dhs}, {"to", to_dhs}});
+constexpr auto formats = std::to_array<Named<Format>>({{"text", Format::text}, {"ndjson", Format::ndjson}});
 constexpr auto colors = std::to_array<Named<Color>>(
     {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}});
 constexpr auto controls = std::to_array<Named<Control>>(
@@ -142,6 +143,11 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
                "layouts that do not say it")
         ->type_name("WAY")
         ->group("Input");
+    add_choice(app, "--format", o.format, formats,
+               "text (default), or ndjson: what every line\n"
+               "says as one JSON object, values by name")
+        ->type_name("FORMAT")
+        ->group("Output");
     add_switch(app, "--no-input", no_input, "leave the trace lines out")->group("Output");
     add_switch(app, "--audio-only", o.audio_only, "audio messages only")->group("Output");
     add_switch(app, "--explain", o.explain, "which bytes each stretch of a text came from")->group("Output");

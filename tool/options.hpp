@@ -12,6 +12,9 @@ enum class Layout { recognised, line, line_lng2, tagged, spzt, spzt_lng2, bin1, 
 
 enum class Color { automatic, always, never };
 
+// What comes out: texts under their trace lines, or one JSON object a line.
+enum class Format { text, ndjson };
+
 // Whether what would act on a terminal is shown as an escape. `automatic`: where it goes to a terminal.
 enum class Control { automatic, raw, escape };
 
@@ -19,6 +22,7 @@ struct Options {
     std::vector<std::string> files;  // "-" is standard input
     Layout layout = Layout::recognised;
     std::uint32_t direction = 0;  // of layouts without a direction column
+    Format format = Format::text;
     Color color = Color::automatic;
     Control control = Control::automatic;
     bool progress = true;  // say how far a long file has come, where it is in nobody's way

@@ -34,7 +34,7 @@ Line without_trailing_blanks(Line line) {
 void complain_of_file(std::string_view name, std::string_view why, Output& diagnostics) {
     diagnostics.text.add("ztdecode: ");
     diagnostics.add_name(name);
-    diagnostics.text.print(": {}\n"_cf, why);
+    diagnostics.text.print(": {-}\n"_cf, why);
 }
 
 TraceDecoder::TraceDecoder(std::string name, const Options& options, const Display& display, Output& out,
@@ -45,13 +45,15 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
       out_(out),
       diagnostics_(diagnostics),
       presents_(options.explain || display.color || out.escapes()),
-      reader_(session_, LineReader::Behind::zeros, &decode_and_present, this) {
-    session_.switches = {.color = display.color,
+      reader_(LineReader::Behind::zeros) {
+    const bool data = options.format == Format::ndjson;
+    if (data) ndjson_.emplace(options.explain, out.escapes(), out.text);
+    session_.switches = {.color = display.color && !data,
                          .audio_only = options.audio_only,
                          .debug = options.debug,
                          .color_escape = '\0'};
     session_.side = this;
-    if (options.explain) session_.trail = &trail_;
+    if (options.explain || data) session_.trail = &trail_;
 }
 
 void TraceDecoder::decode(int descriptor) {
@@ -86,10 +88,16 @@ void TraceDecoder::text_line(const Input::Next& next) {
         trace_line(next.line, layout);
         return;
     }
-    out_.add_foreign({next.line.text, next.line.length});
-    if (next.newline) out_.text.add("\n");
+    if (ndjson_) {
+        ndjson_->other(place(), {next.line.text, next.line.length});
+    } else {
+        out_.add_foreign({next.line.text, next.line.length});
+        if (next.newline) out_.text.add("\n");
+    }
     if (next.piece && next.newline) ++number_;
 }
+
+Place TraceDecoder::place() const noexcept { return {name_, number_, columns_, !columns_.empty()}; }
 
 bool TraceDecoder::is_trace_line(Line line, Layout& layout) const {
     if (blank_or_comment(line)) return false;
@@ -109,41 +117,55 @@ bool TraceDecoder::is_trace_line(Line line, Layout& layout) const {
     return true;
 }
 
-ReadResult TraceDecoder::read(Line line, Layout layout) {
-    Text& out = out_.text;
+LineLayout TraceDecoder::line_layout(Layout layout) const {
     switch (layout) {
         case Layout::line:
-            return reader_.line(line, options_.direction, out);
+            return LineLayout::line;
         case Layout::line_lng2:
-            return reader_.line_lng2(line, options_.direction, out);
+            return LineLayout::line_lng2;
         case Layout::tagged:
-            return reader_.line_tzt(line, options_.direction, out);
+            return LineLayout::tagged;
         case Layout::spzt:
-            return reader_.line_spzt(line, out);
+            return LineLayout::spzt;
         case Layout::spzt_lng2:
-            return reader_.line_spzt_lng2(line, out);
+            return LineLayout::spzt_lng2;
         default:
-            return reader_.line_any_length(line, options_.direction, out);
+            return LineLayout::line_any_length;
     }
+}
+
+ReadResult TraceDecoder::read(Line line, LineLayout layout) {
+    Text& out = out_.text;
+    reader_.begin(line, layout, options_.direction);
+    while (const Message* m = reader_.next()) {
+        if (reader_.padded() && !ndjson_) {
+            out.cut(text_);
+            write_padding(reader_.refusal(), out);
+        }
+        if (decode_and_present(*m) != Outcome::decoded) return ReadResult::unknown_class;
+        if (reader_.goes_on() && !ndjson_) out.add("\n");
+    }
+    return reader_.refusal() ? ReadResult::refused : ReadResult::decoded;
 }
 
 void TraceDecoder::trace_line(Line line, Layout layout) {
     const std::size_t begin = out_.text.size();
-    if (options_.input) {
+    if (options_.input && !ndjson_) {
         out_.add_foreign({line.text, line.length});
         out_.text.add("\n");
     }
     const Line body = without_trailing_blanks(line);
-    // The readers look for a zero behind the line.
-    const_cast<char&>(body.text[body.length]) = '\0';  // NOLINT: the buffer is the input's own
-    message(begin, [&] { return read(body, layout); });
+    const bool has_columns = layout == Layout::spzt || layout == Layout::spzt_lng2;
+    columns_ = has_columns && has_sr_column(body) ? std::string_view(body.text, 6) : std::string_view();
+    line_ = body;
+    message(begin, [&] { return read(body, line_layout(layout)); });
 }
 
 // `begin` is where the trace line stands in the output.
 template <class Read>
 void TraceDecoder::message(std::size_t begin, Read read) {
     text_ = out_.text.size();
-    partly_out_ = false;
+    partly_out_ = said_ = false;
     try {
         finish_message(begin, read());
     } catch (const std::bad_alloc&) {
@@ -160,13 +182,24 @@ void TraceDecoder::refuse_for_memory() {
     trail_ = Trail();
     refused_ = true;
     complain("no memory for this message");
+    if (ndjson_) {
+        ndjson_->refused(place(), {.reason = Refusal::Reason::no_memory}, {line_.text, line_.length});
+    }
 }
 
 void TraceDecoder::finish_message(std::size_t begin, ReadResult result) {
     Text& out = out_.text;
+    if (ndjson_) {
+        finish_data(result);
+        return;
+    }
     if (result != ReadResult::decoded) {
         Text why;
-        add_uncoloured(out.from(text_), why);
+        if (result == ReadResult::refused) {
+            write_refusal(reader_.refusal(), line_, why);
+        } else {
+            add_uncoloured(out.from(text_), why);
+        }
         out.cut(text_);
         refused_ = true;
         complain(why.view());
@@ -177,6 +210,25 @@ void TraceDecoder::finish_message(std::size_t begin, ReadResult result) {
         text_ = begin;
     }
     put_traces_above_text();
+}
+
+// Every line is an object, or several.
+void TraceDecoder::finish_data(ReadResult result) {
+    const std::string_view line(line_.text, line_.length);
+    if (result == ReadResult::refused) {
+        Text why;
+        write_refusal(reader_.refusal(), line_, why);
+        refused_ = true;
+        complain(why.view());
+        ndjson_->refused(place(), reader_.refusal(), line);
+    } else if (result == ReadResult::unknown_class) {
+        refused_ = true;
+        Text why;
+        add_uncoloured(decoded_.view(), why);
+        complain(why.view());
+    } else if (!said_) {
+        ndjson_->other(place(), line);
+    }
 }
 
 void TraceDecoder::put_traces_above_text() {
@@ -202,16 +254,26 @@ void TraceDecoder::let_text_out() {
 }
 
 // A message that was not decoded to its end is left as it is: it goes to the diagnostics.
-Outcome TraceDecoder::decode_and_present(void* decoder, Session& session, Message& m, Text& out) {
-    auto& self = *static_cast<TraceDecoder*>(decoder);
-    self.let_text_out();
-    if (!self.presents_) return ztdecode::decode(session, m, out);
-    self.decoded_.clear();
-    const Outcome outcome = ztdecode::decode(session, m, self.decoded_);
-    if (outcome == Outcome::decoded) {
-        self.present(m, out);
+Outcome TraceDecoder::decode_and_present(const Message& m) {
+    let_text_out();
+    Text& out = out_.text;
+    if (!presents_ && !ndjson_) return ztdecode::decode(session_, m, out);
+    decoded_.clear();
+    trail_.place = number_;
+    const Outcome outcome = ztdecode::decode(session_, m, decoded_);
+    if (ndjson_) {
+        said_ = true;
+        if (!traced_.empty()) ndjson_->trace(place(), traced_);
+        traced_.clear();
+        const Refusal& figures = reader_.refusal();
+        const std::uint64_t padded = reader_.padded() ? figures.expected - figures.found : 0;
+        if (!options_.audio_only || !decoded_.empty()) {
+            ndjson_->message(place(), trail_, decoded_.view(), m, outcome, padded);
+        }
+    } else if (outcome == Outcome::decoded) {
+        present(m, out);
     } else {
-        out.add(self.decoded_.view());
+        out.add(decoded_.view());
     }
     return outcome;
 }
@@ -242,8 +304,8 @@ void TraceDecoder::decode_binary(Input& input) {
         const bool whole_head = head.size() == width;
         const auto bytes = input.block(length, out_);
         const std::size_t begin = out_.text.size();
-        if (options_.input) {
-            out_.text.print("zt {:02x} {:02x}"_cf, bytes.size() & 0xFF, bytes.size() >> 8);
+        if (options_.input && !ndjson_) {
+            out_.text.print("zt {-:02x} {-:02x}"_cf, bytes.size() & 0xFF, bytes.size() >> 8);
             for (const std::uint8_t byte : bytes) {
                 out_.text.add(" ");
                 out_.text.hex(byte);
@@ -253,7 +315,7 @@ void TraceDecoder::decode_binary(Input& input) {
         message(begin, [&] {
             Message m(bytes);
             m.direction = options_.direction;
-            const Outcome outcome = decode_and_present(this, session_, m, out_.text);
+            const Outcome outcome = decode_and_present(m);
             return outcome == Outcome::decoded ? ReadResult::decoded : ReadResult::unknown_class;
         });
         if (bytes.size() < length || !whole_head) {
@@ -295,7 +357,7 @@ void TraceDecoder::complain(std::string_view why) {
         const std::string_view line = why.substr(0, why.find('\n'));
         text.add("ztdecode: ");
         diagnostics_.add_name(name_);
-        text.print(":{}: "_cf, number_);
+        text.print(":{-}: "_cf, number_);
         diagnostics_.add_foreign(line);
         text.add("\n");
         why.remove_prefix(std::min(why.size(), line.size() + 1));

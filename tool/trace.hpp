@@ -12,6 +12,7 @@
 #include "tool/display.hpp"
 #include "tool/options.hpp"
 #include "tool/progress.hpp"
+#include "tool/report/ndjson.hpp"
 #include "tool/streams.hpp"
 
 namespace ztdecode::tool {
@@ -39,14 +40,17 @@ class TraceDecoder : private SideChannel {
     void text_line(const Input::Next& next);
     bool is_trace_line(Line line, Layout& layout) const;
     void trace_line(Line line, Layout layout);
-    ReadResult read(Line line, Layout layout);
+    LineLayout line_layout(Layout layout) const;
+    ReadResult read(Line line, LineLayout layout);
+    Place place() const noexcept;
     template <class Read>
     void message(std::size_t begin, Read read);
     void finish_message(std::size_t begin, ReadResult result);
     void put_traces_above_text();
     void let_text_out();
     void refuse_for_memory();
-    static Outcome decode_and_present(void* decoder, Session& session, Message& m, Text& out);
+    void finish_data(ReadResult result);
+    Outcome decode_and_present(const Message& m);
     void present(const Message& m, Text& out);
 
     bool shows_output() const override { return options_.debug; }
@@ -66,6 +70,10 @@ class TraceDecoder : private SideChannel {
     Trail trail_;
     bool presents_;  // texts go out in another form than they are decoded in
     LineReader reader_;
+    std::optional<NdjsonReport> ndjson_;  // what the trace says, as data
+    Line line_{"", 0};                    // the trace line
+    std::string_view columns_;            // what stands in front of its message
+    bool said_ = false;                   // an object for the line has been written
     std::optional<Progress> progress_;
     std::size_t text_ = 0;      // where the text of the line begins in the output
     bool partly_out_ = false;   // text of the line has gone out
