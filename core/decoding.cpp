@@ -2,7 +2,8 @@
 
 namespace ztdecode {
 
-void Decoding::note_between(FieldName field, const Meaning& meaning, const char* begin, const char* end) noexcept {
+void Decoding::note_between(FieldName field, const Meaning& meaning, const char* begin,
+                            const char* end) noexcept {
     const auto from = static_cast<std::size_t>(begin - out_.data());
     const auto to = static_cast<std::size_t>(end - out_.data());
     if (field == row_field) field = row_field_;
@@ -33,7 +34,8 @@ void Decoding::hex(FieldName field, std::size_t first, std::size_t n, std::strin
         out_.add(before);
         out_.hex((*this)[k].number);
     }
-    if (trail_ != nullptr) note(field, {Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))}, begin);
+    if (trail_ != nullptr)
+        note(field, {Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))}, begin);
 }
 
 void Decoding::HEX(FieldName field, std::size_t first, std::size_t n, std::string_view before) {
@@ -42,7 +44,8 @@ void Decoding::HEX(FieldName field, std::size_t first, std::size_t n, std::strin
         out_.add(before);
         out_.HEX((*this)[k].number);
     }
-    if (trail_ != nullptr) note(field, {Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))}, begin);
+    if (trail_ != nullptr)
+        note(field, {Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))}, begin);
 }
 
 }  // namespace ztdecode

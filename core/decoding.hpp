@@ -17,9 +17,9 @@ namespace ztdecode {
 // What a decoder gets, and the only thing it gets: the message, the session's memory, the text to write to,
 // and the place for what it finds out besides.
 //
-// Bytes are counted from the beginning of the message, or of the item of it that is being decoded; what stands
-// behind the end reads as `Message` says. Values carry where they come from: print them as they are, under
-// their field's name. What a byte decides, it decides through `on`, `add_if`, `either` and `flag`; then
+// Bytes are counted from the beginning of the message, or of the item of it that is being decoded; what
+// stands behind the end reads as `Message` says. Values carry where they come from: print them as they are,
+// under their field's name. What a byte decides, it decides through `on`, `add_if`, `either` and `flag`; then
 // whoever asks (`Session::trail`) gets each word with its bytes. A number taken out of a value in any other
 // way leaves no trace.
 class Decoding {
@@ -28,19 +28,22 @@ class Decoding {
         : session_(session), message_(m), out_(out), trail_(session.trail), length_(m.length()) {}
     // A message that the carrier's message carries.
     Decoding(Decoding& carrier, const Message& m) noexcept : Decoding(carrier.session_, m, carrier.out_) {
-        if (trail_ != nullptr) [[unlikely]] trail_->enter_message(m);
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->enter_message(m);
         carried_ = true;
     }
     // One that was put together from segments, which stood at these places of the trace.
     Decoding(Decoding& carrier, const Message& m, std::span<const std::uint64_t> segments) noexcept
         : Decoding(carrier.session_, m, carrier.out_) {
-        if (trail_ != nullptr) [[unlikely]] trail_->enter_reassembled(m, segments);
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->enter_reassembled(m, segments);
         carried_ = true;
     }
     Decoding(const Decoding&) = delete;
     Decoding& operator=(const Decoding&) = delete;
     ~Decoding() {
-        if (trail_ != nullptr && carried_) [[unlikely]] trail_->leave_message();
+        if (trail_ != nullptr && carried_) [[unlikely]]
+            trail_->leave_message();
     }
 
     Session& session() noexcept { return session_; }
@@ -74,17 +77,20 @@ class Decoding {
     // The number or the answer, for a decision about all that is written from here to the end of the decoder.
     template <std::integral T>
     T on(const Value<T>& value) noexcept {
-        if (trail_ != nullptr) [[unlikely]] trail_->test(message_, value.place);
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->test(message_, value.place);
         return value.number;
     }
     bool on(const Condition& condition) noexcept {
-        if (trail_ != nullptr) [[unlikely]] trail_->test(message_, condition.place);
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->test(message_, condition.place);
         return condition.holds;
     }
     // The number, where it says how the others stand: a length, a count.
     template <std::integral T>
     T walk(const Value<T>& value) noexcept {
-        if (trail_ != nullptr) [[unlikely]] trail_->walk(message_, value.place);
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->walk(message_, value.place);
         return value.number;
     }
 
@@ -96,7 +102,8 @@ class Decoding {
         Scope(const Scope&) = delete;
         Scope& operator=(const Scope&) = delete;
         ~Scope() {
-            if (trail_ != nullptr) [[unlikely]] trail_->end_scope(scope_);
+            if (trail_ != nullptr) [[unlikely]]
+                trail_->end_scope(scope_);
         }
 
       private:
@@ -136,7 +143,8 @@ class Decoding {
         Ends<F> ends;
         out_.written_to(write_format(begin, format, ends, args...));
         if constexpr (F::count != 0) {
-            if (trail_ != nullptr) [[unlikely]] note_all<F>(ends, args...);
+            if (trail_ != nullptr) [[unlikely]]
+                note_all<F>(ends, args...);
         }
     }
 
@@ -148,7 +156,8 @@ class Decoding {
     void add_word(const Word& word) {
         const std::size_t begin = out_.size();
         out_.add(word.text);
-        if (trail_ != nullptr) [[unlikely]] trail_->words(message_, word.place, begin, out_.size());
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->words(message_, word.place, begin, out_.size());
     }
 
     // One value.
@@ -157,14 +166,16 @@ class Decoding {
         const std::size_t begin = out_.size();
         char* const at = out_.room(format_detail::bound(value));
         out_.written_to(format_detail::write_value<format_detail::Shape{}>(at, value));
-        if (trail_ != nullptr) [[unlikely]] note(field, meaning_of(value), begin);
+        if (trail_ != nullptr) [[unlikely]]
+            note(field, meaning_of(value), begin);
     }
     // The same, written by `write`.
     template <class Write>
     void value(FieldName field, const Meaning& meaning, Write write) {
         const std::size_t begin = out_.size();
         write();
-        if (trail_ != nullptr) [[unlikely]] note(field, meaning, begin);
+        if (trail_ != nullptr) [[unlikely]]
+            note(field, meaning, begin);
     }
 
     // Bytes first ... first+n-1 as the characters that `as` makes of them; a zero ends the piece of text that
@@ -173,7 +184,8 @@ class Decoding {
     void text_as(FieldName field, std::size_t first, std::size_t n, As as) {
         const std::size_t begin = out_.size();
         out_.copy_as(*this, first, n, [&as](Byte c) { return as(c.number); });
-        if (trail_ != nullptr) [[unlikely]] note_text(field, first, n, begin);
+        if (trail_ != nullptr) [[unlikely]]
+            note_text(field, first, n, begin);
     }
     // The same as they stand.
     void text(FieldName field, std::size_t first, std::size_t n) {
@@ -196,7 +208,8 @@ class Decoding {
         struct Cut {
             Trail* trail;
             ~Cut() {
-                if (trail != nullptr) [[unlikely]] trail->look_at_cut();
+                if (trail != nullptr) [[unlikely]]
+                    trail->look_at_cut();
             }
         };
         struct Watched {
@@ -204,7 +217,8 @@ class Decoding {
             struct Look {
                 Trail* trail;
                 ~Look() {
-                    if (trail != nullptr) [[unlikely]] trail->look();
+                    if (trail != nullptr) [[unlikely]]
+                        trail->look();
                 }
             };
             Cut cut;
@@ -217,20 +231,24 @@ class Decoding {
 
     // Keeps the first n characters of the text.
     void cut(std::size_t n) noexcept {
-        if (trail_ != nullptr) [[unlikely]] trail_->look();
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->look();
         out_.cut(n);
-        if (trail_ != nullptr) [[unlikely]] trail_->look_at_cut();
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->look_at_cut();
     }
 
     // --- tables
 
-    // Does what a table's row says: `run` with its code and its field for as long, all its words by this code.
+    // Does what a table's row says: `run` with its code and its field for as long, all its words by this
+    // code.
     template <class Run>
     void row(const Number& code, FieldName field, Run run) {
         const Number outer_code = code_;
         const FieldName outer_field = row_field_;
         const Scope scope(*this);
-        if (trail_ != nullptr) [[unlikely]] trail_->test(message_, code.place);
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->test(message_, code.place);
         code_ = code;
         row_field_ = field;
         run();
@@ -244,10 +262,12 @@ class Decoding {
     }
     // The message is this one.
     void name(std::string_view name, const Number& code) noexcept {
-        if (trail_ != nullptr) [[unlikely]] trail_->name(name, code.number, true);
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->name(name, code.number, true);
     }
     void link(std::string_view name) noexcept {
-        if (trail_ != nullptr) [[unlikely]] trail_->link(name, message_.direction);
+        if (trail_ != nullptr) [[unlikely]]
+            trail_->link(name, message_.direction);
     }
 
     // --- what a decoder finds out besides

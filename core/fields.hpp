@@ -159,8 +159,8 @@ consteval const Field* field_named(std::string_view name) {
     return nullptr;
 }
 
-// What a value is called: written as a string, it is looked up by the compiler. `row_field` is what the row of
-// the table calls it that led to the value; `no_field` says that words are no value of the message.
+// What a value is called: written as a string, it is looked up by the compiler. `row_field` is what the row
+// of the table calls it that led to the value; `no_field` says that words are no value of the message.
 class FieldName {
   public:
     consteval FieldName(const char* name) : field_(field_named(name)) {}  // NOLINT: a name as a string

@@ -69,7 +69,9 @@ void call_new(New decoder, Session& session, Message& m, Text& out) {
 }
 
 inline std::string_view type_poste(std::uint32_t code) { return terminal_type(Number{code}).text; }
-inline std::string_view design_poste(int code) { return terminal_design(Number{static_cast<std::uint32_t>(code)}).text; }
+inline std::string_view design_poste(int code) {
+    return terminal_design(Number{static_cast<std::uint32_t>(code)}).text;
+}
 struct OldVersion {
     std::string_view label;
     Version version;
@@ -83,6 +85,8 @@ inline OldVersion version_logiciel(std::string_view label, std::uint32_t major, 
 inline NameOrCode dec_err(std::uint32_t code) { return error(Number{code}); }
 inline NameOrCode dec_warn(std::uint32_t code) { return warning(Number{code}); }
 
-inline void decode_carried(Session& session, Message& m, Text& out) { call_new(static_cast<void (*)(Decoding&)>(decode_carried), session, m, out); }
+inline void decode_carried(Session& session, Message& m, Text& out) {
+    call_new(static_cast<void (*)(Decoding&)>(decode_carried), session, m, out);
+}
 
 }  // namespace ztdecode

@@ -84,7 +84,8 @@ class Message {
         return {bytes_, length_ < covered_ ? length_ : covered_};
     }
 
-    // Where byte 0 stands in the message as it was captured, or in the one that was put together from segments.
+    // Where byte 0 stands in the message as it was captured, or in the one that was put together from
+    // segments.
     std::uint32_t origin() const noexcept { return origin_; }
 
     std::uint32_t direction = from_dhs;
@@ -110,7 +111,7 @@ class Message {
     std::uint32_t shift_ = 0;          // byte k of this message is byte k + shift_ of before_
     std::uint32_t origin_ = 0;         // offset of byte 0 in the message as it was captured
     const Message* before_ = nullptr;  // what this one was cut from
-    bool fresh_ = false;  // behind length_ stands nothing of before_
+    bool fresh_ = false;               // behind length_ stands nothing of before_
 };
 
 }  // namespace ztdecode

@@ -7,7 +7,8 @@ namespace ztdecode {
 namespace {
 
 // Bytes first ... of a captured message that a carried one has.
-std::span<const std::uint8_t> part_of(std::span<const std::uint8_t> bytes, std::uint32_t first, std::uint32_t n) {
+std::span<const std::uint8_t> part_of(std::span<const std::uint8_t> bytes, std::uint32_t first,
+                                      std::uint32_t n) {
     const std::size_t from = std::min<std::size_t>(first, bytes.size());
     return bytes.subspan(from, std::min<std::size_t>(n, bytes.size() - from));
 }

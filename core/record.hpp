@@ -20,8 +20,8 @@ enum class Decoded {
     refused,  // it names a class that does not exist: decoded as far as that
 };
 
-// What one captured message said, as data: itself, and the messages that it carries. Made from a trail, a text
-// and the bytes, which have to outlive it.
+// What one captured message said, as data: itself, and the messages that it carries. Made from a trail, a
+// text and the bytes, which have to outlive it.
 //
 // Messages carry each other thousands deep where somebody wants them to. Below `deepest` a message is no
 // record of its own; what it says counts to the one that carries it.
@@ -52,7 +52,9 @@ class Record {
         Decoded decoded = Decoded::decoded;
     };
     const Part& part(std::size_t k) const noexcept { return parts_[k]; }
-    std::string_view text(const Part& part) const noexcept { return text_.substr(part.begin, part.end - part.begin); }
+    std::string_view text(const Part& part) const noexcept {
+        return text_.substr(part.begin, part.end - part.begin);
+    }
     // Its values, in the order of the text; not those of the messages that it carries.
     std::span<const std::uint32_t> values(const Part& part) const noexcept {
         return {values_.data() + part.first_value, part.values};

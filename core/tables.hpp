@@ -10,8 +10,8 @@
 #include "core/decoding.hpp"
 
 // Tables are written as rows {code, ...} in ascending order, with what stands for every other code behind
-// them, and looked up directly: the compiler lays an index of all codes beside the rows. A table whose rows are
-// out of order, double or too many does not compile.
+// them, and looked up directly: the compiler lays an index of all codes beside the rows. A table whose rows
+// are out of order, double or too many does not compile.
 
 namespace ztdecode {
 
@@ -95,8 +95,8 @@ struct Action {
     std::string_view words{};
     Decoder decoder = nullptr;
 
-    constexpr Action(const char* w) : words(w) {}          // NOLINT: stands in rows
-    constexpr Action(std::string_view w) : words(w) {}     // NOLINT: stands in rows
+    constexpr Action(const char* w) : words(w) {}       // NOLINT: stands in rows
+    constexpr Action(std::string_view w) : words(w) {}  // NOLINT: stands in rows
     template <std::convertible_to<Decoder> D>
     constexpr Action(D d) : decoder(d) {}  // NOLINT: stands in rows
 
@@ -118,7 +118,8 @@ struct Opcode {
 template <std::size_t N>
 class Opcodes {
   public:
-    consteval Opcodes(const Opcode (&rows)[N], Action other) : table_(rows), other_(other) {}  // NOLINT: as above
+    consteval Opcodes(const Opcode (&rows)[N], Action other)
+        : table_(rows), other_(other) {}  // NOLINT: as above
 
     // Writes what the row of the code says; false when there is none, and the words for such codes.
     bool write(Decoding& d, const Number& code) const {

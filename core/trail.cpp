@@ -121,8 +121,10 @@ Trail::Tested Trail::located(const Message& m, Place bytes) {
     const std::uint32_t end = bytes.first + bytes.count;
     const bool missing = end > length;
     if (missing) {
-        const ByteRange range{std::max(bytes.first, length) + m.origin() - std::min(noted.origin, m.origin()), end - 1};
-        if (noted.missing.size() < most_stretches) noted.missing.push_back({range.first, std::max(range.first, range.last)});
+        const ByteRange range{std::max(bytes.first, length) + m.origin() - std::min(noted.origin, m.origin()),
+                              end - 1};
+        if (noted.missing.size() < most_stretches)
+            noted.missing.push_back({range.first, std::max(range.first, range.last)});
     }
     if (bytes.first >= length) return {{0, 0}, false, missing};
     return {{m.origin() + bytes.first, m.origin() + std::min(end, length) - 1}, true, missing};
@@ -223,8 +225,8 @@ void Trail::add_stretch(Stretch s) {
     s.message = message_;
     if (!stretches_.empty()) {
         Stretch& last = stretches_.back();
-        const bool same = last.value == Stretch::no_value && s.value == Stretch::no_value && last.end == s.begin &&
-                          last.message == s.message && last.missing == s.missing &&
+        const bool same = last.value == Stretch::no_value && s.value == Stretch::no_value &&
+                          last.end == s.begin && last.message == s.message && last.missing == s.missing &&
                           std::ranges::equal(bytes_of(last), bytes_of(s));
         if (same || stretches_.size() > most_stretches) {
             last.end = s.end;

@@ -56,12 +56,13 @@ struct Value {
     constexpr Value operator&(unsigned mask) const noexcept { return {static_cast<T>(number & mask), place}; }
     constexpr Value operator|(unsigned bits) const noexcept { return {static_cast<T>(number | bits), place}; }
     constexpr Value operator>>(unsigned n) const noexcept { return {static_cast<T>(number >> n), place}; }
-    constexpr Value<Wide> operator*(unsigned n) const noexcept { return {static_cast<Wide>(number * n), place}; }
+    constexpr Value<Wide> operator*(unsigned n) const noexcept {
+        return {static_cast<Wide>(number * n), place};
+    }
     constexpr Condition bit(unsigned n) const noexcept { return is((number >> n & 1) != 0); }
 
     constexpr operator Value<std::uint32_t>() const noexcept  // NOLINT: every number is one
-        requires(std::is_unsigned_v<T> && !std::is_same_v<T, std::uint32_t>)
-    {
+        requires(std::is_unsigned_v<T> && !std::is_same_v<T, std::uint32_t>) {
         return {number, place};
     }
 

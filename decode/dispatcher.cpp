@@ -1,10 +1,10 @@
 #include <array>
 
 #include "core/decoding.hpp"
+#include "decode/audio_filter.hpp"
 #include "decode/routes/hub.hpp"
 #include "decode/routes/ibs.hpp"
 #include "decode/routes/minor.hpp"
-#include "decode/audio_filter.hpp"
 #include "digital/digital.hpp"
 #include "he/he.hpp"
 #include "ip/ip.hpp"
@@ -29,7 +29,8 @@ void he_or_digital_from_system(Decoding& d);
 void he_or_digital_to_system(Decoding& d);
 
 // Both object-protocol servers share a prefix.
-constexpr RouteRow digital_row = {0, route_digital, "digital", "\t- ", digital::from_system, digital::to_system};
+constexpr RouteRow digital_row = {0,      route_digital,        "digital",
+                                  "\t- ", digital::from_system, digital::to_system};
 constexpr auto route_rows = std::to_array<RouteRow>({
     {5, route_he, "he", "\t- ", he_or_digital_from_system, he_or_digital_to_system},
     {6, route_visiophone, "visiophone", "\t- ", digital::from_system, digital::to_system},

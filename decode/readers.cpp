@@ -142,7 +142,6 @@ void DigitRow::find(Line line, std::size_t at) {
     while (too_large_ > at && line.text[too_large_ - 1] == '0') --too_large_;
 }
 
-
 std::string_view name_of(Refusal::Reason reason) noexcept { return row_of(reason).name; }
 
 bool has_sr_column(Line text) { return character(text, 6) == 'S' || character(text, 6) == 'R'; }
@@ -242,7 +241,8 @@ void LineReader::begin(Line text, LineLayout layout, std::uint32_t direction) no
             }
             direction_ = spzt_direction(text);
             if (layout == LineLayout::spzt && begin_plain_spzt(text)) break;
-            if (const SpztBody body = layout == LineLayout::spzt ? spzt_body(text) : SpztBody::two_length_bytes;
+            if (const SpztBody body =
+                    layout == LineLayout::spzt ? spzt_body(text) : SpztBody::two_length_bytes;
                 body == SpztBody::too_short) {
                 refuse(Refusal::Reason::sr_too_short, std::min(text.length, spzt_body_column),
                        static_cast<std::uint64_t>(number(text, spzt_body_column)), fields_behind(text, 11));
@@ -295,7 +295,8 @@ const Message* LineReader::next_line() {
     if (n == not_hex || n == 0) return refuse(Refusal::Reason::no_length_byte, 0);
     if (n > 255) return refuse(Refusal::Reason::length_above_256, 0);
     const auto count = static_cast<std::size_t>(n);
-    if (text.length < 3 * count + 2) return refuse(Refusal::Reason::too_short, text.length, count, fields_behind(text, 3));
+    if (text.length < 3 * count + 2)
+        return refuse(Refusal::Reason::too_short, text.length, count, fields_behind(text, 3));
     about_to_read(count);
     for (std::size_t i = read_plain_fields(text, 3, count); i < count; ++i) {
         const HexField byte = hex_pair(text, 3 + 3 * i, row_);
@@ -359,7 +360,8 @@ void write_refusal(const Refusal& refusal, Line text, Text& out) {
             out.print("{-}, real: {-}"_cf, 3 * refusal.expected + 2, refusal.length);
             break;
         case Refusal::Reason::no_tag:
-            for (std::size_t k = 0; k < tag.size(); ++k) out.put(static_cast<std::uint8_t>(character(text, k)));
+            for (std::size_t k = 0; k < tag.size(); ++k)
+                out.put(static_cast<std::uint8_t>(character(text, k)));
             out.add("'");
             break;
         default:
@@ -368,8 +370,8 @@ void write_refusal(const Refusal& refusal, Line text, Text& out) {
 }
 
 // A padded message begins the text anew: those of the messages in front of it are gone.
-ReadResult decode_line(Session& session, LineReader& reader, Line text, LineLayout layout, std::uint32_t direction,
-                       Text& out) {
+ReadResult decode_line(Session& session, LineReader& reader, Line text, LineLayout layout,
+                       std::uint32_t direction, Text& out) {
     const std::size_t begin = out.size();
     reader.begin(text, layout, direction);
     while (const Message* m = reader.next()) {
@@ -387,7 +389,8 @@ ReadResult decode_line(Session& session, LineReader& reader, Line text, LineLayo
 }
 
 void write_padding(const Refusal& figures, Text& out) {
-    out.print("line too short: expected: {-}, real: {-}, padded with 0xff\n\n"_cf, 3 * figures.expected + 5, figures.length);
+    out.print("line too short: expected: {-}, real: {-}, padded with 0xff\n\n"_cf, 3 * figures.expected + 5,
+              figures.length);
 }
 
 ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction,

@@ -8,8 +8,8 @@
 
 #include "core/session.hpp"
 
-// Readers of trace lines: they find the messages in one of the layouts, and say what is wrong with a line. They
-// decode nothing.
+// Readers of trace lines: they find the messages in one of the layouts, and say what is wrong with a line.
+// They decode nothing.
 
 namespace ztdecode {
 
@@ -73,7 +73,8 @@ class DigitRow {
     void find(Line line, std::size_t at);
 
     std::size_t end_ = 0;
-    std::size_t too_large_ = 0;  // a field that starts before this has a digit that counts and stands too far left
+    std::size_t too_large_ =
+        0;  // a field that starts before this has a digit that counts and stands too far left
 };
 
 class LineReader {
@@ -152,8 +153,8 @@ void write_refusal(const Refusal& refusal, Line text, Text& out);
 void write_padding(const Refusal& figures, Text& out);
 
 // Decodes all messages of a line behind what `out` holds.
-ReadResult decode_line(Session& session, LineReader& reader, Line text, LineLayout layout, std::uint32_t direction,
-                       Text& out);
+ReadResult decode_line(Session& session, LineReader& reader, Line text, LineLayout layout,
+                       std::uint32_t direction, Text& out);
 
 // Messages behind two length bytes each, one behind the other; every text ends in a newline.
 ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction,

@@ -24,7 +24,8 @@ void announce_loudspeaker(Decoding& d) {
 
 // byte 2: melody   byte 3: cadence   byte 4: volume
 void ringing(Decoding& d) {
-    d.print("voice mode: ringing, melodie {melody}, {cadence}  volume={volume:x}"_cf, d[2], ring_cadence(d[3]), d[4]);
+    d.print("voice mode: ringing, melodie {melody}, {cadence}  volume={volume:x}"_cf, d[2],
+            ring_cadence(d[3]), d[4]);
 }
 
 // byte 2: receiving gain   byte 3: sending gain
@@ -63,14 +64,16 @@ constexpr auto voice_modes = opcodes({{0x00, "", "voice mode: idle"},
                                       {0x13, "", handsfree}},
                                      "voice mode: ???");
 
-constexpr auto beeps = names({{3, "stop beep"}, {4, "start beep"}, {5, "define beep"}}, "unknown sub command");
+constexpr auto beeps =
+    names({{3, "stop beep"}, {4, "start beep"}, {5, "define beep"}}, "unknown sub command");
 
 constexpr auto codings = names({{0, "A law"}, {1, "mu law"}}, "???");
 
 // A terminal without any device keeps the list that was shown last.
 void devices(Decoding& d, FieldName field, const Byte& bits) {
     if (bits.number != 0) {
-        constexpr std::array<std::string_view, 5> names = {" internal", " rj9", " jack", " bluetooth", " usb"};
+        constexpr std::array<std::string_view, 5> names = {" internal", " rj9", " jack", " bluetooth",
+                                                           " usb"};
         std::string& list = d.session().change(d.session().digital.audio_devices);
         list.clear();
         for (unsigned n = 0; n < names.size(); ++n) {

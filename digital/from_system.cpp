@@ -62,15 +62,16 @@ void warm_start(Decoding& d) {
 }
 
 // byte 2: number of the led
-constexpr auto led_states = opcodes({{0, "", [](Decoding& d) { d.print("led {led} OFF"_cf, d[2]); }},
-                                     {1, "", [](Decoding& d) { d.print("red led {led} ON"_cf, d[2]); }},
-                                     {2, "", [](Decoding& d) { d.print("red led {led} fast flash"_cf, d[2]); }},
-                                     {3, "", [](Decoding& d) { d.print("red led {led} slow flash"_cf, d[2]); }},
-                                     {4, "", [](Decoding& d) { d.print("green led {led} ON"_cf, d[2]); }},
-                                     {5, "", [](Decoding& d) { d.print("green led {led} fast flash ON "_cf, d[2]); }},
-                                     {6, "", [](Decoding& d) { d.print("green led {led} slow flash ON "_cf, d[2]); }},
-                                     {7, "", "all leds OFF"}},
-                                    "led bizarre");
+constexpr auto led_states =
+    opcodes({{0, "", [](Decoding& d) { d.print("led {led} OFF"_cf, d[2]); }},
+             {1, "", [](Decoding& d) { d.print("red led {led} ON"_cf, d[2]); }},
+             {2, "", [](Decoding& d) { d.print("red led {led} fast flash"_cf, d[2]); }},
+             {3, "", [](Decoding& d) { d.print("red led {led} slow flash"_cf, d[2]); }},
+             {4, "", [](Decoding& d) { d.print("green led {led} ON"_cf, d[2]); }},
+             {5, "", [](Decoding& d) { d.print("green led {led} fast flash ON "_cf, d[2]); }},
+             {6, "", [](Decoding& d) { d.print("green led {led} slow flash ON "_cf, d[2]); }},
+             {7, "", "all leds OFF"}},
+            "led bizarre");
 
 // byte 1: what the led does
 void led(Decoding& d) { led_states.write(d, d[1]); }
@@ -102,9 +103,9 @@ void voice_channel(Decoding& d) {
             channels[d[2]]);
 }
 
-constexpr auto ringer_modes =
-    opcodes({{0, "", "external ringer off"}, {1, "", "external ringer on"}, {2, "", "external ringer, mode follow"}},
-            [](Decoding& d) { d.print("external ringer, unknown mode 0x{-:02x}"_cf, d[1]); });
+constexpr auto ringer_modes = opcodes(
+    {{0, "", "external ringer off"}, {1, "", "external ringer on"}, {2, "", "external ringer, mode follow"}},
+    [](Decoding& d) { d.print("external ringer, unknown mode 0x{-:02x}"_cf, d[1]); });
 
 // byte 1: mode
 void external_ringer(Decoding& d) { ringer_modes.write(d, d[1]); }
@@ -128,8 +129,8 @@ void download_request(Decoding& d) {
     constexpr auto identifiers = names({{0xAA, "base binary"}, {0xCC, "patch binary"}}, "unknown identifier");
     d.add("request");
     if (d.length() == 13) {
-        d.print("{refusals}{download_content}, length 0x{download_length:06x}"_cf, refusals[d[2]], contents[d[3]],
-                d.u24(10));
+        d.print("{refusals}{download_content}, length 0x{download_length:06x}"_cf, refusals[d[2]],
+                contents[d[3]], d.u24(10));
     } else {
         d.print(", {download_identifier}, length 0x{download_length:08x}"_cf, identifiers[d[3]], d.u32(10));
     }
@@ -139,7 +140,8 @@ void download_request(Decoding& d) {
 constexpr auto download_steps = opcodes(
     {{0x00, "download_suggest", "suggest"},
      {0x01, "download_request", download_request},
-     {0x03, "download_data", [](Decoding& d) { d.print("data, number: 0x03{packet_number:04x}"_cf, d.low16(2)); }},
+     {0x03, "download_data",
+      [](Decoding& d) { d.print("data, number: 0x03{packet_number:04x}"_cf, d.low16(2)); }},
      {0x04, "download_end", "end"},
      {0x06, "download_checksum", "checksum"},
      {0x08, "download_set_windows", [](Decoding& d) { d.print("set windows 0x{windows:02x}"_cf, d[2]); }},
@@ -153,71 +155,73 @@ void download_protocol(Decoding& d) {
     download_steps.write(d, d[1]);
 }
 
-constexpr auto commands = opcodes({
-    {0x00, "nop", "nop"},
-    {0x01, "production_test", production_test},
-    {0x02, "subdevice_command", subdevice_command},
-    {0x03, "software_reset", "software reset"},
-    {0x04, "warm_start", warm_start},
-    {0x06, "subdevice_reset", "subdev reset"},
-    {0x07, "loop_back_on", "loop back On"},
-    {0x08, "loop_back_off", "loop back Off"},
-    {0x0B, "super_message", "super message"},
-    {0x0C, "segment", segment_command},
-    {0x11, "cti_abca", "CTI: abca"},
-    {0x17, "super_message_type_2", "super message type 2"},
-    {0x18, "debug_message", "debug message"},
-    {0x21, "led", led},
-    {0x22, "start_buzzer", "start buzzer"},
-    {0x23, "stop_buzzer", "stop buzzer"},
-    {0x24, "enable_dtmf", "enable DTMF"},
-    {0x25, "disable_dtmf", "disable DTMF"},
-    {0x26, "clear_display", "clear display"},
-    {0x27, "write_display_line", write_display_line},
-    {0x28, "write_display_line", write_display_line},
-    {0x29, "voice_mode", voice_mode},
-    {0x2A, "version_inquiry", "version inquiry"},
-    {0x2B, "are_you_there", "are you there?"},
-    {0x2C, "metastate", metastate},
-    {0x2D, "status_inquiry", "status inquiry"},
-    {0x2E, "subdevice_state_inquiry", "subdev state inquiry"},
-    {0x30, "dtmf_and_clock_time", "DTMF & clock time"},
-    {0x31, "set_clock", "set clock command"},
-    {0x32, "voice_channel", voice_channel},
-    {0x33, "external_ringer", external_ringer},
-    {0x35, "cursor", cursor},
-    {0x36, "special_character", "special char"},
-    {0x38, "clock_and_timer_position", "clock & timer position"},
-    {0x39, "lcd_contrast", "LCD contrast"},
-    {0x3A, "audio_idle", "audio idle"},
-    {0x3B, "speaker_volume", "speaker volume"},
-    {0x3C, "beep", beep},
-    {0x3D, "side_tone", side_tone},
-    {0x3E, "ringing_cadence", "ringing cadence"},
-    {0x3F, "mute", mute},
-    {0x40, "feedback_dtmf", feedback_dtmf},
-    {0x41, "key_release", key_release},
-    {0x42, "trace_on", "trace on"},
-    {0x43, "trace_off", "trace off"},
-    {0x44, "read_peripheral", "read peripheral"},
-    {0x45, "write_peripheral", "write peripheral"},
-    {0x46, "all_icons_off", "all icons off"},
-    {0x47, "icons", "icons command"},
-    {0x48, "amplified_handset", "amplified handset"},
-    {0x49, "audio_configuration", audio_configuration},
-    {0x4A, "audio_padded_path", "audio padded path"},
-    {0x4D, "loudspeaker", loudspeaker},
-    {0x4E, "announce", announce},
-    {0x4F, "ring", ring},
-    {0x50, "download_protocol", download_protocol},
-    {0x60, "cti_local_message", "CTI: local msg"},
-    {0x61, "cti_trace_system_to_vta", "CTI: trace dhs->vta"},
-    {0x62, "cti_trace_vta_to_system", "CTI: trace vta->dhs"},
-    {0x63, "cti_trace_system_to_subdevice", "CTI: trace dhs->subd"},
-    {0x64, "cti_trace_subdevice_to_system", "CTI: trace subd->dhs"},
-    {0x6E, "cti_local_super_message", "CTI: local super msg"},
-    {0x6F, "cti_local_message_combined", "CTI: local msg combine"},
-}, "ERR: message inconnu");
+constexpr auto commands = opcodes(
+    {
+        {0x00, "nop", "nop"},
+        {0x01, "production_test", production_test},
+        {0x02, "subdevice_command", subdevice_command},
+        {0x03, "software_reset", "software reset"},
+        {0x04, "warm_start", warm_start},
+        {0x06, "subdevice_reset", "subdev reset"},
+        {0x07, "loop_back_on", "loop back On"},
+        {0x08, "loop_back_off", "loop back Off"},
+        {0x0B, "super_message", "super message"},
+        {0x0C, "segment", segment_command},
+        {0x11, "cti_abca", "CTI: abca"},
+        {0x17, "super_message_type_2", "super message type 2"},
+        {0x18, "debug_message", "debug message"},
+        {0x21, "led", led},
+        {0x22, "start_buzzer", "start buzzer"},
+        {0x23, "stop_buzzer", "stop buzzer"},
+        {0x24, "enable_dtmf", "enable DTMF"},
+        {0x25, "disable_dtmf", "disable DTMF"},
+        {0x26, "clear_display", "clear display"},
+        {0x27, "write_display_line", write_display_line},
+        {0x28, "write_display_line", write_display_line},
+        {0x29, "voice_mode", voice_mode},
+        {0x2A, "version_inquiry", "version inquiry"},
+        {0x2B, "are_you_there", "are you there?"},
+        {0x2C, "metastate", metastate},
+        {0x2D, "status_inquiry", "status inquiry"},
+        {0x2E, "subdevice_state_inquiry", "subdev state inquiry"},
+        {0x30, "dtmf_and_clock_time", "DTMF & clock time"},
+        {0x31, "set_clock", "set clock command"},
+        {0x32, "voice_channel", voice_channel},
+        {0x33, "external_ringer", external_ringer},
+        {0x35, "cursor", cursor},
+        {0x36, "special_character", "special char"},
+        {0x38, "clock_and_timer_position", "clock & timer position"},
+        {0x39, "lcd_contrast", "LCD contrast"},
+        {0x3A, "audio_idle", "audio idle"},
+        {0x3B, "speaker_volume", "speaker volume"},
+        {0x3C, "beep", beep},
+        {0x3D, "side_tone", side_tone},
+        {0x3E, "ringing_cadence", "ringing cadence"},
+        {0x3F, "mute", mute},
+        {0x40, "feedback_dtmf", feedback_dtmf},
+        {0x41, "key_release", key_release},
+        {0x42, "trace_on", "trace on"},
+        {0x43, "trace_off", "trace off"},
+        {0x44, "read_peripheral", "read peripheral"},
+        {0x45, "write_peripheral", "write peripheral"},
+        {0x46, "all_icons_off", "all icons off"},
+        {0x47, "icons", "icons command"},
+        {0x48, "amplified_handset", "amplified handset"},
+        {0x49, "audio_configuration", audio_configuration},
+        {0x4A, "audio_padded_path", "audio padded path"},
+        {0x4D, "loudspeaker", loudspeaker},
+        {0x4E, "announce", announce},
+        {0x4F, "ring", ring},
+        {0x50, "download_protocol", download_protocol},
+        {0x60, "cti_local_message", "CTI: local msg"},
+        {0x61, "cti_trace_system_to_vta", "CTI: trace dhs->vta"},
+        {0x62, "cti_trace_vta_to_system", "CTI: trace vta->dhs"},
+        {0x63, "cti_trace_system_to_subdevice", "CTI: trace dhs->subd"},
+        {0x64, "cti_trace_subdevice_to_system", "CTI: trace subd->dhs"},
+        {0x6E, "cti_local_super_message", "CTI: local super msg"},
+        {0x6F, "cti_local_message_combined", "CTI: local msg combine"},
+    },
+    "ERR: message inconnu");
 }  // namespace
 
 void from_system(Decoding& d) {

@@ -45,8 +45,18 @@ void download_ack(Decoding& d, const Byte& code) {
 
 // byte 1: key
 void digit_dialled(Decoding& d) {
-    constexpr auto digits = names({{0, "0"}, {1, "1"}, {2, "2"}, {3, "3"}, {4, "4"}, {5, "5"}, {6, "6"}, {7, "7"},
-                                   {8, "8"}, {9, "9"}, {10, "*"}, {11, "#"}},
+    constexpr auto digits = names({{0, "0"},
+                                   {1, "1"},
+                                   {2, "2"},
+                                   {3, "3"},
+                                   {4, "4"},
+                                   {5, "5"},
+                                   {6, "6"},
+                                   {7, "7"},
+                                   {8, "8"},
+                                   {9, "9"},
+                                   {10, "*"},
+                                   {11, "#"}},
                                   "");
     if (d.on(d[1] < 12)) {
         d.print("digit dialed '{digit}'"_cf, digits[d[1]]);
@@ -85,8 +95,9 @@ constexpr auto module_reports = opcodes({{0x00, "reset", module_reset},
                                         "anomalie");
 
 constexpr std::array<Decoder, 16> module_decoders = {
-    v24::to_system, s0::to_system, mpc::to_system, eak::to_system, eak::to_system, z::to_system,  v24::to_system, nullptr,
-    nullptr,        ks::to_system, ks::to_system,  ks::to_system,  ks::to_system,  ks::to_system, nullptr,        nullptr,
+    v24::to_system, s0::to_system, mpc::to_system, eak::to_system, eak::to_system, z::to_system,
+    v24::to_system, nullptr,       nullptr,        ks::to_system,  ks::to_system,  ks::to_system,
+    ks::to_system,  ks::to_system, nullptr,        nullptr,
 };
 
 // byte 1: sub-device, address in bits 0-2, module type in bits 3-7   byte 2: module opcode
@@ -133,7 +144,8 @@ void reset_tail(Decoding& d) {
     if (n > 14) d.print(" , load={loader_version}"_cf, version_at(d, 13));
     if (n > 15) d.print(", additional vta type={additional_vta_type:02x}, "_cf, d[15]);
     if (n > 16) d.print("bt={bluetooth}, "_cf, d[16]);
-    if (n > 17) d.print("vpn={vpn}, ipsec={ipsec}, dtls={dtls}, "_cf, d[17] & 1, d[17] >> 1 & 1, d[17] >> 2 & 1);
+    if (n > 17)
+        d.print("vpn={vpn}, ipsec={ipsec}, dtls={dtls}, "_cf, d[17] & 1, d[17] >> 1 & 1, d[17] >> 2 & 1);
     if (n > 18) d.print("wlan connected={wlan_connected}, "_cf, d[18] & 1);
 }
 
@@ -164,8 +176,9 @@ void base_reset(Decoding& d) {
 // byte 5: self-test   byte 6: type   byte 7: 1 repeater   byte 8: ROM version   byte 9: 1 download suggested
 void hub_reset(Decoding& d) {
     software_version(d);
-    d.print(" selfTest: {self_test:02X} type: {hub_type:02X} romVersion: {rom_version:02X} \n\t... misc: {misc:02X}"_cf,
-            d[5], d[6], d[8], d[7]);
+    d.print(
+        " selfTest: {self_test:02X} type: {hub_type:02X} romVersion: {rom_version:02X} \n\t... misc: {misc:02X}"_cf,
+        d[5], d[6], d[8], d[7]);
     d.add_if(d[7] == 1, "= repeater");
     d.value("download", either(d[9] == 1, " dld suggested", " dld done"));
 }
@@ -209,7 +222,8 @@ void error_status_or_interface_event(Decoding& d) {
             d.print("error status for command 0x{command:02x}: 0x{error_status:08x}"_cf, d[2], d.u32(3));
             break;
         case 8:
-            d.print("error status for command 0x13 + 0x{command:02x}: 0x{error_status:08x}"_cf, d[3], d.u32(4));
+            d.print("error status for command 0x13 + 0x{command:02x}: 0x{error_status:08x}"_cf, d[3],
+                    d.u32(4));
             break;
         default:
             d.print("interface {interface:x} event: {event}"_cf, d[2], events[d[3]]);
@@ -283,39 +297,41 @@ void download_protocol(Decoding& d) {
     download_steps.write(d, d[1]);
 }
 
-constexpr auto messages = opcodes({
-    {0x00, "nop_ack", "nop ack"},
-    {0x01, "off_hook", "handset off hook"},
-    {0x02, "on_hook", "handset on hook"},
-    {0x03, "digit_dialled", digit_dialled},
-    {0x04, "subdevice_message", subdevice_message},
-    {0x06, "loop_back_on_ack", "loop back on ack"},
-    {0x07, "loop_back_off_ack", "loop back off ack"},
-    {0x0A, "warm_start_ack", "warmstart ack"},
-    {0x0B, "super_message", "super message"},
-    {0x0C, "segment", segment_message},
-    {0x17, "super_message_type_2", "super message type 2"},
-    {0x18, "debug_message", "debug message"},
-    {0x1F, "report", report},
-    {0x20, "key_pushed", "key pushed"},
-    {0x21, "version_response", version_response},
-    {0x22, "i_am_here", "I'm here"},
-    {0x23, "status_response", "status response"},
-    {0x24, "subdevice_state_response", "subdev state response"},
-    {0x26, "digit_released", "digit released"},
-    {0x27, "trace_on_ack", "trace on ack"},
-    {0x28, "trace_off_ack", "trace off ack"},
-    {0x29, "special_key_status", "special key status"},
-    {0x2A, "key_released", "key released"},
-    {0x2B, "peripheral_content", "peripheral content"},
-    {0x2D, "tm_key_pushed", "TM key pushed"},
-    {0x50, "download_protocol", download_protocol},
-    {0x60, "cti_local_message", "CTI: local msg"},
-    {0x61, "cti_trace_system_to_vta", "CTI: trace dhs->vta"},
-    {0x62, "cti_trace_vta_to_system", "CTI: trace vta->dhs"},
-    {0x63, "cti_trace_system_to_subdevice", "CTI: trace dhs->subd"},
-    {0x64, "cti_trace_subdevice_to_system", "CTI: trace subd->dhs"},
-}, "");
+constexpr auto messages = opcodes(
+    {
+        {0x00, "nop_ack", "nop ack"},
+        {0x01, "off_hook", "handset off hook"},
+        {0x02, "on_hook", "handset on hook"},
+        {0x03, "digit_dialled", digit_dialled},
+        {0x04, "subdevice_message", subdevice_message},
+        {0x06, "loop_back_on_ack", "loop back on ack"},
+        {0x07, "loop_back_off_ack", "loop back off ack"},
+        {0x0A, "warm_start_ack", "warmstart ack"},
+        {0x0B, "super_message", "super message"},
+        {0x0C, "segment", segment_message},
+        {0x17, "super_message_type_2", "super message type 2"},
+        {0x18, "debug_message", "debug message"},
+        {0x1F, "report", report},
+        {0x20, "key_pushed", "key pushed"},
+        {0x21, "version_response", version_response},
+        {0x22, "i_am_here", "I'm here"},
+        {0x23, "status_response", "status response"},
+        {0x24, "subdevice_state_response", "subdev state response"},
+        {0x26, "digit_released", "digit released"},
+        {0x27, "trace_on_ack", "trace on ack"},
+        {0x28, "trace_off_ack", "trace off ack"},
+        {0x29, "special_key_status", "special key status"},
+        {0x2A, "key_released", "key released"},
+        {0x2B, "peripheral_content", "peripheral content"},
+        {0x2D, "tm_key_pushed", "TM key pushed"},
+        {0x50, "download_protocol", download_protocol},
+        {0x60, "cti_local_message", "CTI: local msg"},
+        {0x61, "cti_trace_system_to_vta", "CTI: trace dhs->vta"},
+        {0x62, "cti_trace_vta_to_system", "CTI: trace vta->dhs"},
+        {0x63, "cti_trace_system_to_subdevice", "CTI: trace dhs->subd"},
+        {0x64, "cti_trace_subdevice_to_system", "CTI: trace subd->dhs"},
+    },
+    "");
 
 }  // namespace
 

@@ -17,10 +17,15 @@
 namespace {
 
 using ztdecode::Line;
+using ztdecode::LineLayout;
 using ztdecode::LineReader;
 using ztdecode::ReadResult;
 using ztdecode::Text;
 using ztdecode::fuzz::expect;
+
+constexpr std::array<LineLayout, 8> layouts = {
+    LineLayout::line,      LineLayout::line_lng2,       LineLayout::tagged,          LineLayout::spzt,
+    LineLayout::spzt_lng2, LineLayout::line_any_length, LineLayout::line_any_length, LineLayout::line_any_length};
 
 enum : std::uint8_t { bit_to_dhs = 8, bit_zeros = 16 };
 
@@ -32,42 +37,38 @@ struct Reader {
     Text text;
 
     explicit Reader(std::uint8_t how)
-        : lines(session,
-                (how & bit_zeros) != 0 ? LineReader::Behind::zeros : LineReader::Behind::earlier_lines,
-                decode_bounded, this) {
+        : lines((how & bit_zeros) != 0 ? LineReader::Behind::zeros : LineReader::Behind::earlier_lines) {
         session.side = &side;
     }
 
-    static ztdecode::Outcome decode_bounded(void* self, ztdecode::Session& session, ztdecode::Message& m,
-                                            Text& out) {
-        auto& reader = *static_cast<Reader*>(self);
-        const std::size_t begin = out.size();
+    ztdecode::Outcome decode_bounded(const ztdecode::Message& m) {
+        const std::size_t begin = text.size();
         ztdecode::Outcome outcome{};
         const ztdecode::fuzz::Cost cost =
-            ztdecode::fuzz::cost_of(out, reader.side, [&] { outcome = ztdecode::decode(session, m, out); });
+            ztdecode::fuzz::cost_of(text, side, [&] { outcome = ztdecode::decode(session, m, text); });
         ztdecode::fuzz::expect_bounded(cost, m.length());
-        reader.account.add(cost);
-        expect(begin <= out.size(), "what was written stays");
+        account.add(cost);
+        expect(begin <= text.size(), "what was written stays");
         return outcome;
     }
 
+    // As `decode_line` does it, with an eye on every message.
     ReadResult read(std::uint8_t how, Line line) {
         const std::uint32_t direction = (how & bit_to_dhs) != 0 ? ztdecode::to_dhs : ztdecode::from_dhs;
         text.clear();
-        switch (how & 7) {
-            case 0:
-                return lines.line(line, direction, text);
-            case 1:
-                return lines.line_lng2(line, direction, text);
-            case 2:
-                return lines.line_tzt(line, direction, text);
-            case 3:
-                return lines.line_spzt(line, text);
-            case 4:
-                return lines.line_spzt_lng2(line, text);
-            default:
-                return lines.line_any_length(line, direction, text);
+        lines.begin(line, layouts[how & 7], direction);
+        while (const ztdecode::Message* m = lines.next()) {
+            if (lines.padded()) {
+                text.clear();
+                ztdecode::write_padding(lines.refusal(), text);
+            }
+            if (decode_bounded(*m) != ztdecode::Outcome::decoded) return ReadResult::unknown_class;
+            if (lines.goes_on()) text.add("\n");
         }
+        if (!lines.refusal()) return ReadResult::decoded;
+        text.clear();
+        ztdecode::write_refusal(lines.refusal(), line, text);
+        return ReadResult::refused;
     }
 };
 

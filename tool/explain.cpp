@@ -69,8 +69,7 @@ Source source_of(const Stretch& stretch, const Trail& trail, const Message& m) {
     } else {
         source.bytes = hexadecimal(bytes, m.bytes());
     }
-    if (stretch.missing)
-        source.offsets += source.offsets.empty() ? "behind the end" : ", behind the end";
+    if (stretch.missing) source.offsets += source.offsets.empty() ? "behind the end" : ", behind the end";
     if (source.offsets.empty()) source.offsets = "-";
     return source;
 }

@@ -3,8 +3,8 @@
 #include <string_view>
 
 #include "core/message.hpp"
-#include "core/trail.hpp"
 #include "core/text.hpp"
+#include "core/trail.hpp"
 
 namespace ztdecode::tool {
 

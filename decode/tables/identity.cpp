@@ -64,14 +64,17 @@ char* NameOrCode::write(char* at) const {
 
 NameOrCode error(const Number& code) noexcept { return {errors[code.number], code.number, {}, code.place}; }
 
-NameOrCode warning(const Number& code) noexcept { return {warnings[code.number], code.number, {}, code.place}; }
+NameOrCode warning(const Number& code) noexcept {
+    return {warnings[code.number], code.number, {}, code.place};
+}
 
 void self_test(Decoding& d, const Number& bits) {
     if (bits.number == 32) {
         d.value("self_test", Word{", self OK", 32, true, bits.place});
         return;
     }
-    constexpr std::array<std::string_view, 5> parts = {" disp BAD", " rom BAD", " cpu BAD", " ram BAD", " icon BAD"};
+    constexpr std::array<std::string_view, 5> parts = {" disp BAD", " rom BAD", " cpu BAD", " ram BAD",
+                                                       " icon BAD"};
     for (unsigned n = 0; n < parts.size(); ++n) {
         if (bits.bit(n).holds) d.value("self_test", Word{parts[n], 1U << n, true, bits.place});
     }

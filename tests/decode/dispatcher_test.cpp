@@ -57,7 +57,7 @@ bool is_digital(int type) {
 
 TEST(Dispatcher, EveryTypeByteHasItsPrefix) {
     for (int type = 0; type < 256; ++type) {
-        const std::string hex = fmt::format("{:02x} 00 01 21", type);
+        const std::string hex = formatted("{-:02x} 00 01 21"_cf, static_cast<std::uint8_t>(type));
         for (const std::uint32_t direction : {0U, 1U, 2U}) {
             TestSession d;
             const std::string text = d.with(dispatch_message, hex, direction);
@@ -73,11 +73,11 @@ TEST(Dispatcher, EveryTypeByteHasItsPrefix) {
 TEST(Dispatcher, TheDigitalSetHasEveryOtherType) {
     for (int type = 0; type < 256; ++type) {
         if (!is_digital(type)) continue;
-        const std::string hex = fmt::format("{:02x} 00 01 21", type);
+        const std::string hex = formatted("{-:02x} 00 01 21"_cf, static_cast<std::uint8_t>(type));
         TestSession alone;
-        const std::string from_system = alone.with(dhs2rn, hex, 0);
+        const std::string from_system = alone.with(digital::from_system, hex, 0);
         const Status from_status = alone.status;
-        const std::string to_system = alone.with(rn2dhs, hex, 1);
+        const std::string to_system = alone.with(digital::to_system, hex, 1);
         const Status to_status = alone.status;
         const std::string prefix(prefix_of(type).text);
         TestSession d;
@@ -232,7 +232,8 @@ TEST(Dispatcher, AVisiophoneTypeByteAloneIsTheDigitalSets) {
 TEST(Dispatcher, AnyDirectionButZeroGoesToTheSystem) {
     for (const std::uint32_t direction : {1U, 2U, 256U, 0xFFFFFFFFU}) {
         EXPECT_EQ(TestSession().decode("00", direction), "\t- nop ack");
-        EXPECT_EQ(TestSession().decode("05 01 02 01", direction), "\t- [HE: desktop -> telephony]\t- off hook");
+        EXPECT_EQ(TestSession().decode("05 01 02 01", direction),
+                  "\t- [HE: desktop -> telephony]\t- off hook");
         EXPECT_EQ(TestSession().decode("0f 07", direction), "\t- osi: cti status");
         EXPECT_EQ(TestSession().decode("14 06", direction), "\tHUB - download end ack");
     }
@@ -253,7 +254,7 @@ TEST(Dispatcher, AudioMessagesAlone) {
     EXPECT_EQ(d.decode("24", 2), "");
     EXPECT_EQ(d.decode("15 03", 2).substr(0, 18), "\tRYM - call server");
     for (int type = 0; type < 256; ++type) {
-        const std::string hex = fmt::format("{:02x} 00 00 00", type);
+        const std::string hex = formatted("{-:02x} 00 00 00"_cf, static_cast<std::uint8_t>(type));
         const std::array<int, 14> shown = {0x24, 0x25, 0x29, 0x32, 0x3a, 0x3c, 0x3d,
                                            0x3e, 0x3f, 0x40, 0x49, 0x4d, 0x4e, 0x4f};
         const bool is_shown = std::find(shown.begin(), shown.end(), type) != shown.end();

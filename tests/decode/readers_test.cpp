@@ -16,31 +16,30 @@ constexpr auto refused = ReadResult::refused;
 
 class Reading {
   public:
-    explicit Reading(LineReader::Behind behind = LineReader::Behind::earlier_lines)
-        : reader_(decoding_.session(), behind) {}
+    explicit Reading(LineReader::Behind behind = LineReader::Behind::earlier_lines) : reader_(behind) {}
 
     std::string line(const std::string& text, std::uint32_t direction) {
-        return read(&LineReader::line, text, direction);
+        return read(LineLayout::line, text, direction);
     }
     std::string line_lng2(const std::string& text, std::uint32_t direction) {
-        return read(&LineReader::line_lng2, text, direction);
+        return read(LineLayout::line_lng2, text, direction);
     }
     std::string line_tzt(const std::string& text, std::uint32_t direction) {
-        return read(&LineReader::line_tzt, text, direction);
+        return read(LineLayout::tagged, text, direction);
     }
-    std::string line_spzt(const std::string& text) { return read(&LineReader::line_spzt, text); }
-    std::string line_spzt_lng2(const std::string& text) { return read(&LineReader::line_spzt_lng2, text); }
+    std::string line_spzt(const std::string& text) { return read(LineLayout::spzt, text, 0); }
+    std::string line_spzt_lng2(const std::string& text) { return read(LineLayout::spzt_lng2, text, 0); }
 
     ReadResult result = decoded;
     Switches& switches() { return decoding_.session().switches; }
 
   private:
     // The line lies in a block of just its size, so that a sanitizer sees a character too far.
-    template <class Function, class... Args>
-    std::string read(Function function, const std::string& text, Args... args) {
+    std::string read(LineLayout layout, const std::string& text, std::uint32_t direction) {
         const std::vector<char> block(text.c_str(), text.c_str() + text.size() + 1);
         Text out;
-        result = (reader_.*function)(Line{block.data(), text.size()}, args..., out);
+        result = decode_line(decoding_.session(), reader_, Line{block.data(), text.size()}, layout, direction,
+                             out);
         return std::string(out.view());
     }
 
@@ -264,14 +263,6 @@ TEST(LineLng2, LongFields) {
               "line too short: expected: 197384, real: 12, padded with 0xff\n\n\t- ERR: message inconnu");
 }
 
-// Keeps the bytes of each message instead of decoding it.
-Outcome keep(void* context, Session& /*session*/, Message& m, Text& /*out*/) {
-    auto& messages = *static_cast<std::vector<std::vector<std::uint8_t>>*>(context);
-    auto& data = messages.emplace_back(m.length());
-    for (std::uint32_t k = 0; k < m.length(); ++k) data[k] = m[k];
-    return Outcome::decoded;
-}
-
 std::uint8_t low_byte(const std::string& line, std::size_t column) {
     auto digit = [&](std::size_t k) { return k < line.size() && hex_digit(line[k]) < 16; };
     if (!digit(column) || !digit(column + 1)) return 0xFF;
@@ -285,15 +276,15 @@ TEST(LineLng2, FieldsOfAnyLength) {
         const std::string_view pool = random() % 2 == 0 ? "0000000f" : "0123456789abcdefABCDEF000000 ";
         std::string line = "64 00 ";  // 100 bytes
         for (int k = 0; k < 299; ++k) line += random() % 40 == 0 ? ' ' : pool[random() % pool.size()];
-        std::vector<std::vector<std::uint8_t>> messages;
-        TestSession d;
-        LineReader reader(d.session(), LineReader::Behind::zeros, keep, &messages);
-        Text out;
-        EXPECT_EQ(reader.line_lng2({line.c_str(), line.size()}, 0, out), decoded);
-        ASSERT_EQ(messages.size(), 1U);
-        ASSERT_EQ(messages[0].size(), 100U);
+        LineReader reader(LineReader::Behind::zeros);
+        reader.begin({line.c_str(), line.size()}, LineLayout::line_lng2, 0);
+        const Message* const m = reader.next();
+        ASSERT_NE(m, nullptr);
+        ASSERT_EQ(m->length(), 100U);
         for (std::size_t k = 0; k < 100; ++k)
-            ASSERT_EQ(messages[0][k], low_byte(line, 6 + 3 * k)) << line << " " << k;
+            ASSERT_EQ((*m)[k], low_byte(line, 6 + 3 * k)) << line << " " << k;
+        ASSERT_EQ(reader.next(), nullptr);
+        ASSERT_FALSE(reader.refusal());
     }
 }
 
@@ -330,19 +321,22 @@ TEST(LineLng2, MessagesKeepTheirFirst5120Bytes) {
 
 TEST(LineLng2, StandsBehindWhatIsThere) {
     TestSession d;
-    LineReader reader(d.session(), LineReader::Behind::zeros);
+    LineReader reader(LineReader::Behind::zeros);
     Text out;
     out.add("before ");
     const std::string good = "01 00 01 01 00 02";
-    EXPECT_EQ(reader.line_lng2({good.c_str(), good.size()}, 1, out), decoded);
+    EXPECT_EQ(decode_line(d.session(), reader, {good.c_str(), good.size()}, LineLayout::line_lng2, 1, out),
+              decoded);
     EXPECT_EQ(out.view(), "before \t- handset off hook\n\t- handset on hook");
     const std::string bad = "01 00 01 00 00 02";
-    EXPECT_EQ(reader.line_lng2({bad.c_str(), bad.size()}, 1, out), refused);
+    EXPECT_EQ(decode_line(d.session(), reader, {bad.c_str(), bad.size()}, LineLayout::line_lng2, 1, out),
+              refused);
     EXPECT_EQ(out.view(),
               "before \t- handset off hook\n\t- handset on hookline does not start with 2 length bytes");
     out.cut(7);
     const std::string brief = "01 00 01 09 00 02";
-    EXPECT_EQ(reader.line_lng2({brief.c_str(), brief.size()}, 1, out), decoded);
+    EXPECT_EQ(decode_line(d.session(), reader, {brief.c_str(), brief.size()}, LineLayout::line_lng2, 1, out),
+              decoded);
     EXPECT_EQ(out.view(),
               "before line too short: expected: 32, real: 17, padded with 0xff\n\n\t- handset on hook");
 }

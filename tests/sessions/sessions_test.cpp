@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "core/session.hpp"
+#include "core/trail.hpp"
 #include "support/traces.hpp"
 
 // Sessions on threads of their own share nothing but constant tables and the library of character names: what
@@ -19,7 +20,7 @@ class Transcript : public SideChannel {
     explicit Transcript(bool explained) : session_(std::make_unique<Session>()) {
         session_->side = this;
         session_->switches = {.color = true, .audio_only = false, .debug = true};
-        if (explained) session_->provenance = &provenance_;
+        if (explained) session_->trail = &trail_;
     }
 
     void decode(const Captured& message) {
@@ -29,8 +30,8 @@ class Transcript : public SideChannel {
         const Outcome outcome = ztdecode::decode(*session_, m, text_);
         all_ += text_.view();
         all_ += outcome == Outcome::decoded ? "\n" : "\nunknown class\n";
-        for (const Stretch& stretch : provenance_.stretches()) {
-            fmt::format_to(std::back_inserter(all_), "{}-{} ", stretch.begin, stretch.end);
+        for (const Stretch& stretch : trail_.stretches()) {
+            all_ += formatted("{-}-{-} "_cf, stretch.begin, stretch.end);
         }
     }
 
@@ -48,7 +49,7 @@ class Transcript : public SideChannel {
     }
 
     std::unique_ptr<Session> session_;
-    Provenance provenance_;
+    Trail trail_;
     Text text_;
     std::string all_;
 };

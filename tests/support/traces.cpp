@@ -14,33 +14,21 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// A reader hands each message that it finds to this instead of the decoder.
-Outcome keep(void* context, Session& /*session*/, Message& m, Text& /*out*/) {
-    const auto bytes = m.bytes();
-    static_cast<std::vector<Captured>*>(context)->push_back({{bytes.begin(), bytes.end()}, m.direction, {}});
-    return Outcome::decoded;
-}
-
 void read_trace(const fs::path& file, std::vector<Captured>& messages) {
     const fs::path options = fs::path(file).replace_extension(".options");
     const bool towards_system =
         fs::exists(options) && contents(options).find("--direction to") != std::string::npos;
-    const auto session = std::make_unique<Session>();
-    LineReader reader(*session, LineReader::Behind::zeros, keep, &messages);
+    const LineLayout layout = file.extension() == ".spzt" ? LineLayout::spzt
+                              : file.extension() == ".zt" ? LineLayout::tagged
+                                                          : LineLayout::line_lng2;
+    LineReader reader(LineReader::Behind::zeros);
     std::ifstream lines(file);
-    Text text;
     for (std::string line; std::getline(lines, line);) {
-        const std::size_t before = messages.size();
-        const Line whole = {line.c_str(), line.size()};
-        const std::uint32_t direction = towards_system ? to_dhs : from_dhs;
-        if (file.extension() == ".spzt") {
-            reader.line_spzt(whole, text);
-        } else if (file.extension() == ".zt") {
-            reader.line_tzt(whole, direction, text);
-        } else {
-            reader.line_lng2(whole, direction, text);
+        reader.begin({line.c_str(), line.size()}, layout, towards_system ? to_dhs : from_dhs);
+        while (const Message* m = reader.next()) {
+            const auto bytes = m->bytes();
+            messages.push_back({{bytes.begin(), bytes.end()}, m->direction, line});
         }
-        for (std::size_t i = before; i < messages.size(); ++i) messages[i].line = line;
     }
 }
 

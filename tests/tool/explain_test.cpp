@@ -16,14 +16,15 @@ namespace {
 std::string explained(std::size_t length, const std::vector<std::uint32_t>& offsets, std::string_view words) {
     std::vector<std::uint8_t> bytes(length);
     for (std::size_t k = 0; k < length; ++k) bytes[k] = static_cast<std::uint8_t>(k);
+    const Message m(bytes);
     Text text;
-    Provenance provenance;
-    provenance.start(text);
-    for (const std::uint32_t offset : offsets) provenance.read(offset, false);
+    Trail trail;
+    trail.start(text, m);
+    for (const std::uint32_t offset : offsets) trail.test(m, {offset, 1});
     text.add(words);
-    provenance.finish();
+    trail.finish();
     Text out;
-    explain(provenance, text.view(), Message(bytes), out);
+    explain(trail, text.view(), m, out);
     return std::string(out.view());
 }
 
@@ -46,7 +47,7 @@ TEST(Explain, MoreAreShortened) {
 }
 
 TEST(Explain, BytesBehindTheEnd) {
-    EXPECT_EQ(explained(1, {0, Provenance::behind_the_end}, "words"),
+    EXPECT_EQ(explained(1, {0, 1}, "words"),
               "    0, behind the end  00  \"words\"\n"
               "    unused             none\n");
 }
@@ -61,7 +62,7 @@ TEST(Explain, ALineIsAsLongAsItsWordsAllow) {
     constexpr std::size_t columns = 100;
     std::vector<std::uint32_t> offsets;
     for (std::uint32_t k = 0; k < message_capacity; k += 2) offsets.push_back(k);
-    offsets.push_back(Provenance::behind_the_end);
+    offsets.push_back(message_capacity);
     const std::string words(1000, 'w');
     std::istringstream lines(explained(message_capacity, offsets, words));
     for (std::string line; std::getline(lines, line);) EXPECT_LT(line.size(), words.size() + columns);

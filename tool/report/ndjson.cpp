@@ -24,8 +24,10 @@ struct Stream {
 };
 
 // RapidJSON looks for these beside the stream.
-void PutReserve(Stream& stream, std::size_t n) { stream.out.room(n); }  // NOLINT(readability-identifier-naming)
-void PutUnsafe(Stream& stream, char c) { stream.Put(c); }               // NOLINT(readability-identifier-naming)
+void PutReserve(Stream& stream, std::size_t n) {
+    stream.out.room(n);
+}  // NOLINT(readability-identifier-naming)
+void PutUnsafe(Stream& stream, char c) { stream.Put(c); }  // NOLINT(readability-identifier-naming)
 
 constexpr std::string_view replacement = "\xEF\xBF\xBD";  // U+FFFD
 
@@ -211,7 +213,8 @@ class Object {
             const std::string valid = utf8(value);
             writer_.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
         } else {
-            writer_.String(value.data() == nullptr ? "" : value.data(), static_cast<rapidjson::SizeType>(value.size()));
+            writer_.String(value.data() == nullptr ? "" : value.data(),
+                           static_cast<rapidjson::SizeType>(value.size()));
         }
     }
     void add_or_null(std::string_view name, std::string_view value, bool there_is_one) {
@@ -238,8 +241,8 @@ class Object {
             case Kind::number:
                 if (v.meaning.tenths != 0) {
                     const std::int64_t n = v.meaning.number;
-                    const std::string tenths = (n < 0 ? "-" : "") + std::to_string((n < 0 ? -n : n) / 10) + "." +
-                                               std::to_string((n < 0 ? -n : n) % 10);
+                    const std::string tenths = (n < 0 ? "-" : "") + std::to_string((n < 0 ? -n : n) / 10) +
+                                               "." + std::to_string((n < 0 ? -n : n) % 10);
                     writer_.RawValue(tenths.data(), tenths.size(), rapidjson::kNumberType);
                 } else {
                     writer_.Int64(v.meaning.number);
@@ -302,7 +305,8 @@ class Object {
             const bool same = k > 0 && name(order_[k]) == name(order_[k - 1]);
             first_.push_back({same ? first_.back().first : order_[k], order_[k]});
         }
-        std::stable_sort(first_.begin(), first_.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
+        std::stable_sort(first_.begin(), first_.end(),
+                         [](const auto& a, const auto& b) { return a.first < b.first; });
         for (std::size_t k = 0; k < order_.size(); ++k) order_[k] = first_[k].second;
     }
 
@@ -324,7 +328,8 @@ class Object {
     // Whether offsets in the one count in the same bytes as in the other.
     static bool same_source(const Record& record, const Record::Part& part, const NotedMessage& of) {
         const auto source = [&](const NotedMessage* m) {
-            while (m->bytes.empty() && m->carrier != NotedMessage::no_message) m = &record.trail().messages()[m->carrier];
+            while (m->bytes.empty() && m->carrier != NotedMessage::no_message)
+                m = &record.trail().messages()[m->carrier];
             return m;
         };
         return source(part.noted) == source(&of);

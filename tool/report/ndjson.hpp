@@ -22,13 +22,13 @@ struct Place {
 // What a trace says as JSON, one object a line (docs/record.schema.json).
 class NdjsonReport {
   public:
-    // `words`: each word with its bytes, and what there is to know of each field. `ascii`: all other characters
-    // as escapes, for terminals.
+    // `words`: each word with its bytes, and what there is to know of each field. `ascii`: all other
+    // characters as escapes, for terminals.
     NdjsonReport(bool words, bool ascii, Text& out) : words_(words), ascii_(ascii), out_(out) {}
 
     // `padded`: so many bytes were filled up.
-    void message(const Place& place, const Trail& trail, std::string_view text, const Message& m, Outcome outcome,
-                 std::uint64_t padded);
+    void message(const Place& place, const Trail& trail, std::string_view text, const Message& m,
+                 Outcome outcome, std::uint64_t padded);
     void refused(const Place& place, const Refusal& refusal, std::string_view content);
     // Any line that is no trace line; what decoders trace on the side.
     void other(const Place& place, std::string_view content);
