@@ -53,6 +53,11 @@ void Trail::begin_message(const Message& m, bool reassembled) {
     next.origin = m.origin();
     next.length = m.length();
     next.direction = m.direction;
+    if (message_ != NotedMessage::no_message) {
+        look_at_tested();
+        next.first_tested = literal_first_range_;
+        next.tested = literal_ranges_;
+    }
     if (message_ == NotedMessage::no_message || reassembled) {
         next.source_length = m.length();
         next.reassembled = reassembled;
@@ -187,34 +192,37 @@ void Trail::cut_to(std::uint32_t end) noexcept {
 }
 
 // The bytes that were tested, in order and joined.
-void Trail::add_literal(std::uint32_t end) {
-    if (tested_changed_) {
-        literal_first_range_ = static_cast<std::uint32_t>(ranges_.size());
-        literal_missing_ = false;
-        for (std::size_t k = first_tested_; k < tested_.size(); ++k) {
-            literal_missing_ = literal_missing_ || tested_[k].missing;
-            if (tested_[k].some) ranges_.push_back(tested_[k].bytes);
-        }
-        const auto first = ranges_.begin() + literal_first_range_;
-        std::sort(first, ranges_.end(), [](auto a, auto b) { return a.first < b.first; });
-        auto joined = first;
-        for (auto r = first; r != ranges_.end(); ++r) {
-            if (r != first && r->first <= joined->last + 1) {
-                joined->last = std::max(joined->last, r->last);
-            } else {
-                if (r != first) ++joined;
-                *joined = *r;
-            }
-        }
-        if (first != ranges_.end()) ranges_.erase(joined + 1, ranges_.end());
-        literal_ranges_ = static_cast<std::uint32_t>(ranges_.size()) - literal_first_range_;
-        tested_changed_ = false;
+void Trail::look_at_tested() {
+    if (!tested_changed_) return;
+    tested_changed_ = false;
+    literal_first_range_ = static_cast<std::uint32_t>(ranges_.size());
+    literal_missing_ = false;
+    for (std::size_t k = first_tested_; k < tested_.size(); ++k) {
+        literal_missing_ = literal_missing_ || tested_[k].missing;
+        if (tested_[k].some) ranges_.push_back(tested_[k].bytes);
     }
+    const auto first = ranges_.begin() + literal_first_range_;
+    std::sort(first, ranges_.end(), [](auto a, auto b) { return a.first < b.first; });
+    auto joined = first;
+    for (auto r = first; r != ranges_.end(); ++r) {
+        if (r != first && r->first <= joined->last + 1) {
+            joined->last = std::max(joined->last, r->last);
+        } else {
+            if (r != first) ++joined;
+            *joined = *r;
+        }
+    }
+    if (first != ranges_.end()) ranges_.erase(joined + 1, ranges_.end());
+    literal_ranges_ = static_cast<std::uint32_t>(ranges_.size()) - literal_first_range_;
+}
+
+void Trail::add_literal(std::uint32_t end) {
+    look_at_tested();
     Stretch s;
     s.begin = seen_;
     s.end = end;
-    s.first_range = literal_first_range_;
-    s.ranges = literal_ranges_;
+    s.first_range = s.first_tested = literal_first_range_;
+    s.ranges = s.tested = literal_ranges_;
     s.missing = literal_missing_;
     add_stretch(s);
 }
@@ -246,6 +254,9 @@ void Trail::value(const Message& m, std::string_view name, const Field* field, c
         if (s.begin > seen_) add_literal(s.begin);
         const Tested at = located(m, meaning.place);
         s.missing = at.missing;
+        look_at_tested();
+        s.first_tested = literal_first_range_;
+        s.tested = literal_ranges_;
         s.first_range = static_cast<std::uint32_t>(ranges_.size());
         if (at.some) {
             ranges_.push_back(at.bytes);

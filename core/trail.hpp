@@ -31,6 +31,8 @@ struct Stretch {
     std::uint32_t end = 0;
     std::uint32_t first_range = 0;  // of its bytes, ascending and apart from each other
     std::uint32_t ranges = 0;
+    std::uint32_t first_tested = 0;  // of the bytes that were looked at before it was written
+    std::uint32_t tested = 0;
     std::uint32_t value = no_value;
     std::uint32_t message = 0;
     bool missing = false;  // a byte was asked for that the message does not have
@@ -64,7 +66,9 @@ struct NotedMessage {
     std::string_view link{};
     std::string_view name{};  // none: its code is unknown
     std::uint32_t code = no_code;
-    bool reassembled = false;               // it, or a carrier of it, was put together from segments
+    std::uint32_t first_tested = 0;  // of the carrier's bytes that were looked at before it was decoded
+    std::uint32_t tested = 0;
+    bool reassembled = false;  // it, or a carrier of it, was put together from segments
     std::vector<std::uint8_t> bytes{};      // of one that was put together here
     std::vector<std::uint64_t> segments{};  // where they stood in the trace: `Trail::place` of each
     std::vector<ByteRange> missing{};       // offsets in itself
@@ -123,6 +127,12 @@ class Trail {
     std::span<const ByteRange> bytes_of(const Stretch& s) const noexcept {
         return {ranges_.data() + s.first_range, s.ranges};
     }
+    std::span<const ByteRange> tested_for(const Stretch& s) const noexcept {
+        return {ranges_.data() + s.first_tested, s.tested};
+    }
+    std::span<const ByteRange> tested_for(const NotedMessage& m) const noexcept {
+        return {ranges_.data() + m.first_tested, m.tested};
+    }
     std::span<const ByteRange> bytes_of(const NotedValue& v) const noexcept {
         return {ranges_.data() + v.first_range, v.ranges};
     }
@@ -147,6 +157,7 @@ class Trail {
     void note(Note write) noexcept;
     Tested located(const Message& m, Place bytes);
     void begin_message(const Message& m, bool reassembled);
+    void look_at_tested();
     void add_literal(std::uint32_t end);
     void add_stretch(Stretch s);
     void cut_to(std::uint32_t end) noexcept;
