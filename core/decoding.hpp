@@ -25,7 +25,7 @@ namespace ztdecode {
 class Decoding {
   public:
     Decoding(Session& session, const Message& m, Text& out) noexcept
-        : session_(session), message_(m), out_(out), trail_(session.trail), length_(m.length()) {}
+        : session_(session), message_(m), out_(out), trail_(session.trail), length_{m.length()} {}
     // A message that the carrier's message carries.
     Decoding(Decoding& carrier, const Message& m) noexcept : Decoding(carrier.session_, m, carrier.out_) {
         if (trail_ != nullptr) [[unlikely]] trail_->enter_message(m);
@@ -52,7 +52,9 @@ class Decoding {
 
     // --- reading
 
-    std::uint32_t length() const noexcept { return length_; }
+    std::uint32_t length() const noexcept { return length_.number; }
+    // The same as a value: the bytes that say it, where an item's length was given with them.
+    const Number& stated_length() const noexcept { return length_; }
     Byte operator[](std::size_t k) const noexcept { return {message_[first_ + k], place(k, 1)}; }
     // Big-endian numbers from byte k on.
     Number u16(std::size_t k) const noexcept { return {message_.u16(first_ + k), place(k, 2)}; }
@@ -108,6 +110,8 @@ class Decoding {
     class Window {
       public:
         Window(Decoding& d, std::uint32_t first, std::uint32_t length) noexcept
+            : Window(d, first, Number{length}) {}
+        Window(Decoding& d, std::uint32_t first, const Number& length) noexcept
             : d_(d), first_(d.first_), length_(d.length_) {
             d.first_ += first;
             d.length_ = length;
@@ -122,7 +126,7 @@ class Decoding {
       private:
         Decoding& d_;
         std::uint32_t first_;
-        std::uint32_t length_;
+        Number length_;
     };
 
     // --- writing
@@ -278,7 +282,7 @@ class Decoding {
     Text& out_;
     Trail* const trail_;
     std::uint32_t first_ = 0;
-    std::uint32_t length_;
+    Number length_;
     bool carried_ = false;
     Number code_{};
     FieldName row_field_ = row_field;

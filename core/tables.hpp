@@ -181,6 +181,12 @@ class Items {
         });
         return row != nullptr;
     }
+    bool write(Decoding& d, const Byte& id) const { return write(d, Number{id.number, id.place}); }
+    // The label alone, as a word for the id.
+    constexpr Word label(const Number& id) const noexcept {
+        const Item* const row = table_.find(id.number);
+        return {row != nullptr ? row->label : other_.words, id.number, row != nullptr, id.place};
+    }
     constexpr std::span<const Item> rows() const noexcept { return table_.rows(); }
 
   private:
