@@ -138,6 +138,7 @@ inline constexpr Field all_fields[] = {
     {"set_number", "number of a set behind the hub"},
 
     // The IP set.
+    {"aec_stable_mode", "acoustic echo cancellation in its stable mode"},
     {"application", "name of an application of the set"},
     {"application_enabled", "application enabled"},
     {"application_mode", "what the set runs as"},
@@ -214,7 +215,6 @@ inline constexpr Field all_fields[] = {
     {"packets_received", "RTP packets received"},
     {"packets_sent", "RTP packets sent"},
     {"parameter", "a parameter of the set"},
-    {"parameter_bytes", "value of a parameter that no table knows"},
     {"payload_concatenation", "voice in one packet", "ms"},
     {"pc_port_status", "what the port for a PC lets through"},
     {"post_filtering", "post-filtering"},
