@@ -118,6 +118,7 @@ static_assert(std::ranges::all_of(ticket_items.rows(),
 
 void ticket_item(Decoding& d, const Byte& tag) {
     if (ticket_items.write(d, tag)) return;
+    const Decoding::Scope unknown(d);
     d.on(tag);
     d.add("0x");
     hex_digits(d, "unknown_item_bytes", 0, d.length());

@@ -24,9 +24,8 @@ void init(Decoding& d) {
 
 void incident(Decoding& d) {
     constexpr auto incidents =
-        names({{0, "incident: dhcp lease renewal failed"}, {1, "incident: lanpbx file corrupted"}},
-              "incident: unknown");
-    d.value("incident", incidents[d[2]]);
+        names({{0, "dhcp lease renewal failed"}, {1, "lanpbx file corrupted"}}, "unknown");
+    d.print("incident: {incident}"_cf, incidents[d[2]]);
 }
 
 void param_response(Decoding& d) {
