@@ -189,6 +189,8 @@ class Decoding {
     // Each of these bytes as two digits, with `before` in front of it.
     void hex(FieldName field, std::size_t first, std::size_t n, std::string_view before = "");
     void HEX(FieldName field, std::size_t first, std::size_t n, std::string_view before = "");
+    // The same without anything in front; bytes that are not too many are one number.
+    void hex_number(FieldName field, std::size_t first, std::size_t n);
 
     // A piece of text that is a C string of its own: it ends at a zero byte.
     class Piece {
@@ -230,16 +232,18 @@ class Decoding {
 
     // Does what a table's row says: `run` with its code and its field for as long, all its words by this code.
     template <class Run>
-    void row(const Number& code, FieldName field, Run run) {
+    void row(const Number code, FieldName field, Run run) {
         const Number outer_code = code_;
-        const FieldName outer_field = row_field_;
-        const Scope scope(*this);
-        if (trail_ != nullptr) [[unlikely]] trail_->test(message_, code.place);
-        code_ = code;
-        row_field_ = field;
-        run();
+        // One by one: the processor has to wait for a pair of numbers that it wrote apart.
+        code_.number = code.number;
+        code_.place.first = code.place.first;
+        code_.place.count = code.place.count;
+        if (trail_ == nullptr) [[likely]] {
+            run();
+        } else {
+            observed_row(field, run);
+        }
         code_ = outer_code;
-        row_field_ = outer_field;
     }
     // What `write` writes stands for a code that no table knows.
     template <class Write>
@@ -265,6 +269,16 @@ class Decoding {
         return {first_ + static_cast<std::uint32_t>(k), count};
     }
 
+    template <class Run>
+    [[gnu::noinline, gnu::cold]] void observed_row(FieldName field, Run run) {
+        const FieldName outer_field = row_field_;
+        const Scope scope(*this);
+        trail_->test(message_, code_.place);
+        row_field_ = field;
+        run();
+        row_field_ = outer_field;
+    }
+
     template <class F, class... Args, std::size_t... i>
     void note_each(std::index_sequence<i...> /*of the arguments*/, const Ends<F>& ends, const Args&... args) {
         (note_between(F::parsed.placeholders[i].field, meaning_of(args), ends[2 * i], ends[2 * i + 1]), ...);
@@ -276,6 +290,8 @@ class Decoding {
     void note_between(FieldName field, const Meaning& meaning, const char* begin, const char* end) noexcept;
     void note(FieldName field, const Meaning& meaning, std::size_t begin) noexcept;
     void note_text(FieldName field, std::size_t first, std::size_t n, std::size_t begin) noexcept;
+    void write_hex(std::size_t first, std::size_t n, std::string_view before, const char* digits);
+    Meaning number_or_bytes(std::size_t first, std::size_t n) const noexcept;
 
     Session& session_;
     const Message& message_;

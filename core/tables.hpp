@@ -123,12 +123,12 @@ class Opcodes {
     // Writes what the row of the code says; false when there is none, and the words for such codes.
     bool write(Decoding& d, const Number& code) const {
         const Opcode* const row = table_.find(code.number);
-        d.row(code, row_field, [&] {
+        d.row(code, row_field, [this, row, &d] {
             if (row != nullptr) {
-                d.name(row->name, code);
+                d.name(row->name, d.code());
                 row->action(d);
             } else {
-                d.unknown(code, [&] { other_(d); });
+                d.unknown(d.code(), [this, &d] { other_(d); });
             }
         });
         return row != nullptr;
@@ -171,12 +171,12 @@ class Items {
 
     bool write(Decoding& d, const Number& id) const {
         const Item* const row = table_.find(id.number);
-        d.row(id, row != nullptr ? row->field : no_field, [&] {
+        d.row(id, row != nullptr ? row->field : no_field, [this, row, &d] {
             if (row != nullptr) {
                 d.add(row->label);
                 if (row->value != nullptr) row->value(d);
             } else {
-                d.unknown(id, [&] { other_(d); });
+                d.unknown(d.code(), [this, &d] { other_(d); });
             }
         });
         return row != nullptr;
