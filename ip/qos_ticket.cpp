@@ -15,26 +15,9 @@ constexpr std::uint32_t longest_ticket = 29999;
 
 constexpr std::uint8_t end_tag = 255;
 
-// Bytes that are not too many are a number.
-Meaning number_or_bytes(const Decoding& d, std::uint32_t first, std::uint32_t n) {
-    constexpr std::uint32_t bytes_of_a_number = 7;
-    const Place place = bytes_at(d, first, n);
-    if (n == 0 || n > bytes_of_a_number) return {Kind::bytes, true, 0, 0, place};
-    std::int64_t number = 0;
-    for (std::uint32_t k = first; k < first + n; ++k) number = number * 256 + d[k].number;
-    return {Kind::number, true, 0, number, place};
-}
-
-void hex_digits(Decoding& d, FieldName field, std::uint32_t first, std::uint32_t n) {
-    const Meaning meaning = d.trail() != nullptr ? number_or_bytes(d, first, n) : Meaning{};
-    d.value(field, meaning, [&] {
-        for (std::uint32_t k = first; k < first + n; ++k) d.out().hex(d[k].number);
-    });
-}
-
 void hex(Decoding& d) {
     d.add("0x");
-    hex_digits(d, row_field, 0, d.length());
+    d.hex_number(row_field, 0, d.length());
 }
 
 // A table: some bytes a line, the lines below each other.
@@ -42,7 +25,7 @@ void hex_table(Decoding& d, std::uint32_t bytes_a_line) {
     d.add("0x");
     for (std::uint32_t k = 0; k < d.length(); k += bytes_a_line) {
         if (k != 0) d.add("\n\t\t\t      0x");
-        hex_digits(d, row_field, k, std::min(bytes_a_line, d.length() - k));
+        d.hex_number(row_field, k, std::min(bytes_a_line, d.length() - k));
     }
 }
 
@@ -121,7 +104,7 @@ void ticket_item(Decoding& d, const Byte& tag) {
     const Decoding::Scope unknown(d);
     d.on(tag);
     d.add("0x");
-    hex_digits(d, "unknown_item_bytes", 0, d.length());
+    d.hex_number("unknown_item_bytes", 0, d.length());
 }
 
 }  // namespace
