@@ -6,10 +6,10 @@ using namespace ztdecode;
 
 const char* ip2dhs(MessageRecord* record) {
     static abi::KeptText buffer;
-    return abi::decoded_in_own_buffer(buffer, record, ztdecode::ip2dhs);
+    return abi::decoded_in_own_buffer(buffer, record, ip::to_system);
 }
 
 const char* dhs2ip(MessageRecord* record) {
     static abi::KeptText buffer;
-    return abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2ip);
+    return abi::decoded_in_own_buffer(buffer, record, ip::from_system);
 }

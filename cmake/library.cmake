@@ -1,7 +1,7 @@
 # ztdecode_core: the decoders and their ground. ztdecode: the shared object around it.
 
 # The folders of sources: the one list, which is written down for scripts too.
-set(core_folders core decode/tables digital digital/options he object convert decode/routes decode)
+set(core_folders core decode/tables digital digital/options ip he object convert decode/routes decode)
 set(ZTDECODE_SOURCE_FOLDERS ${core_folders} abi tool/report tool)
 list(JOIN ZTDECODE_SOURCE_FOLDERS "\n" lines)
 file(WRITE ${PROJECT_BINARY_DIR}/source_folders.txt "${lines}\n")

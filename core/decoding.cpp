@@ -1,5 +1,7 @@
 #include "core/decoding.hpp"
 
+#include <algorithm>
+
 namespace ztdecode {
 
 void Decoding::note_between(FieldName field, const Meaning& meaning, const char* begin,
@@ -28,24 +30,49 @@ void Decoding::text_to_zero(FieldName field, std::size_t first, std::size_t most
     if (trail_ != nullptr) note_text(field, first, out_.size() - begin, begin);
 }
 
+// Most bytes are the message's own, which lie in memory.
+void Decoding::write_hex(std::size_t first, std::size_t n, std::string_view before, const char* digits) {
+    const auto own = message_.bytes();
+    const std::size_t end = first_ + first + n;
+    std::size_t k = first_ + first;
+    char* at = out_.room(n * (before.size() + 2));
+    const auto write = [&](std::uint8_t byte) {
+        at = copy_characters(at, before);
+        *at++ = digits[byte >> 4];
+        *at++ = digits[byte & 15];
+    };
+    for (const std::size_t own_end = std::min(end, own.size()); k < own_end; ++k) write(own[k]);
+    for (; k < end; ++k) write(k < message_capacity ? message_[k] : std::uint8_t{0});
+    out_.written_to(at);
+}
+
 void Decoding::hex(FieldName field, std::size_t first, std::size_t n, std::string_view before) {
     const std::size_t begin = out_.size();
-    for (std::size_t k = first; k < first + n; ++k) {
-        out_.add(before);
-        out_.hex((*this)[k].number);
-    }
+    write_hex(first, n, before, lower_case_digits);
     if (trail_ != nullptr)
         note(field, {Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))}, begin);
 }
 
 void Decoding::HEX(FieldName field, std::size_t first, std::size_t n, std::string_view before) {
     const std::size_t begin = out_.size();
-    for (std::size_t k = first; k < first + n; ++k) {
-        out_.add(before);
-        out_.HEX((*this)[k].number);
-    }
+    write_hex(first, n, before, upper_case_digits);
     if (trail_ != nullptr)
         note(field, {Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))}, begin);
+}
+
+void Decoding::hex_number(FieldName field, std::size_t first, std::size_t n) {
+    const std::size_t begin = out_.size();
+    write_hex(first, n, "", lower_case_digits);
+    if (trail_ != nullptr) note(field, number_or_bytes(first, n), begin);
+}
+
+Meaning Decoding::number_or_bytes(std::size_t first, std::size_t n) const noexcept {
+    constexpr std::size_t most_bytes_of_a_number = 7;
+    Meaning meaning{Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))};
+    if (n == 0 || n > most_bytes_of_a_number) return meaning;
+    meaning.kind = Kind::number;
+    for (std::size_t k = first; k < first + n; ++k) meaning.number = meaning.number * 256 + (*this)[k].number;
+    return meaning;
 }
 
 }  // namespace ztdecode

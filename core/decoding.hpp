@@ -25,7 +25,7 @@ namespace ztdecode {
 class Decoding {
   public:
     Decoding(Session& session, const Message& m, Text& out) noexcept
-        : session_(session), message_(m), out_(out), trail_(session.trail), length_(m.length()) {}
+        : session_(session), message_(m), out_(out), trail_(session.trail), length_{m.length()} {}
     // A message that the carrier's message carries.
     Decoding(Decoding& carrier, const Message& m) noexcept : Decoding(carrier.session_, m, carrier.out_) {
         if (trail_ != nullptr) [[unlikely]]
@@ -55,7 +55,9 @@ class Decoding {
 
     // --- reading
 
-    std::uint32_t length() const noexcept { return length_; }
+    std::uint32_t length() const noexcept { return length_.number; }
+    // The same as a value: the bytes that say it, where an item's length was given with them.
+    const Number& stated_length() const noexcept { return length_; }
     Byte operator[](std::size_t k) const noexcept { return {message_[first_ + k], place(k, 1)}; }
     // Big-endian numbers from byte k on.
     Number u16(std::size_t k) const noexcept { return {message_.u16(first_ + k), place(k, 2)}; }
@@ -115,6 +117,8 @@ class Decoding {
     class Window {
       public:
         Window(Decoding& d, std::uint32_t first, std::uint32_t length) noexcept
+            : Window(d, first, Number{length}) {}
+        Window(Decoding& d, std::uint32_t first, const Number& length) noexcept
             : d_(d), first_(d.first_), length_(d.length_) {
             d.first_ += first;
             d.length_ = length;
@@ -129,7 +133,7 @@ class Decoding {
       private:
         Decoding& d_;
         std::uint32_t first_;
-        std::uint32_t length_;
+        Number length_;
     };
 
     // --- writing
@@ -197,6 +201,8 @@ class Decoding {
     // Each of these bytes as two digits, with `before` in front of it.
     void hex(FieldName field, std::size_t first, std::size_t n, std::string_view before = "");
     void HEX(FieldName field, std::size_t first, std::size_t n, std::string_view before = "");
+    // The same without anything in front; bytes that are not too many are one number.
+    void hex_number(FieldName field, std::size_t first, std::size_t n);
 
     // A piece of text that is a C string of its own: it ends at a zero byte.
     class Piece {
@@ -243,17 +249,18 @@ class Decoding {
     // Does what a table's row says: `run` with its code and its field for as long, all its words by this
     // code.
     template <class Run>
-    void row(const Number& code, FieldName field, Run run) {
+    void row(const Number code, FieldName field, Run run) {
         const Number outer_code = code_;
-        const FieldName outer_field = row_field_;
-        const Scope scope(*this);
-        if (trail_ != nullptr) [[unlikely]]
-            trail_->test(message_, code.place);
-        code_ = code;
-        row_field_ = field;
-        run();
+        // One by one: the processor has to wait for a pair of numbers that it wrote apart.
+        code_.number = code.number;
+        code_.place.first = code.place.first;
+        code_.place.count = code.place.count;
+        if (trail_ == nullptr) [[likely]] {
+            run();
+        } else {
+            observed_row(field, run);
+        }
         code_ = outer_code;
-        row_field_ = outer_field;
     }
     // What `write` writes stands for a code that no table knows.
     template <class Write>
@@ -281,6 +288,16 @@ class Decoding {
         return {first_ + static_cast<std::uint32_t>(k), count};
     }
 
+    template <class Run>
+    [[gnu::noinline, gnu::cold]] void observed_row(FieldName field, Run run) {
+        const FieldName outer_field = row_field_;
+        const Scope scope(*this);
+        trail_->test(message_, code_.place);
+        row_field_ = field;
+        run();
+        row_field_ = outer_field;
+    }
+
     template <class F, class... Args, std::size_t... i>
     void note_each(std::index_sequence<i...> /*of the arguments*/, const Ends<F>& ends, const Args&... args) {
         (note_between(F::parsed.placeholders[i].field, meaning_of(args), ends[2 * i], ends[2 * i + 1]), ...);
@@ -292,13 +309,15 @@ class Decoding {
     void note_between(FieldName field, const Meaning& meaning, const char* begin, const char* end) noexcept;
     void note(FieldName field, const Meaning& meaning, std::size_t begin) noexcept;
     void note_text(FieldName field, std::size_t first, std::size_t n, std::size_t begin) noexcept;
+    void write_hex(std::size_t first, std::size_t n, std::string_view before, const char* digits);
+    Meaning number_or_bytes(std::size_t first, std::size_t n) const noexcept;
 
     Session& session_;
     const Message& message_;
     Text& out_;
     Trail* const trail_;
     std::uint32_t first_ = 0;
-    std::uint32_t length_;
+    Number length_;
     bool carried_ = false;
     Number code_{};
     FieldName row_field_ = row_field;

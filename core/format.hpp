@@ -49,6 +49,13 @@ void a_width_is_at_most_18();
 
 inline constexpr std::size_t longest_padding = 18;
 
+// The size of the text where there is none. (std::string_view::find is nothing for the compiler when it looks
+// for undefined behaviour.)
+consteval std::size_t find(std::string_view text, char c, std::size_t from) {
+    while (from < text.size() && text[from] != c) ++from;
+    return from;
+}
+
 consteval Shape shape_of(std::string_view spec) {
     Shape shape;
     std::size_t at = 0;
@@ -116,10 +123,10 @@ consteval Parsed<N, Count> parsed(const Literal<N>& format) {
             if (doubled) ++i;
             continue;
         }
-        const std::size_t end = text.find('}', i);
-        if (text[i] == '}' || end == std::string_view::npos) a_brace_stands_alone();
+        const std::size_t end = find(text, '}', i);
+        if (text[i] == '}' || end == text.size()) a_brace_stands_alone();
         const std::string_view inside = text.substr(i + 1, end - i - 1);
-        const std::size_t colon = std::min(inside.find(':'), inside.size());
+        const std::size_t colon = find(inside, ':', 0);
         Placeholder& p = result.placeholders[placeholder++];
         p.literal_end = result.size;
         p.field = field_of(inside.substr(0, colon));

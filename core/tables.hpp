@@ -124,12 +124,12 @@ class Opcodes {
     // Writes what the row of the code says; false when there is none, and the words for such codes.
     bool write(Decoding& d, const Number& code) const {
         const Opcode* const row = table_.find(code.number);
-        d.row(code, row_field, [&] {
+        d.row(code, row_field, [this, row, &d] {
             if (row != nullptr) {
-                d.name(row->name, code);
+                d.name(row->name, d.code());
                 row->action(d);
             } else {
-                d.unknown(code, [&] { other_(d); });
+                d.unknown(d.code(), [this, &d] { other_(d); });
             }
         });
         return row != nullptr;
@@ -172,15 +172,21 @@ class Items {
 
     bool write(Decoding& d, const Number& id) const {
         const Item* const row = table_.find(id.number);
-        d.row(id, row != nullptr ? row->field : no_field, [&] {
+        d.row(id, row != nullptr ? row->field : no_field, [this, row, &d] {
             if (row != nullptr) {
                 d.add(row->label);
                 if (row->value != nullptr) row->value(d);
             } else {
-                d.unknown(id, [&] { other_(d); });
+                d.unknown(d.code(), [this, &d] { other_(d); });
             }
         });
         return row != nullptr;
+    }
+    bool write(Decoding& d, const Byte& id) const { return write(d, Number{id.number, id.place}); }
+    // The label alone, as a word for the id.
+    constexpr Word label(const Number& id) const noexcept {
+        const Item* const row = table_.find(id.number);
+        return {row != nullptr ? row->label : other_.words, id.number, row != nullptr, id.place};
     }
     constexpr std::span<const Item> rows() const noexcept { return table_.rows(); }
 

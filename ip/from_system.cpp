@@ -1,179 +1,174 @@
-#include "core/going_away.hpp"
 #include "ip/ip.hpp"
 #include "ip/messages.hpp"
-#include "ip/values.hpp"
+#include "ip/parameters.hpp"
 
 // System to IP set: voice streams, tones, parameters and application settings.
 
-namespace ztdecode {
-
-using namespace ip;
+namespace ztdecode::ip {
 
 namespace {
 
-void reset(Session& /*session*/, const Message& m, Text& out) {
-    out.add("reset, ");
-    reset_list(m, 2, out);
+void reset(Decoding& d) {
+    d.add("reset, ");
+    reset_list(d, 2);
 }
-
-constexpr auto stream_directions =
-    names({{0, "TSC input"}, {1, "TSC output"}, {2, "both directions"}}, "???");
 
 // A stream message that ends with its head has no list at all.
-void stream_list(const Message& m, std::uint32_t first, Text& out) {
-    if (m.length() <= first) return;
-    out.add(", ");
-    rtp_param_list(m, first, out);
+void stream_list(Decoding& d, std::uint32_t first) {
+    if (d.length() <= first) return;
+    d.add(", ");
+    rtp_param_list(d, first);
 }
 
-void start_rtp(Session& /*session*/, const Message& m, Text& out) {
-    out.print("start RTP: {}"_cf, stream_directions[m[2]]);
-    stream_list(m, 3, out);
+void start_rtp(Decoding& d) {
+    constexpr auto directions = names({{0, "TSC input"}, {1, "TSC output"}, {2, "both directions"}}, "???");
+    d.print("start RTP: {stream_direction}"_cf, directions[d[2]]);
+    stream_list(d, 3);
 }
 
-void stop_rtp(Session& /*session*/, const Message& m, Text& out) {
-    out.add("stop RTP");
-    stream_list(m, 2, out);
+void stop_rtp(Decoding& d) {
+    d.add("stop RTP");
+    stream_list(d, 2);
 }
 
-void pause_rtp(Session& /*session*/, const Message& m, Text& out) {
-    out.add("pause RTP");
-    stream_list(m, 2, out);
+void pause_rtp(Decoding& d) {
+    d.add("pause RTP");
+    stream_list(d, 2);
 }
 
-void restart_rtp(Session& /*session*/, const Message& m, Text& out) {
-    out.add("restart RTP");
-    stream_list(m, 2, out);
+void restart_rtp(Decoding& d) {
+    d.add("restart RTP");
+    stream_list(d, 2);
 }
 
-void redirect(Session& /*session*/, const Message& m, Text& out) {
-    out.add("redirect: ");
-    redirect_list(m, 2, out);
+void redirect_rtp(Decoding& d) {
+    d.add("redirect: ");
+    redirect_list(d, 2);
 }
 
-void start_listen(Session& /*session*/, const Message& m, Text& out) {
-    out.add("start listen RTP: ");
-    listen_list(m, 2, out);
+void start_listen(Decoding& d) {
+    d.add("start listen RTP: ");
+    listen_list(d, 2);
 }
 
-void start_record(Session& session, const Message& m, Text& out) {
-    out.add("start record RTP");
-    if (m.length() <= 2) return;
-    out.add(", ");
-    record_list(m, 2, session, out);
+void start_record(Decoding& d) {
+    d.add("start record RTP");
+    if (d.length() <= 2) return;
+    d.add(", ");
+    record_list(d, 2);
 }
 
 // byte 2: number of pairs   then 6 bytes each: frequency 1 (2), level 1, frequency 2 (2), level 2.
 // The sets take the low byte of frequency 1, and of that one only, as signed.
-void def_tones(Session& /*session*/, const Message& m, Text& out) {
-    const std::uint32_t pairs = m[2];
-    out.print("def tones ({} pairs)\n"_cf, pairs);
+void def_tones(Decoding& d) {
+    const std::uint32_t pairs = d.walk(d[2]);
+    d.print("def tones ({tone_pairs} pairs)\n"_cf, d[2]);
     for (std::uint32_t pair = 1, at = 3; pair <= pairs; ++pair, at += 6) {
-        const int frequency1 = m[at] * 256 + m.s8(at + 1);
-        const std::uint32_t frequency2 = m.u16(at + 3);
-        if (frequency1 == 0 && frequency2 == 0) {
-            out.print("           pair {} = (empty)\n"_cf, pair);
+        const Decoding::Scope scope(d);
+        const auto frequency1 = d.u16(at).as(d[at].number * 256 + static_cast<std::int8_t>(d[at + 1].number));
+        const Number frequency2 = d.u16(at + 3);
+        if (d.on(frequency1 == 0) && d.on(frequency2 == 0)) {
+            d.print("           pair {tone_pair} = (empty)\n"_cf, pair);
         } else {
-            out.print("           pair {} = ( {} Hz {} dB, {} Hz {} dB)\n"_cf, pair, frequency1,
-                      half_decibels(m[at + 2]), frequency2, half_decibels(m[at + 5]));
+            d.print(
+                "           pair {tone_pair} = ( {frequency_1} Hz {level_1} dB, {frequency_2} Hz {level_2} dB)\n"_cf,
+                pair, frequency1, half_decibels(d[at + 2]), frequency2, half_decibels(d[at + 5]));
         }
     }
 }
-
-constexpr auto tone_directions =
-    names({{0, "to the phone\n"}, {1, "to the network\n"}, {2, "to both phone and network\n"}}, "");
 
 // byte 2: number of entries in bits 0-5, direction in bits 0-1 (the two overlap)   then 3 bytes each: tone,
 // duration (2)
-void start_tone(Session& /*session*/, const Message& m, Text& out) {
-    const std::uint32_t entries = m[2] & 0x3F;
-    out.print("start tone, nb entries: {}, "_cf, entries);
-    out.add(tone_directions[m[2] & 3]);
+void start_tone(Decoding& d) {
+    constexpr auto directions =
+        names({{0, "to the phone"}, {1, "to the network"}, {2, "to both phone and network"}}, "");
+    const Byte count = d[2] & 0x3F;
+    const Byte direction = d[2] & 3;
+    const std::uint32_t entries = d.walk(count);
+    d.print("start tone, nb entries: {tone_entries}, {tone_direction}"_cf, count, directions[direction]);
+    d.add_if(direction != 3, "\n");
     for (std::uint32_t entry = 1, at = 3; entry <= entries; ++entry, at += 3) {
-        const std::uint32_t tone = m[at];
-        const std::uint32_t duration = m.u16(at + 1);
-        if (tone == 0 && duration == 0) {
-            out.print(" - {}: abort mark\n"_cf, entry);
+        const Decoding::Scope scope(d);
+        const Byte tone = d[at];
+        const Number duration = d.u16(at + 1);
+        if (d.on(tone == 0) && d.on(duration == 0)) {
+            d.print(" - {tone_entry}: abort mark\n"_cf, entry);
         } else {
-            out.print(" - {}: id {} duration {} ms\n"_cf, entry, tone, duration);
+            d.print(" - {tone_entry}: id {tone} duration {tone_duration} ms\n"_cf, entry, tone, duration);
         }
     }
 }
 
-void get_param(Session& /*session*/, const Message& m, Text& out) {
-    out.add("get param");
-    out.add(m.length() == 3 ? ": " : "s: ");
-    for (std::uint32_t at = 2; at < m.length(); ++at) {
-        if (at > 2) out.add(", ");
-        out.add(ip_param_name(m[at]));
+void get_param(Decoding& d) {
+    d.add("get param");
+    d.add(d.length() == 3 ? ": " : "s: ");
+    for (std::uint32_t at = 2; at < d.length(); ++at) {
+        if (at > 2) d.add(", ");
+        d.value("parameter", parameter_name(d[at]));
     }
 }
 
-void digit_key(Session& /*session*/, const Message& m, Text& out) {
-    out.print("send digit key {} in RTP"_cf, m[2]);
-}
+void digit_key(Decoding& d) { d.print("send digit key {digit} in RTP"_cf, d[2]); }
 
-void sip_parameters(Session& /*session*/, const Message& m, Text& out) {
-    out.add(m.length() == 2 ? "erase SIP parameters" : "set SIP parameters");
-}
+void sip_parameters(Decoding& d) { d.add(d.length() == 2 ? "erase SIP parameters" : "set SIP parameters"); }
 
-void application_parameters(Session& /*session*/, const Message& m, Text& out) {
-    out.add("set application parameters");
-    if (m.length() <= 2) return;
-    out.add(",");
-    application_list(m, 2, out);
+void application_parameters(Decoding& d) {
+    d.add("set application parameters");
+    if (d.length() <= 2) return;
+    d.add(",");
+    application_list(d, 2);
 }
 
 // The text ends at its zero byte, wherever the message ends.
-void write_through_defence(Session& /*session*/, const Message& m, Text& out) {
-    out.add("write through defence ");
-    out.copy_string(m, 2, message_capacity);
-    out.add("\n");
+void write_through_defence(Decoding& d) {
+    d.add("write through defence ");
+    d.text_to_zero("write_through_command", 2, message_capacity);
+    d.add("\n");
 }
 
-void debug_text(Session& session, const Message& m, Text& out) {
+void debug_text(Decoding& d) {
+    const Session& session = d.session();
     if (session.switches.debug) {
-        session.standard_output(fmt::format("longueur debug: {} (={:x})\n"_cf, m.length(), m.length()));
+        session.standard_output(formatted("longueur debug: {-} (={-:x})\n"_cf, d.length(), d.length()));
     }
-    out.add("debug\n");
-    if (m.length() > 2) out.copy(m, 2, m.length() - 2);
+    d.add("debug\n");
+    if (d.length() > 2) d.text("debug_text", 2, d.length() - 2);
 }
 
-constexpr auto messages = opcodes({{0, reset},
-                                   {1, start_rtp},
-                                   {2, stop_rtp},
-                                   {3, redirect},
-                                   {4, def_tones},
-                                   {5, start_tone},
-                                   {6, "stop tone"},
-                                   {7, start_listen},
-                                   {8, "stop listen RTP"},
-                                   {9, get_param},
-                                   {10, set_param},
-                                   {11, digit_key},
-                                   {12, pause_rtp},
-                                   {13, restart_rtp},
-                                   {14, start_record},
-                                   {15, "stop record RTP"},
-                                   {16, sip_parameters},
-                                   {17, "free seating"},
-                                   {18, "set android param"},
-                                   {19, "set external numbering param"},
-                                   {20, application_parameters},
-                                   {254, write_through_defence},
-                                   {255, debug_text}});
+constexpr auto messages = opcodes({{0x00, "reset", reset},
+                                   {0x01, "start_rtp", start_rtp},
+                                   {0x02, "stop_rtp", stop_rtp},
+                                   {0x03, "redirect_rtp", redirect_rtp},
+                                   {0x04, "def_tones", def_tones},
+                                   {0x05, "start_tone", start_tone},
+                                   {0x06, "stop_tone", "stop tone"},
+                                   {0x07, "start_listen_rtp", start_listen},
+                                   {0x08, "stop_listen_rtp", "stop listen RTP"},
+                                   {0x09, "get_param", get_param},
+                                   {0x0A, "set_param", set_param},
+                                   {0x0B, "digit_key", digit_key},
+                                   {0x0C, "pause_rtp", pause_rtp},
+                                   {0x0D, "restart_rtp", restart_rtp},
+                                   {0x0E, "start_record_rtp", start_record},
+                                   {0x0F, "stop_record_rtp", "stop record RTP"},
+                                   {0x10, "sip_parameters", sip_parameters},
+                                   {0x11, "free_seating", "free seating"},
+                                   {0x12, "set_android_param", "set android param"},
+                                   {0x13, "set_external_numbering_param", "set external numbering param"},
+                                   {0x14, "set_application_parameters", application_parameters},
+                                   {0xFE, "write_through_defence", write_through_defence},
+                                   {0xFF, "debug_text", debug_text}},
+                                  "unknown message");
 
 }  // namespace
 
-void dhs2ip(Session& session, Message& m, Text& out) {
-    m.status = Status::recognised;
-    if (m.length() == 1) {
-        out.add("ERR: no content");
+void from_system(Decoding& d) {
+    d.status = Status::recognised;
+    if (d.length() == 1) {
+        d.add("ERR: no content");
         return;
     }
-    if (!messages.write(m[1], session, m, out)) out.add("unknown message");
+    messages.write(d, d[1]);
 }
 
-}  // namespace ztdecode
-
-void ztdecode::ip::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2ip, d); }
+}  // namespace ztdecode::ip

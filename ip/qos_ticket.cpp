@@ -1,5 +1,6 @@
 #include <algorithm>
 
+#include "ip/items.hpp"
 #include "ip/messages.hpp"
 #include "ip/values.hpp"
 
@@ -10,101 +11,131 @@ namespace ztdecode::ip {
 namespace {
 
 // "Ticket QOS:" and its lines end here.
-constexpr std::size_t longest_ticket = 29999;
+constexpr std::uint32_t longest_ticket = 29999;
 
 constexpr std::uint8_t end_tag = 255;
 
-void hex(const Item& item, Text& out) {
-    out.add("0x");
-    for (std::uint32_t k = 0; k < item.length; ++k) out.hex(item[k]);
+void hex(Decoding& d) {
+    d.add("0x");
+    d.hex_number(row_field, 0, d.length());
 }
 
 // A table: some bytes a line, the lines below each other.
-void hex_table(const Item& item, std::uint32_t bytes_a_line, Text& out) {
-    out.add("0x");
-    for (std::uint32_t k = 0; k < item.length; ++k) {
-        if (k != 0 && k % bytes_a_line == 0) out.add("\n\t\t\t      0x");
-        out.hex(item[k]);
+void hex_table(Decoding& d, std::uint32_t bytes_a_line) {
+    d.add("0x");
+    for (std::uint32_t k = 0; k < d.length(); k += bytes_a_line) {
+        if (k != 0) d.add("\n\t\t\t      0x");
+        d.hex_number(row_field, k, std::min(bytes_a_line, d.length() - k));
     }
 }
 
-void hex_words(const Item& item, Text& out) { hex_table(item, 2, out); }
+void hex_words(Decoding& d) { hex_table(d, 2); }
 
-void hex_double_words(const Item& item, Text& out) { hex_table(item, 4, out); }
+void hex_double_words(Decoding& d) { hex_table(d, 4); }
 
-void equipment(const Item& item, Text& out) { out.print("{}.{}"_cf, item[0], item[1]); }
+void equipment(Decoding& d) {
+    d.value(row_field, {Kind::number, true, 0, d.u16(0).number, d.u16(0).place},
+            [&] { d.out().print("{-}.{-}"_cf, d[0], d[1]); });
+}
 
-void dotted(const Item& item, Text& out) { out.add(ip_dotted_text(item)); }
+void dotted(Decoding& d) { d.value(row_field, dotted_address(d, 0)); }
 
 // The labels are a column: each has 18 characters. 36, 37, 39 and 40 are called by their numbers.
 constexpr std::size_t label_width = 18;
 constexpr std::string_view unknown_label = "???               ";
-constexpr ItemText ticket_rows[] = {
-    // NOLINT: rows stand as a braced list
-    {1, "date de fin com   ", hex},        {2, "numero noeud      ", hex},
-    {3, "version protocole ", hex},        {4, "numero rack       ", hex},
-    {5, "numero coupleur   ", hex},        {6, "type equipement   ", equipment},
-    {7, "numero canal      ", hex},        {8, "ip source         ", dotted},
-    {9, "ip distant        ", dotted},     {10, "local id          ", ip_quoted},
-    {11, "distant id        ", ip_quoted}, {12, "duree appel       ", hex},
-    {13, "ssrc local        ", hex},       {14, "ssrc distant      ", hex},
-    {15, "algo compress     ", hex},       {16, "vad               ", hex},
-    {17, "ece               ", hex},       {18, "voice mode        ", hex},
-    {19, "framing demande   ", hex},       {20, "framing recu      ", hex},
-    {21, "changemt framing  ", hex},       {22, "nb paquets recus  ", hex},
-    {23, "nb paquets emis   ", hex},       {24, "nb paquets perdus ", hex},
-    {25, "silence total     ", hex},       {26, "nb sid recus      ", hex},
-    {27, "table delais      ", hex_words}, {28, "delai max         ", hex},
-    {29, "nb dtmf recus     ", hex},       {30, "bfi joues         ", hex_words},
-    {31, "repartition bfi   ", hex_words}, {32, "prof jitter       ", hex_double_words},
-    {33, "icmp unreachable  ", hex},       {34, "fax pqts perdus   ", hex},
-    {35, "fax underrun      ", hex},       {36, "  36              ", hex},
-    {37, "  37              ", hex},       {38, "version soft      ", hex},
-    {39, "  39              ", hex},       {40, "  40              ", hex},
-    {41, "framing dsp       ", hex},       {42, "nb sid emis       ", hex},
-    {45, "delai min (ms)    ", hex},       {46, "utilisatn 802.1Q  ", hex},
-    {47, "priorite 802.1Q   ", hex},       {48, "VLAN id           ", hex},
-    {49, "DiffServ          ", hex},       {55, "encryption        ", hex},
-    {61, "200ms_bfi_distrib ", hex},       {62, "consecutive_rtp   ", hex},
-};
-constexpr auto ticket_items = item_texts(ticket_rows);
+constexpr auto ticket_items = items({{0x01, "date de fin com   ", "call_end_date", hex},
+                                     {0x02, "numero noeud      ", "node_number", hex},
+                                     {0x03, "version protocole ", "protocol_version", hex},
+                                     {0x04, "numero rack       ", "rack_number", hex},
+                                     {0x05, "numero coupleur   ", "coupler_number", hex},
+                                     {0x06, "type equipement   ", "equipment_type", equipment},
+                                     {0x07, "numero canal      ", "channel_number", hex},
+                                     {0x08, "ip source         ", "source_ip", dotted},
+                                     {0x09, "ip distant        ", "remote_ip", dotted},
+                                     {0x0A, "local id          ", quoted},
+                                     {0x0B, "distant id        ", quoted},
+                                     {0x0C, "duree appel       ", "call_duration", hex},
+                                     {0x0D, "ssrc local        ", "local_ssrc", hex},
+                                     {0x0E, "ssrc distant      ", "remote_ssrc", hex},
+                                     {0x0F, "algo compress     ", "codec", hex},
+                                     {0x10, "vad               ", hex},
+                                     {0x11, "ece               ", "echo_cancellation", hex},
+                                     {0x12, "voice mode        ", hex},
+                                     {0x13, "framing demande   ", "requested_framing", hex},
+                                     {0x14, "framing recu      ", "received_framing", hex},
+                                     {0x15, "changemt framing  ", "framing_changes", hex},
+                                     {0x16, "nb paquets recus  ", "packets_received", hex},
+                                     {0x17, "nb paquets emis   ", "packets_sent", hex},
+                                     {0x18, "nb paquets perdus ", "packets_lost", hex},
+                                     {0x19, "silence total     ", "total_silence", hex},
+                                     {0x1A, "nb sid recus      ", "sid_received", hex},
+                                     {0x1B, "table delais      ", "delay_table", hex_words},
+                                     {0x1C, "delai max         ", "maximum_delay", hex},
+                                     {0x1D, "nb dtmf recus     ", "dtmf_received", hex},
+                                     {0x1E, "bfi joues         ", "bfi_played", hex_words},
+                                     {0x1F, "repartition bfi   ", "bfi_distribution", hex_words},
+                                     {0x20, "prof jitter       ", "jitter_depth", hex_double_words},
+                                     {0x21, "icmp unreachable  ", hex},
+                                     {0x22, "fax pqts perdus   ", "fax_packets_lost", hex},
+                                     {0x23, "fax underrun      ", "fax_underruns", hex},
+                                     {0x24, "  36              ", "ticket_item_36", hex},
+                                     {0x25, "  37              ", "ticket_item_37", hex},
+                                     {0x26, "version soft      ", "software_version", hex},
+                                     {0x27, "  39              ", "ticket_item_39", hex},
+                                     {0x28, "  40              ", "ticket_item_40", hex},
+                                     {0x29, "framing dsp       ", "dsp_framing", hex},
+                                     {0x2A, "nb sid emis       ", "sid_sent", hex},
+                                     {0x2D, "delai min (ms)    ", "minimum_delay", hex},
+                                     {0x2E, "utilisatn 802.1Q  ", "vlan_tagging", hex},
+                                     {0x2F, "priorite 802.1Q   ", "user_priority", hex},
+                                     {0x30, "VLAN id           ", hex},
+                                     {0x31, "DiffServ          ", hex},
+                                     {0x37, "encryption        ", hex},
+                                     {0x3D, "200ms_bfi_distrib ", "bfi_distribution_200ms", hex},
+                                     {0x3E, "consecutive_rtp   ", hex}},
+                                    unknown_label);
 
 static_assert(unknown_label.size() == label_width);
-static_assert(std::all_of(std::begin(ticket_rows), std::end(ticket_rows),
-                          [](const ItemText& row) { return row.text.size() == label_width; }));
+static_assert(std::ranges::all_of(ticket_items.rows(),
+                                  [](const Item& row) { return row.label.size() == label_width; }));
 
-// byte 0: tag   bytes 1-2: length   then the value
-Item ticket_item_at(const Message& m, std::uint32_t at) noexcept { return {m, m[at], m.u16(at + 1), at + 3}; }
-
-// As much of the value is shown as a ticket can have, and most values claim far less.
-void write_ticket_item(Item item, Text& out) {
-    const Text::Piece line(out);
-    item.length = std::min<std::uint32_t>(item.length, longest_ticket);
-    if (!ticket_items.write(item, out)) {
-        out.add(unknown_label);
-        hex(item, out);
-    }
+void ticket_item(Decoding& d, const Byte& tag) {
+    if (ticket_items.write(d, tag)) return;
+    const Decoding::Scope unknown(d);
+    d.on(tag);
+    d.add("0x");
+    d.hex_number("unknown_item_bytes", 0, d.length());
 }
 
 }  // namespace
 
+// byte 0 of an item: tag   bytes 1-2: length   then the value, of which as much is shown as a ticket can have
 // A tag 255 behind an item ends the ticket, where it may stand even behind the end of the message. In first
 // place it is a tag like any other.
-void qos_ticket(Session& /*session*/, const Message& m, Text& out) {
-    const std::size_t begin = out.size();
-    out.add("Ticket QOS:");
-    out.add(new_list_line);
-    for (std::uint32_t at = 2; at < m.length() && out.size() - begin < longest_ticket;) {
-        const Item item = ticket_item_at(m, at);
-        write_ticket_item(item, out);
-        at = item.first + item.length;
-        if (at < m.length()) out.add(new_list_line);
-        if (m[at] == end_tag) {
-            out.add("\n\t... end missing");
+void qos_ticket(Decoding& d) {
+    const std::size_t begin = d.out().size();
+    d.add("Ticket QOS:");
+    d.add(new_list_line);
+    for (std::uint32_t at = 2; at < d.length() && d.out().size() - begin < longest_ticket;) {
+        const Decoding::Scope item(d);
+        const Byte tag = d[at];
+        const Number length = d.u16(at + 1);
+        at += 3;
+        d.walk(length);
+        {
+            const Decoding::Piece line(d);
+            const Decoding::Window value(d, at, length.as(std::min(length.number, longest_ticket)));
+            ticket_item(d, tag);
+        }
+        at += length.number;
+        if (at < d.length()) d.add(new_list_line);
+        if (d[at].number == end_tag) {
+            d.on(d[at]);
+            d.add("\n\t... end missing");
             break;
         }
     }
-    if (out.size() - begin > longest_ticket) out.cut(begin + longest_ticket);
+    if (d.out().size() - begin > longest_ticket) d.cut(begin + longest_ticket);
 }
 
 }  // namespace ztdecode::ip

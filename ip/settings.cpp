@@ -1,5 +1,7 @@
 #include <algorithm>
+#include <iterator>
 
+#include "ip/items.hpp"
 #include "ip/messages.hpp"
 #include "ip/values.hpp"
 
@@ -11,84 +13,74 @@ namespace {
 
 constexpr std::uint32_t name_limit = 32;  // names have less bytes than that
 
-void cust_name(const Item& item, Text& out) {
-    if (item.length < name_limit) {
-        out.add("cust_name: ");
-        ip_characters(item, out);
+void name(Decoding& d) {
+    if (d.length() < name_limit) {
+        characters(d);
     } else {
-        out.print("cust_name: FIELD TOO LONG: {} bytes"_cf, item.length);
-    }
-}
-
-void l10n_name(const Item& item, Text& out) {
-    if (item.length < name_limit) {
-        out.add("l10n_name: ");
-        ip_characters(item, out);
-    } else {
-        out.print("l10n_name: FIELD TOO LONG: {} bytes"_cf, item.length);
+        d.print("FIELD TOO LONG: {length} bytes"_cf, d.stated_length());
     }
 }
 
 // Only the SIP name says that it is empty.
-void sip_name(const Item& item, Text& out) {
-    if (item.length == 0) {
-        out.add("sip_name: <empty>");
-    } else if (item.length < name_limit) {
-        out.add("sip_name: ");
-        ip_characters(item, out);
+void sip_name(Decoding& d) {
+    if (d.length() == 0) {
+        d.value(row_field, Word{"<empty>", 0, true, d.stated_length().place});
     } else {
-        out.print("sip_name: FIELD TOO LONG: {} bytes"_cf, item.length);
+        name(d);
     }
 }
 
 constexpr std::string_view updates[] = {" BOOT", " DATA", " CUST", " L10N", " CRYM", " CSIP"};  // bits 0-5
 
-void update_mode(const Item& item, Text& out) {
-    const std::uint32_t bits = item[0];
-    if (bits == 0) out.add(" NONE");
-    for (std::uint32_t bit = 0; bit < std::size(updates); ++bit) {
-        if ((bits >> bit & 1) != 0) out.add(updates[bit]);
-    }
+void update_mode(Decoding& d) {
+    const Byte bits = d[0];
+    const bool known = bits.number >> std::size(updates) == 0;
+    d.value(row_field, {Kind::word, known, 0, bits.number, bits.place}, [&] {
+        if (bits.number == 0) d.add(" NONE");
+        for (unsigned bit = 0; bit < std::size(updates); ++bit) {
+            if (bits.bit(bit).holds) d.add(updates[bit]);
+        }
+    });
 }
 
-constexpr auto application_modes = names({{0, " RYM"}, {1, " SIP"}}, "");
+void application_mode(Decoding& d) {
+    constexpr auto application_modes = names({{0, " RYM"}, {1, " SIP"}}, "");
+    d.value(row_field, application_modes[d[0]]);
+}
 
-void application_mode(const Item& item, Text& out) { out.add(application_modes[item[0]]); }
-
-constexpr auto reset_items = item_texts({{0, "update_mode:", update_mode},
-                                         {1, "cause: BAD SECURITY MODE"},
-                                         {2, cust_name},
-                                         {3, l10n_name},
-                                         {4, "appl_mode:", application_mode},
-                                         {5, sip_name}});
+constexpr auto reset_items = items({{0x00, "update_mode:", update_mode},
+                                    {0x01, "cause: BAD SECURITY MODE"},
+                                    {0x02, "cust_name: ", name},
+                                    {0x03, "l10n_name: ", name},
+                                    {0x04, "appl_mode:", "application_mode", application_mode},
+                                    {0x05, "sip_name: ", sip_name}},
+                                   "???");
 
 constexpr std::uint32_t application_name_limit = 100;
 
-void application_name(const Item& item, Text& out) {
+void application_name(Decoding& d) {
     {
-        const Text::Piece shown(out);
-        out.copy(item.m, item.first, std::min(item.length, application_name_limit));
+        const Decoding::Piece shown(d);
+        d.text(row_field, 0, std::min(d.length(), application_name_limit));
     }
-    if (item.length == 1 && item[0] == '*') out.add(" (all)");
+    if (d.length() == 1) d.add_if(d[0] == '*', " (all)");
 }
 
-void no_or_yes(const Item& item, Text& out) { out.add(item[0] == 0 ? "no" : "yes"); }
+void no_or_yes(Decoding& d) { d.value(row_field, flag(d[0] != 0, "yes", "no")); }
 
-constexpr auto application_items = item_texts(
-    {{0, " appli: ", application_name}, {1, " enable: ", no_or_yes}, {2, " url: ", ip_characters}});
+constexpr auto application_items = items({{0x00, " appli: ", "application", application_name},
+                                          {0x01, " enable: ", "application_enabled", no_or_yes},
+                                          {0x02, " url: ", characters}},
+                                         [](Decoding& d) { d.print(" unknown: {-}"_cf, d.code()); });
 
 }  // namespace
 
-void reset_list(const Message& m, std::uint32_t first, Text& out) {
-    write_list(m, first, out, [](const Item& item, Text& text) {
-        if (!reset_items.write(item, text)) text.add("???");
-    });
+void reset_list(Decoding& d, std::uint32_t first) {
+    write_list(d, first, [](Decoding& item, const Byte& id) { reset_items.write(item, id); });
 }
 
-void application_list(const Message& m, std::uint32_t first, Text& out) {
-    write_list(m, first, out, [](const Item& item, Text& text) {
-        if (!application_items.write(item, text)) text.print(" unknown: {}"_cf, item.id);
-    });
+void application_list(Decoding& d, std::uint32_t first) {
+    write_list(d, first, [](Decoding& item, const Byte& id) { application_items.write(item, id); });
 }
 
 }  // namespace ztdecode::ip

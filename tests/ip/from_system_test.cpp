@@ -3,11 +3,11 @@
 namespace ztdecode::testing {
 namespace {
 
-void from_system(const std::vector<Row>& rows) { expect_rows(dhs2ip, rows); }
+void from_system(const std::vector<Row>& rows) { expect_rows(ip::from_system, rows); }
 
 TEST(IpFromSystem, NoContent) {
     from_system({{"13", "ERR: no content"}, {"00", "ERR: no content"}});
-    EXPECT_EQ(in_record(dhs2ip, "13", "06"), "ERR: no content");
+    EXPECT_EQ(in_record(ip::from_system, "13", "06"), "ERR: no content");
 }
 
 TEST(IpFromSystem, PlainOpcodes) {
@@ -55,9 +55,9 @@ TEST(IpFromSystem, TheLowByteOfFrequency1IsSignedThatOfFrequency2IsNot) {
 
 TEST(IpFromSystem, TonePairsAreAsManyAsTheCountSays) {
     std::string text = "def tones (255 pairs)\n           pair 1 = ( 256 Hz 0.0 dB, 0 Hz 0.0 dB)\n";
-    for (int pair = 2; pair <= 255; ++pair) text += fmt::format("           pair {} = (empty)\n"_cf, pair);
+    for (int pair = 2; pair <= 255; ++pair) text += formatted("           pair {-} = (empty)\n"_cf, pair);
     from_system({{"13 04 ff 01", text}});
-    EXPECT_EQ(in_record(dhs2ip, "13 04 01 01", "00 04 00 10 02 99"),
+    EXPECT_EQ(in_record(ip::from_system, "13 04 01 01", "00 04 00 10 02 99"),
               "def tones (1 pairs)\n           pair 1 = ( 256 Hz 2.0 dB, 16 Hz 1.0 dB)\n");
 }
 
@@ -91,7 +91,7 @@ TEST(IpFromSystem, StartTone) {
 
 TEST(IpFromSystem, ToneEntriesAreAsManyAsTheCountSays) {
     std::string text = "start tone, nb entries: 63,  - 1: id 1 duration 256 ms\n";
-    for (int entry = 2; entry <= 63; ++entry) text += fmt::format(" - {}: abort mark\n"_cf, entry);
+    for (int entry = 2; entry <= 63; ++entry) text += formatted(" - {-}: abort mark\n"_cf, entry);
     from_system({{"13 05 ff 01 01", text}});
 }
 
@@ -125,8 +125,8 @@ TEST(IpFromSystem, WriteThroughDefence) {
                  {"13 fe 61 00 62", "write through defence a\n"},
                  {"13 fe 61 62", "write through defence ab\n"},
                  {"13 fe", "write through defence \n"}});
-    EXPECT_EQ(in_record(dhs2ip, "13 fe 61", "62 63 00 64"), "write through defence abc\n");
-    EXPECT_EQ(in_record(dhs2ip, "13 fe 61", repeated("62 ", 5117)),
+    EXPECT_EQ(in_record(ip::from_system, "13 fe 61", "62 63 00 64"), "write through defence abc\n");
+    EXPECT_EQ(in_record(ip::from_system, "13 fe 61", repeated("62 ", 5117)),
               "write through defence a" + repeated("b", 5117) + "\n");
 }
 
@@ -135,15 +135,15 @@ TEST(IpFromSystem, DebugText) {
                  {"13 ff", "debug\n"},
                  {"13 ff 61 00 62", "debug\na"},
                  {"13 ff 80 01", "debug\n\x80\x01"}});
-    EXPECT_EQ(in_record(dhs2ip, "13 ff 61", "62"), "debug\na");
+    EXPECT_EQ(in_record(ip::from_system, "13 ff 61", "62"), "debug\na");
 }
 
 TEST(IpFromSystem, DebugTextSaysItsLengthOnTheSide) {
     TestSession d;
     d.session().switches.debug = true;
-    EXPECT_EQ(d.with(dhs2ip, "13 ff " + repeated("61 ", 18)), "debug\n" + repeated("a", 18));
+    EXPECT_EQ(d.with(ip::from_system, "13 ff " + repeated("61 ", 18)), "debug\n" + repeated("a", 18));
     EXPECT_EQ(d.output, "longueur debug: 20 (=14)\n");
-    EXPECT_EQ(d.with(dhs2ip, "13 06"), "stop tone");
+    EXPECT_EQ(d.with(ip::from_system, "13 06"), "stop tone");
     EXPECT_EQ(d.output, "longueur debug: 20 (=14)\n");
 }
 
@@ -152,7 +152,8 @@ TEST(IpFromSystem, OnItsRoute) {
     EXPECT_EQ(TestSession().from_dhs("93 06"), "\tIP - stop tone");
     EXPECT_EQ(TestSession().from_dhs("13"), "\tIP - ERR: no content");
     // Only a doubled newline at the end is tidied.
-    EXPECT_EQ(TestSession().from_dhs("13 04 01"), "\tIP - def tones (1 pairs)\n           pair 1 = (empty)\n");
+    EXPECT_EQ(TestSession().from_dhs("13 04 01"),
+              "\tIP - def tones (1 pairs)\n           pair 1 = (empty)\n");
     EXPECT_EQ(TestSession().from_dhs("13 fe 61 0a 00"), "\tIP - write through defence a\n");
 }
 

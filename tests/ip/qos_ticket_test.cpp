@@ -4,9 +4,9 @@ namespace ztdecode::testing {
 namespace {
 
 void ticket_items(const std::vector<Row>& items) {
-    expect_items(ip2dhs, "13 03", "Ticket QOS:\n\t... ", items);
+    expect_items(ip::to_system, "13 03", "Ticket QOS:\n\t... ", items);
 }
-void tickets(const std::vector<Row>& rows) { expect_rows(ip2dhs, rows); }
+void tickets(const std::vector<Row>& rows) { expect_rows(ip::to_system, rows); }
 
 TEST(IpQosTicket, Labels) {
     ticket_items({{"00 00 02 ab cd", "???               0xabcd"},
@@ -125,10 +125,11 @@ TEST(IpQosTicket, Tag255BehindAnItemEndsTheTicket) {
               "Ticket QOS:\n\t... duree appel       0x9c\n\t... vad               0x01\n\t... \n\t... end "
               "missing"},
              {"13 03 0c 00 01 ff", "Ticket QOS:\n\t... duree appel       0xff"}});
-    EXPECT_EQ(in_record(ip2dhs, "13 03 0c 00 01 9c", "ff 00"),
+    EXPECT_EQ(in_record(ip::to_system, "13 03 0c 00 01 9c", "ff 00"),
               "Ticket QOS:\n\t... duree appel       0x9c\n\t... end missing");
-    EXPECT_EQ(in_record(ip2dhs, "13 03 0c 00 01 9c", "fe ff"), "Ticket QOS:\n\t... duree appel       0x9c");
-    EXPECT_EQ(in_record(ip2dhs, "13 03 0c 00 02", "41 42 ff"),
+    EXPECT_EQ(in_record(ip::to_system, "13 03 0c 00 01 9c", "fe ff"),
+              "Ticket QOS:\n\t... duree appel       0x9c");
+    EXPECT_EQ(in_record(ip::to_system, "13 03 0c 00 02", "41 42 ff"),
               "Ticket QOS:\n\t... duree appel       0x4142\n\t... end missing");
 }
 
@@ -144,28 +145,28 @@ TEST(IpQosTicket, AValueThatRunsPastTheEndIsTheLast) {
              {"13 03 0c 00", "Ticket QOS:\n\t... duree appel       0x"},
              {"13 03 0c", "Ticket QOS:\n\t... duree appel       0x"},
              {"13 03 0a 01 00 41 42", "Ticket QOS:\n\t... local id          \"AB"}});
-    EXPECT_EQ(in_record(ip2dhs, "13 03 0c 00 04 01", "02 03 04 05"),
+    EXPECT_EQ(in_record(ip::to_system, "13 03 0c 00 04 01", "02 03 04 05"),
               "Ticket QOS:\n\t... duree appel       0x01020304");
 }
 
 TEST(IpQosTicket, EndsAt29999Characters) {
     const std::string head = "Ticket QOS:\n\t... ";
     const std::string label = "duree appel       0x";
-    EXPECT_EQ(TestSession().with(ip2dhs, "13 03 0c ff ff 01"),
+    EXPECT_EQ(TestSession().with(ip::to_system, "13 03 0c ff ff 01"),
               head + label + "01" + repeated("0", 29999 - head.size() - label.size() - 2));
     // The longest claim that fits, and one byte more.
     const std::size_t most = (29999 - head.size() - label.size()) / 2;
     for (const std::size_t claim : {most, most + 1}) {
         const std::string text =
-            TestSession().with(ip2dhs, "13 03 0c" + hex_byte(claim / 256) + hex_byte(claim % 256));
+            TestSession().with(ip::to_system, "13 03 0c" + hex_byte(claim / 256) + hex_byte(claim % 256));
         EXPECT_EQ(text, (head + label + repeated("00", claim)).substr(0, 29999)) << claim;
     }
     std::string words = "table delais      0x0000";
     while (words.size() < 29999) words += "\n\t\t\t      0x0000";
-    EXPECT_EQ(TestSession().with(ip2dhs, "13 03 1b ff ff"), (head + words).substr(0, 29999));
+    EXPECT_EQ(TestSession().with(ip::to_system, "13 03 1b ff ff"), (head + words).substr(0, 29999));
     std::string double_words = "prof jitter       0x00000000";
     while (double_words.size() < 29999) double_words += "\n\t\t\t      0x00000000";
-    EXPECT_EQ(TestSession().with(ip2dhs, "13 03 20 ff ff"), (head + double_words).substr(0, 29999));
+    EXPECT_EQ(TestSession().with(ip::to_system, "13 03 20 ff ff"), (head + double_words).substr(0, 29999));
 }
 
 TEST(IpQosTicket, ManyItemsEndAt29999CharactersToo) {
@@ -176,7 +177,7 @@ TEST(IpQosTicket, ManyItemsEndAt29999CharactersToo) {
         text += (i > 0 ? "\n\t... " : "") + std::string("???               0x");
     }
     ASSERT_GT(text.size(), 29999U);
-    EXPECT_EQ(TestSession().with(ip2dhs, hex), text.substr(0, 29999));
+    EXPECT_EQ(TestSession().with(ip::to_system, hex), text.substr(0, 29999));
 }
 
 TEST(IpQosTicket, WhatStandsBehindTheTicketIsNotCut) {

@@ -42,8 +42,9 @@ inline std::string in_record(TestSession& d, Decoder decoder, const std::string&
     Message m(record.data(), bytes(hex).size(), record.size());
     Text out;
     {
-        const Text::Piece whole(out);
-        decoder(d.session(), m, out);
+        Decoding decoding(d.session(), m, out);
+        const Decoding::Piece whole(decoding);
+        decoder(decoding);
     }
     return std::string(out.view());
 }
@@ -59,6 +60,6 @@ inline std::string repeated(const std::string& text, std::size_t times) {
     return result;
 }
 
-inline std::string hex_byte(std::size_t byte) { return fmt::format("{:02x} "_cf, byte); }
+inline std::string hex_byte(std::size_t byte) { return formatted("{-:02x} "_cf, byte); }
 
 }  // namespace ztdecode::testing

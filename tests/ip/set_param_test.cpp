@@ -3,8 +3,8 @@
 namespace ztdecode::testing {
 namespace {
 
-void from_system(const std::vector<Row>& rows) { expect_rows(dhs2ip, rows); }
-void items(const std::vector<Row>& rows) { expect_items(dhs2ip, "13 0a", "set params: ", rows); }
+void from_system(const std::vector<Row>& rows) { expect_rows(ip::from_system, rows); }
+void items(const std::vector<Row>& rows) { expect_items(ip::from_system, "13 0a", "set params: ", rows); }
 
 TEST(IpSetParam, Head) {
     from_system({{"13 0a", "set params: "},
@@ -201,7 +201,8 @@ TEST(IpSetParam, AnItemThatRunsPastTheEndIsTheLast) {
     from_system({{"13 0a 03 04 61 62", "set params: snmp sys_contact: \"ab"},
                  {"13 0a 14 02 01", "set params: arp spoofing timer= 256 ms"},
                  {"13 0a 23", "set param: logo led managed byt the set"}});
-    EXPECT_EQ(in_record(dhs2ip, "13 0a 03 04 61 62", "63 64 65"), "set params: snmp sys_contact: \"abcd\"");
+    EXPECT_EQ(in_record(ip::from_system, "13 0a 03 04 61 62", "63 64 65"),
+              "set params: snmp sys_contact: \"abcd\"");
 }
 
 }  // namespace

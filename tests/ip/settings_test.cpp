@@ -3,10 +3,12 @@
 namespace ztdecode::testing {
 namespace {
 
-void from_system(const std::vector<Row>& rows) { expect_rows(dhs2ip, rows); }
-void reset_items(const std::vector<Row>& items) { expect_items(dhs2ip, "13 00", "reset, \n\t... ", items); }
+void from_system(const std::vector<Row>& rows) { expect_rows(ip::from_system, rows); }
+void reset_items(const std::vector<Row>& items) {
+    expect_items(ip::from_system, "13 00", "reset, \n\t... ", items);
+}
 void application_items(const std::vector<Row>& items) {
-    expect_items(dhs2ip, "13 14", "set application parameters,\n\t... ", items);
+    expect_items(ip::from_system, "13 14", "set application parameters,\n\t... ", items);
 }
 
 TEST(IpSettings, Reset) {
@@ -93,7 +95,7 @@ TEST(IpSettings, ApplicationItems) {
                        {"02 00", " url: "},
                        {"02 03 61 2f 62", " url: a/b"}});
     for (std::size_t id = 3; id < 256; ++id) {
-        application_items({{hex_byte(id) + "01 41", fmt::format(" unknown: {}"_cf, id)}});
+        application_items({{hex_byte(id) + "01 41", formatted(" unknown: {-}"_cf, id)}});
     }
 }
 

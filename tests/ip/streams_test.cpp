@@ -3,7 +3,7 @@
 namespace ztdecode::testing {
 namespace {
 
-void from_system(const std::vector<Row>& rows) { expect_rows(dhs2ip, rows); }
+void from_system(const std::vector<Row>& rows) { expect_rows(ip::from_system, rows); }
 
 constexpr const char* address = "20 01 0d b8 00 00 00 00 00 00 00 00 00 00 00 01";
 
@@ -100,22 +100,22 @@ const std::vector<Row>& rtp_items() {
 }
 
 TEST(IpStreams, RtpItems) {
-    expect_items(dhs2ip, "13 01 00", "start RTP: TSC input, \n\t... ", rtp_items());
-    expect_items(dhs2ip, "13 02", "stop RTP, \n\t... ", rtp_items());
-    expect_items(dhs2ip, "13 0c", "pause RTP, \n\t... ", rtp_items());
-    expect_items(dhs2ip, "13 0d", "restart RTP, \n\t... ", rtp_items());
+    expect_items(ip::from_system, "13 01 00", "start RTP: TSC input, \n\t... ", rtp_items());
+    expect_items(ip::from_system, "13 02", "stop RTP, \n\t... ", rtp_items());
+    expect_items(ip::from_system, "13 0c", "pause RTP, \n\t... ", rtp_items());
+    expect_items(ip::from_system, "13 0d", "restart RTP, \n\t... ", rtp_items());
 }
 
 TEST(IpStreams, UnknownRtpItems) {
     for (std::size_t id = 25; id < 256; ++id) {
         if (id == 49 || id == 50 || id == 51 || id == 54 || id == 57 || id == 80) continue;
-        expect_items(dhs2ip, "13 02", "stop RTP, \n\t... ",
+        expect_items(ip::from_system, "13 02", "stop RTP, \n\t... ",
                      {{hex_byte(id) + "02 41 42", "???"}, {hex_byte(id) + "00", "???"}});
     }
 }
 
 TEST(IpStreams, AddressesOfOtherLengthsAreTakenAsSixteenBytes) {
-    expect_items(dhs2ip, "13 02", "stop RTP, \n\t... ",
+    expect_items(ip::from_system, "13 02", "stop RTP, \n\t... ",
                  {{"01 00", "remote IP=0000:0000:0000:0000:0000:0000:0000:0000"},
                   {"01 03 0a 00 01", "remote IP=0a00:0100:0000:0000:0000:0000:0000:0000"},
                   {"01 05 01 02 03 04 05 09 00",
@@ -123,7 +123,7 @@ TEST(IpStreams, AddressesOfOtherLengthsAreTakenAsSixteenBytes) {
 }
 
 TEST(IpStreams, BytesAreCharactersOnlyWhenAllArePrintable) {
-    expect_items(dhs2ip, "13 02", "stop RTP, \n\t... ",
+    expect_items(ip::from_system, "13 02", "stop RTP, \n\t... ",
                  {{"0e 02 21 7e", "local id:  21 7e = \"!~\""},
                   {"0e 02 41 20", "local id:  41 20"},
                   {"0e 02 41 7f", "local id:  41 7f"},
@@ -137,7 +137,7 @@ TEST(IpStreams, AnItemThatRunsPastTheEndIsTheLast) {
     from_system({{"13 02 0e 04 41 42", "stop RTP, \n\t... local id:  41 42 00 00"},
                  {"13 02 00", "stop RTP, \n\t... local UDP port=0"},
                  {"13 02 00 01 75 09 00", "stop RTP, \n\t... local UDP port=29961\n\t... reserved"}});
-    EXPECT_EQ(in_record(dhs2ip, "13 02 0e 04 41 42", "43 44 09 00"),
+    EXPECT_EQ(in_record(ip::from_system, "13 02 0e 04 41 42", "43 44 09 00"),
               "stop RTP, \n\t... local id:  41 42 43 44 = \"ABCD\"");
 }
 
@@ -168,7 +168,7 @@ TEST(IpStreams, Record) {
                  {"13 0e 00 01 01 01 04 0a 00 00 07",
                   "start record RTP, \n\t... recorder index=1\n\t... remote IP=10.0.0.7"}});
     expect_items(
-        dhs2ip, "13 0e", "start record RTP, \n\t... ",
+        ip::from_system, "13 0e", "start record RTP, \n\t... ",
         {{"00 01 ff", "recorder index=255"},
          {"01 10 " + std::string(address), "remote IP=2001:0db8:0000:0000:0000:0000:0000:0001"},
          {"02 02 75 30", "remote UDP port in= 30000"},
@@ -191,7 +191,8 @@ TEST(IpStreams, Record) {
          {"30 01 20", "MD5 authentication:  20"}});
     for (std::size_t id = 10; id < 256; ++id) {
         if (id == 16 || id == 17 || id == 48) continue;
-        expect_items(dhs2ip, "13 0e", "start record RTP, \n\t... ", {{hex_byte(id) + "02 01 02", "???"}});
+        expect_items(ip::from_system, "13 0e", "start record RTP, \n\t... ",
+                     {{hex_byte(id) + "02 01 02", "???"}});
     }
 }
 
@@ -211,22 +212,22 @@ TEST(IpStreams, RecordItem4RepeatsTheItemBeforeIt) {
 
 TEST(IpStreams, RecordItem4RepeatsAnItemOfAnEarlierMessage) {
     TestSession d;
-    EXPECT_EQ(d.with(dhs2ip, "13 0e 04 00"), "start record RTP, \n\t... ");
-    EXPECT_EQ(d.with(dhs2ip, "13 0e 00 01 07 07 01 2e"),
+    EXPECT_EQ(d.with(ip::from_system, "13 0e 04 00"), "start record RTP, \n\t... ");
+    EXPECT_EQ(d.with(ip::from_system, "13 0e 00 01 07 07 01 2e"),
               "start record RTP, \n\t... recorder index=7\n\t... type of service= 2e");
     // Items of other lists and other messages do not count.
-    EXPECT_EQ(d.with(dhs2ip, "13 02 09 00"), "stop RTP, \n\t... reserved");
-    EXPECT_EQ(d.with(dhs2ip, "13 0e"), "start record RTP");
-    EXPECT_EQ(d.with(ip2dhs, "13 02 0a 00"), "param response(s):\n\t... mac address");
-    EXPECT_EQ(d.with(dhs2ip, "13 0e 04 00 00 01 08"),
+    EXPECT_EQ(d.with(ip::from_system, "13 02 09 00"), "stop RTP, \n\t... reserved");
+    EXPECT_EQ(d.with(ip::from_system, "13 0e"), "start record RTP");
+    EXPECT_EQ(d.with(ip::to_system, "13 02 0a 00"), "param response(s):\n\t... mac address");
+    EXPECT_EQ(d.with(ip::from_system, "13 0e 04 00 00 01 08"),
               "start record RTP, \n\t... type of service= 2e\n\t... recorder index=8");
-    EXPECT_EQ(d.with(dhs2ip, "13 0e 04"), "start record RTP, \n\t... recorder index=8");
+    EXPECT_EQ(d.with(ip::from_system, "13 0e 04"), "start record RTP, \n\t... recorder index=8");
 }
 
 TEST(IpStreams, SessionsDoNotShareRecordItems) {
     TestSession one, other;
-    EXPECT_EQ(one.with(dhs2ip, "13 0e 00 01 07"), "start record RTP, \n\t... recorder index=7");
-    EXPECT_EQ(other.with(dhs2ip, "13 0e 04 00"), "start record RTP, \n\t... ");
+    EXPECT_EQ(one.with(ip::from_system, "13 0e 00 01 07"), "start record RTP, \n\t... recorder index=7");
+    EXPECT_EQ(other.with(ip::from_system, "13 0e 04 00"), "start record RTP, \n\t... ");
 }
 
 }  // namespace

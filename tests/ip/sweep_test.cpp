@@ -12,8 +12,9 @@ class Sweep {
         Message m(data);
         out_.clear();
         {
-            const Text::Piece whole(out_);
-            decoder(d_.session(), m, out_);
+            Decoding decoding(d_.session(), m, out_);
+            const Decoding::Piece whole(decoding);
+            decoder(decoding);
         }
         EXPECT_EQ(out_.view().find('\0'), std::string_view::npos);
         return out_.view();
@@ -44,17 +45,18 @@ struct List {
 
 const std::vector<List>& lists() {
     static const std::vector<List> all = {
-        {ip2dhs, "13 02", "param response(s):\n\t... ", "0a 00", "\n\t... mac address"},
-        {dhs2ip, "13 00", "reset, \n\t... ", "01 00", "\n\t... cause: BAD SECURITY MODE"},
-        {dhs2ip, "13 01 00", "start RTP: TSC input, \n\t... ", "09 00", "\n\t... reserved"},
-        {dhs2ip, "13 02", "stop RTP, \n\t... ", "09 00", "\n\t... reserved"},
-        {dhs2ip, "13 03", "redirect: \n\t... ", "01 02 00 07", "\n\t... remote UDP port=7"},
-        {dhs2ip, "13 07", "start listen RTP: \n\t... ", "02 02 00 07", "\n\t... remote UDP portOut=7"},
-        {dhs2ip, "13 0a", "set params: ", "1f 00", ", ssh password"},
-        {dhs2ip, "13 0c", "pause RTP, \n\t... ", "09 00", "\n\t... reserved"},
-        {dhs2ip, "13 0d", "restart RTP, \n\t... ", "09 00", "\n\t... reserved"},
-        {dhs2ip, "13 0e", "start record RTP, \n\t... ", "00 01 03", "\n\t... recorder index=3"},
-        {dhs2ip, "13 14", "set application parameters,\n\t... ", "01 01 00", "\n\t...  enable: no"},
+        {ip::to_system, "13 02", "param response(s):\n\t... ", "0a 00", "\n\t... mac address"},
+        {ip::from_system, "13 00", "reset, \n\t... ", "01 00", "\n\t... cause: BAD SECURITY MODE"},
+        {ip::from_system, "13 01 00", "start RTP: TSC input, \n\t... ", "09 00", "\n\t... reserved"},
+        {ip::from_system, "13 02", "stop RTP, \n\t... ", "09 00", "\n\t... reserved"},
+        {ip::from_system, "13 03", "redirect: \n\t... ", "01 02 00 07", "\n\t... remote UDP port=7"},
+        {ip::from_system, "13 07", "start listen RTP: \n\t... ", "02 02 00 07",
+         "\n\t... remote UDP portOut=7"},
+        {ip::from_system, "13 0a", "set params: ", "1f 00", ", ssh password"},
+        {ip::from_system, "13 0c", "pause RTP, \n\t... ", "09 00", "\n\t... reserved"},
+        {ip::from_system, "13 0d", "restart RTP, \n\t... ", "09 00", "\n\t... reserved"},
+        {ip::from_system, "13 0e", "start record RTP, \n\t... ", "00 01 03", "\n\t... recorder index=3"},
+        {ip::from_system, "13 14", "set application parameters,\n\t... ", "01 01 00", "\n\t...  enable: no"},
     };
     return all;
 }
@@ -102,13 +104,13 @@ TEST(IpSweep, EveryTicketItemOfEveryLength) {
             std::vector<std::uint8_t> data = {0x13, 3, static_cast<std::uint8_t>(tag),
                                               static_cast<std::uint8_t>(length >> 8),
                                               static_cast<std::uint8_t>(length)};
-            EXPECT_TRUE(sweep.decode(data, ip2dhs).starts_with("Ticket QOS:\n\t... "))
+            EXPECT_TRUE(sweep.decode(data, ip::to_system).starts_with("Ticket QOS:\n\t... "))
                 << tag << ' ' << length;
             if (length > 257) continue;  // tables of these would be cut
             data.insert(data.end(), length, 0x41);
             const auto last = bytes("10 00 01 01");
             data.insert(data.end(), last.begin(), last.end());
-            EXPECT_TRUE(sweep.decode(data, ip2dhs).ends_with("\n\t... vad               0x01"))
+            EXPECT_TRUE(sweep.decode(data, ip::to_system).ends_with("\n\t... vad               0x01"))
                 << tag << ' ' << length;
         }
     }
@@ -116,7 +118,7 @@ TEST(IpSweep, EveryTicketItemOfEveryLength) {
 
 TEST(IpSweep, EveryOpcodeOfEveryLengthPrintsSomething) {
     Sweep sweep;
-    for (const Decoder decoder : {ip2dhs, dhs2ip}) {
+    for (const Decoder decoder : {ip::to_system, ip::from_system}) {
         for (std::size_t opcode = 0; opcode < 256; ++opcode) {
             for (std::size_t fill = 0; fill < 256; fill += 5) {
                 for (const std::size_t length : lengths()) {
@@ -134,8 +136,8 @@ TEST(IpSweep, EveryOpcodeOfEveryLengthPrintsSomething) {
 
 TEST(IpSweep, EmptyMessages) {
     Sweep sweep;
-    EXPECT_EQ(sweep.decode({}, ip2dhs), "init, set-00 alpha");
-    EXPECT_EQ(sweep.decode({}, dhs2ip), "reset, \n\t... ");
+    EXPECT_EQ(sweep.decode({}, ip::to_system), "init, set-00 alpha");
+    EXPECT_EQ(sweep.decode({}, ip::from_system), "reset, \n\t... ");
 }
 
 // A message that is cut shows the same text up to the item in which it is cut: its separator is the last that
@@ -165,22 +167,22 @@ TEST(IpSweep, EveryTruncation) {
         "13 02 00 02 01 17 03 14 0a 00 00 05 20 01 0d b8 00 00 00 00 00 00 00 00 00 00 00 01 04 01 40 06 04 "
         "0a 00 00 09 "
         "0a 06 00 80 9f 01 02 03 0d 03 fe dc ba",
-        "\n\t... ", 2, ip2dhs);
+        "\n\t... ", 2, ip::to_system);
     expect_truncations(
         "13 03 01 00 04 5f 3a 11 02 06 00 02 02 01 08 00 04 0a 00 00 05 0a 00 04 34 37 31 31 1b 00 06 00 01 "
         "00 02 00 03 "
         "20 00 08 00 00 00 10 00 00 00 20 2b 00 00 3e 00 02 01 02",
-        "\n\t... ", 2, ip2dhs);
+        "\n\t... ", 2, ip::to_system);
     expect_truncations(
         "13 01 00 00 02 75 30 01 04 0a 00 00 05 02 02 7d 00 03 01 2e 04 01 11 0e 04 34 37 31 31 14 01 01 18 "
         "01 00 31 01 10 "
         "32 03 01 02 03 50 01 41",
-        "\n\t... ", 4, dhs2ip);
+        "\n\t... ", 4, ip::from_system);
     expect_truncations("13 00 00 01 03 02 04 61 63 6d 65 03 02 66 72 04 01 01 05 03 73 69 70 06 00",
-                       "\n\t... ", 2, dhs2ip);
+                       "\n\t... ", 2, ip::from_system);
     expect_truncations("13 0e 00 01 01 01 04 0a 00 00 07 04 01 00 10 01 10 11 01 01 08 02 00 11 30 02 41 42",
-                       "\n\t... ", 3, dhs2ip);
-    expect_truncations("13 14 00 01 2a 01 01 01 02 04 68 74 74 70 07 00", "\n\t... ", 3, dhs2ip);
+                       "\n\t... ", 3, ip::from_system);
+    expect_truncations("13 14 00 01 2a 01 01 01 02 04 68 74 74 70 07 00", "\n\t... ", 3, ip::from_system);
 }
 
 }  // namespace

@@ -3,9 +3,9 @@
 namespace ztdecode::testing {
 namespace {
 
-void to_system(const std::vector<Row>& rows) { expect_rows(ip2dhs, rows); }
+void to_system(const std::vector<Row>& rows) { expect_rows(ip::to_system, rows); }
 void param_items(const std::vector<Row>& items) {
-    expect_items(ip2dhs, "13 02", "param response(s):\n\t... ", items);
+    expect_items(ip::to_system, "13 02", "param response(s):\n\t... ", items);
 }
 
 TEST(IpToSystem, TypesBelow32HaveADesign) {
@@ -133,9 +133,10 @@ TEST(IpToSystem, AParamThatRunsPastTheEndIsTheLast) {
                {"13 02 0a", "param response(s):\n\t... mac address"},
                {"13 02 00", "param response(s):\n\t... firmware version soft=0.00"},
                {"13 02 04 04 f8", "param response(s):\n\t... subnet mask: IPv4 248.0.0.0"}});
-    EXPECT_EQ(in_record(ip2dhs, "13 02 0a 06 00 80", "9f 01 02 03 01 00"),
+    EXPECT_EQ(in_record(ip::to_system, "13 02 0a 06 00 80", "9f 01 02 03 01 00"),
               "param response(s):\n\t... mac address 00 80 9f 01 02 03");
-    EXPECT_EQ(in_record(ip2dhs, "13 02 0a", "02 11 22 33"), "param response(s):\n\t... mac address 11 22");
+    EXPECT_EQ(in_record(ip::to_system, "13 02 0a", "02 11 22 33"),
+              "param response(s):\n\t... mac address 11 22");
 }
 
 TEST(IpToSystem, DebugText) {
@@ -144,13 +145,13 @@ TEST(IpToSystem, DebugText) {
                {"13 ff 01 7f 80 ff 0a", "debug\n\x01\x7f\x80\xff\n"},
                {"13 ff 61 62 00 63", "debug\nab"},
                {"13 ff 00 63", "debug\n"}});
-    EXPECT_EQ(in_record(ip2dhs, "13 ff 61 62", "63 64"), "debug\nab");
+    EXPECT_EQ(in_record(ip::to_system, "13 ff 61 62", "63 64"), "debug\nab");
 }
 
 TEST(IpToSystem, DebugTextOnTheSide) {
     TestSession d;
     d.session().switches.debug = true;
-    EXPECT_EQ(d.with(ip2dhs, "13 ff 68 69 21"), "debug\nhi!");
+    EXPECT_EQ(d.with(ip::to_system, "13 ff 68 69 21"), "debug\nhi!");
     EXPECT_EQ(d.output,
               "longueur debug: 5 (=5)\n"
               "texte    debug: longueur: 9, texte: debug\nhi!\n"
@@ -161,7 +162,7 @@ TEST(IpToSystem, DebugTextOnTheSide) {
 TEST(IpToSystem, DebugTextOnTheSideWithBytesBehindTheMessage) {
     TestSession d;
     d.session().switches.debug = true;
-    EXPECT_EQ(in_record(d, ip2dhs, "13 ff " + repeated("61 ", 30), "62 63 00 64"),
+    EXPECT_EQ(in_record(d, ip::to_system, "13 ff " + repeated("61 ", 30), "62 63 00 64"),
               "debug\n" + repeated("a", 30));
     EXPECT_EQ(d.output, "longueur debug: 32 (=20)\ntexte    debug: longueur: 36, texte: debug\n" +
                             repeated("a", 30) +
@@ -171,7 +172,7 @@ TEST(IpToSystem, DebugTextOnTheSideWithBytesBehindTheMessage) {
 TEST(IpToSystem, DebugTextOnTheSideEndsAtAZero) {
     TestSession d;
     d.session().switches.debug = true;
-    EXPECT_EQ(d.with(ip2dhs, "13 ff 61 00 62"), "debug\na");
+    EXPECT_EQ(d.with(ip::to_system, "13 ff 61 00 62"), "debug\na");
     EXPECT_EQ(d.output,
               "longueur debug: 5 (=5)\n"
               "texte    debug: longueur: 7, texte: debug\na\n"
@@ -181,8 +182,8 @@ TEST(IpToSystem, DebugTextOnTheSideEndsAtAZero) {
 TEST(IpToSystem, OtherMessagesSayNothingOnTheSide) {
     TestSession d;
     d.session().switches.debug = true;
-    EXPECT_EQ(d.with(ip2dhs, "13 00 01 00"), "init, set-01 alpha");
-    EXPECT_EQ(d.with(ip2dhs, "13 fe 61"), "unknown message");
+    EXPECT_EQ(d.with(ip::to_system, "13 00 01 00"), "init, set-01 alpha");
+    EXPECT_EQ(d.with(ip::to_system, "13 fe 61"), "unknown message");
     EXPECT_EQ(d.output, "");
 }
 
