@@ -12,7 +12,7 @@ namespace {
 
 // byte 1: subdevice   byte 2: state
 void metastate(Decoding& d) {
-    constexpr auto metastates = names({{0, "disable"}, {1, "actif"}, {2, "wake-up"}}, "");
+    static constexpr auto metastates = names({{0, "disable"}, {1, "actif"}, {2, "wake-up"}}, "");
     d.print("subdevice {subdevice:02x}, metastate: {metastate}"_cf, d[1], metastates[d[2]]);
 }
 
@@ -77,15 +77,13 @@ constexpr auto editor_commands =
 
 void text_editor(Decoding& d) { editor_commands.write(d, d[1]); }
 
-// A name brings a blank of its own.
-void application_name(Decoding& d) { d.value("application", application(d[2])); }
-
-constexpr auto application_commands = opcodes({{0x01, "launch_application", {"launch ", application_name}},
-                                               {0x02, "suspend_application", {"suspend ", application_name}},
-                                               {0x03, "resume_application", {"resume ", application_name}},
-                                               {0x04, "abort_application", {"abort ", application_name}},
-                                               {0x05, "list_applications", "list applis"}},
-                                              "???");
+constexpr auto application_commands =
+    opcodes({{0x01, "launch_application", {"launch ", application_of_byte2}},
+             {0x02, "suspend_application", {"suspend ", application_of_byte2}},
+             {0x03, "resume_application", {"resume ", application_of_byte2}},
+             {0x04, "abort_application", {"abort ", application_of_byte2}},
+             {0x05, "list_applications", "list applis"}},
+            "???");
 
 void application_command(Decoding& d) {
     d.add("appli management: ");

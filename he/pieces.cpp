@@ -1,6 +1,7 @@
 #include "he/pieces.hpp"
 
 #include "core/tables.hpp"
+#include "he/he.hpp"
 
 namespace ztdecode::he {
 
@@ -36,6 +37,8 @@ void rectangle(Decoding& d, std::size_t first) {
     position(d, first);
     d.print(", L= {width}, H= {height}"_cf, d.u16(first + 4), d.u16(first + 6));
 }
+
+void application_of_byte2(Decoding& d) { d.value("application", application(d[2])); }
 
 void cell(Decoding& d, std::size_t first) {
     d.print("cell=[{cell_first},{cell_second}]"_cf, d[first], d[first + 1]);

@@ -16,6 +16,9 @@ void position(Decoding& d, std::size_t first);
 // " X= 16, Y= 300, L= 64, H= 20": four of them.
 void rectangle(Decoding& d, std::size_t first);
 
+// " telephony" of byte 2.
+void application_of_byte2(Decoding& d);
+
 // "cell=[2,5]"
 void cell(Decoding& d, std::size_t first);
 

@@ -59,12 +59,12 @@ constexpr auto status_reports = opcodes({{0x00, "reset", reset},
 void status_report(Decoding& d) { status_reports.write(d, d[1]); }
 
 void download_failure(Decoding& d) {
-    constexpr auto failures = names({{1, "not enought bytes"},
-                                     {2, "too much bytes"},
-                                     {3, "bad checksum in current block"},
-                                     {4, "hardware reason"},
-                                     {5, "aborted by download end message"}},
-                                    "");
+    static constexpr auto failures = names({{1, "not enought bytes"},
+                                            {2, "too much bytes"},
+                                            {3, "bad checksum in current block"},
+                                            {4, "hardware reason"},
+                                            {5, "aborted by download end message"}},
+                                           "");
     d.print("download failure: {download_failure}"_cf, failures[d[2]]);
 }
 
@@ -111,11 +111,9 @@ void smart_card(Decoding& d) {
     smart_card_events.write(d, d[1]);
 }
 
-void application_name(Decoding& d) { d.value("application", application(d[2])); }
-
 constexpr auto application_reports =
-    opcodes({{0x02, "create_application", {"create appli", application_name}},
-             {0x03, "delete_application", {"delete appli", application_name}},
+    opcodes({{0x02, "create_application", {"create appli", application_of_byte2}},
+             {0x03, "delete_application", {"delete appli", application_of_byte2}},
              {0x04, "list_applications_report", "list applis report"},
              {0x05, "blink_application", "blink appli request"}},
             "???");

@@ -23,7 +23,7 @@ void delete_windows(Decoding& d) {
 
 // byte 3: where   byte 4 ...: which
 void map_windows(Decoding& d) {
-    constexpr auto positions = names({{0, "behind"}, {1, "before"}, {2, "top"}}, "???");
+    static constexpr auto positions = names({{0, "behind"}, {1, "before"}, {2, "top"}}, "???");
     d.print("map {map_position} "_cf, positions[d[3]]);
     window_list(d, 4);
 }

@@ -8,35 +8,16 @@ namespace ztdecode::hub {
 
 namespace {
 
-// Hub messages carry each other, thousands deep: what a level of that does not need stays out of its stack
-// frame.
-
-// What a set sends or gets stands behind the two bytes of the hub, as it would have been captured on the
-// set's own link.
-[[gnu::noinline]] void carried_message(Decoding& d) {
-    const Carried level(d.session());
-    if (!level) return;
-    const Message message = decale(d.session(), d.message(), 2);
-    Decoding carried(d, message);
-    decode_carried(carried);
-}
-
 // Codes 10 to 12 are those of the sets 1 to 3.
-Number set_of_code(const Decoding& d) { return d.code().as(d.code().number - 0x0F); }
+constexpr std::uint8_t first_set = 0x10;
+constexpr std::uint8_t last_set = 0x12;
 
-[[gnu::noinline]] void to_set_label(Decoding& d) { d.print(" to set {set_number}"_cf, set_of_code(d)); }
+Number set_of_code(const Decoding& d) { return d.code().as(d.code().number - first_set + 1); }
 
-void to_set(Decoding& d) {
-    to_set_label(d);
-    carried_message(d);
-}
+// What they carry stands below.
+void to_set(Decoding& d) { d.print(" to set {set_number}"_cf, set_of_code(d)); }
 
-[[gnu::noinline]] void from_set_label(Decoding& d) { d.print("from set {set_number}"_cf, set_of_code(d)); }
-
-void from_set(Decoding& d) {
-    from_set_label(d);
-    carried_message(d);
-}
+void from_set(Decoding& d) { d.print("from set {set_number}"_cf, set_of_code(d)); }
 
 // Two bytes from k on.
 Meaning version(const Decoding& d, std::size_t k) {
@@ -75,7 +56,7 @@ bool has_length(std::uint32_t wanted, std::string_view complaint, Decoding& d) {
 constexpr std::string_view bad_length = "ERR: bad length";
 
 void set_status(Decoding& d) {
-    constexpr auto activities = names({{0, "idle"}, {1, "active"}}, "???");
+    static constexpr auto activities = names({{0, "idle"}, {1, "active"}}, "???");
     if (!has_length(4, bad_length, d)) return;
     d.print("set {set_number} status: {set_status}"_cf, d[2], activities[d[3]]);
 }
@@ -91,7 +72,7 @@ void set_channel_mode2(Decoding& d) {
 }
 
 void anv_number_request(Decoding& d) {
-    constexpr auto softwares = names({{0, "ROM soft"}, {1, "RAM soft"}}, "??? soft");
+    static constexpr auto softwares = names({{0, "ROM soft"}, {1, "RAM soft"}}, "??? soft");
     d.print("anv number request for {software}"_cf, softwares[d[2]]);
 }
 
@@ -189,15 +170,15 @@ void version_response(Decoding& d) {
 }
 
 void status_response(Decoding& d) {
-    constexpr auto states = names({{0, "IDLE"},
-                                   {1, "OK"},
-                                   {2, "ALIM"},
-                                   {3, "SYNC WAIT"},
-                                   {4, "RESET WAIT"},
-                                   {5, "BAD"},
-                                   {6, "ALIM REST ON"},
-                                   {7, "ALIM REST OFF"}},
-                                  "???");
+    static constexpr auto states = names({{0, "IDLE"},
+                                          {1, "OK"},
+                                          {2, "ALIM"},
+                                          {3, "SYNC WAIT"},
+                                          {4, "RESET WAIT"},
+                                          {5, "BAD"},
+                                          {6, "ALIM REST ON"},
+                                          {7, "ALIM REST OFF"}},
+                                         "???");
     if (!has_length(5, "ERR: bad length in status response", d)) return;
     d.print("status response, set1 {set1_status}, set2 {set2_status}, set3 {set3_status}"_cf, states[d[2]],
             states[d[3]], states[d[4]]);
@@ -205,7 +186,7 @@ void status_response(Decoding& d) {
 
 // byte 3: who is without synchronisation
 void synchros(Decoding& d) {
-    constexpr std::array<std::string_view, 4> names = {"dhs ", "set1 ", "set2 ", "set3 "};
+    static constexpr std::array<std::string_view, 4> names = {"dhs ", "set1 ", "set2 ", "set3 "};
     if (d.on(d[3] == 0)) {
         d.add("synchros response: all OK");
         return;
@@ -246,12 +227,34 @@ constexpr auto reports = opcodes({{0x02, "download_ack", download_ack},
                                   {0x32, "debug_answer", debug_answer}},
                                  "unknown message");
 
+// Hub messages carry each other, thousands deep: what a level of that does not need stays out of its stack
+// frame, above all the tables' rows.
+
+[[gnu::noinline]] void write_command(Decoding& d) { commands.write(d, d[1]); }
+
+[[gnu::noinline]] void write_report(Decoding& d) { reports.write(d, d[1] & 0x7F); }
+
+// What a set sends or gets stands behind the two bytes of the hub, as it would have been captured on the
+// set's own link.
+[[gnu::noinline]] void carried_message(Decoding& d) {
+    const Carried level(d.session());
+    if (!level) return;
+    const Message message = decale(d.session(), d.message(), 2);
+    Decoding carried(d, message);
+    decode_carried(carried);
+}
+
+void message_of_a_set(Decoding& d, std::uint8_t code) {
+    if (code >= first_set && code <= last_set) carried_message(d);
+}
+
 }  // namespace
 
 // Towards the system bit 7 of the code does not count; from the system it does.
 void to_system(Decoding& d) {
     d.status = Status::recognised;
-    reports.write(d, d[1] & 0x7F);
+    write_report(d);
+    message_of_a_set(d, d[1].number & 0x7F);
 }
 
 void from_system(Decoding& d) {
@@ -260,7 +263,8 @@ void from_system(Decoding& d) {
         d.add(no_content);
         return;
     }
-    commands.write(d, d[1]);
+    write_command(d);
+    message_of_a_set(d, d[1].number);
 }
 
 }  // namespace ztdecode::hub

@@ -11,26 +11,26 @@ constexpr auto memories = names({{0x01, "internal"}, {0x02, "external"}, {0x03, 
 void memory_value(Decoding& d) { d.print("osi: read memory, value= {memory_value:02x}"_cf, d[2]); }
 
 void pclink1_status(Decoding& d) {
-    constexpr auto transmit_states = names(
+    static constexpr auto transmit_states = names(
         {{0x10, "tx_idle"}, {0x11, "tx_prepare"}, {0x12, "tx_lng"}, {0x13, "tx_send"}, {0x14, "tx_sum"}},
         "unknown");
-    constexpr auto receive_states =
+    static constexpr auto receive_states =
         names({{0x20, "rx_idle"}, {0x21, "rx_rcv"}, {0x22, "rx_sum"}, {0x23, "rx_wait"}}, "unknown");
     d.print("osi: pclink1 status {transmit_state}, {receive_state}"_cf, transmit_states[d[2]],
             receive_states[d[3]]);
 }
 
 void pclink2_status(Decoding& d) {
-    constexpr auto states = names({{0x00, "wait_connection"},
-                                   {0x01, "idle"},
-                                   {0x02, "send_zt3"},
-                                   {0x03, "send_wait_ack"},
-                                   {0x04, "wait_ack"},
-                                   {0x05, "send_ack"},
-                                   {0x06, "send_pc2"},
-                                   {0x07, "wfs_idle"},
-                                   {0x08, "wfs_send_ack"}},
-                                  "unknown");
+    static constexpr auto states = names({{0x00, "wait_connection"},
+                                          {0x01, "idle"},
+                                          {0x02, "send_zt3"},
+                                          {0x03, "send_wait_ack"},
+                                          {0x04, "wait_ack"},
+                                          {0x05, "send_ack"},
+                                          {0x06, "send_pc2"},
+                                          {0x07, "wfs_idle"},
+                                          {0x08, "wfs_send_ack"}},
+                                         "unknown");
     d.print("osi: pclink2 status: {link_state}, {connected}"_cf, states[d[2]],
             flag(d[3] == 1, "connected", "not connected"));
 }
