@@ -47,8 +47,8 @@ void cell(Decoding& d, std::size_t first) {
 void quoted_text(Decoding& d, FieldName field, std::size_t n) {
     const Decoding::Scope scope(d);
     const Decoding::Piece quoted(d);
-    const std::size_t length = d.walk(d[n]);
     d.add(" \"");
+    const std::size_t length = d.walk(d[n]);
     d.text(field, n + 1, length);
     d.add("\"");
 }
