@@ -7,20 +7,20 @@ using namespace ztdecode;
 
 const char* hub2dhs(MessageRecord* record) {
     static abi::KeptText buffer;
-    return abi::decoded_in_own_buffer(buffer, record, ztdecode::hub2dhs);
+    return abi::decoded_in_own_buffer(buffer, record, hub::to_system);
 }
 
 const char* dhs2hub(MessageRecord* record) {
     static abi::KeptText buffer;
-    return abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2hub);
+    return abi::decoded_in_own_buffer(buffer, record, hub::from_system);
 }
 
 const char* ibs2dhs(MessageRecord* record) {
     static abi::KeptText buffer;
-    return abi::decoded_in_own_buffer(buffer, record, ztdecode::ibs2dhs);
+    return abi::decoded_in_own_buffer(buffer, record, ibs::to_system);
 }
 
 const char* dhs2ibs(MessageRecord* record) {
     static abi::KeptText buffer;
-    return abi::decoded_in_own_buffer(buffer, record, ztdecode::dhs2ibs);
+    return abi::decoded_in_own_buffer(buffer, record, ibs::from_system);
 }

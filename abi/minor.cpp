@@ -26,24 +26,4 @@ const char* dhs2prs(MessageRecord* record) {
     static KeptText buffer;
     return decoded_in_own_buffer(buffer, record, ztdecode::dhs2prs);
 }
-
-const char* dbg2dhs(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::dbg2dhs);
-}
-
-const char* dhs2dbg(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::dhs2dbg);
-}
-
-const char* osi2dhs(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::osi2dhs);
-}
-
-const char* dhs2osi(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::dhs2osi);
-}
 }

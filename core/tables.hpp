@@ -99,6 +99,8 @@ struct Action {
     constexpr Action(std::string_view w) : words(w) {}  // NOLINT: stands in rows
     template <std::convertible_to<Decoder> D>
     constexpr Action(D d) : decoder(d) {}  // NOLINT: stands in rows
+    template <std::convertible_to<Decoder> D>
+    constexpr Action(std::string_view w, D d) : words(w), decoder(d) {}
 
     void operator()(Decoding& d) const {
         d.add(words);

@@ -2,9 +2,11 @@
 
 #include "core/decoding.hpp"
 #include "decode/audio_filter.hpp"
+#include "decode/routes/debug.hpp"
 #include "decode/routes/hub.hpp"
 #include "decode/routes/ibs.hpp"
 #include "decode/routes/minor.hpp"
+#include "decode/routes/osi.hpp"
 #include "digital/digital.hpp"
 #include "he/he.hpp"
 #include "ip/ip.hpp"

@@ -1,29 +1,29 @@
-#include "core/going_away.hpp"
+#include "core/tables.hpp"
 #include "he/he.hpp"
 
-namespace ztdecode {
+namespace ztdecode::he {
 
 namespace {
 
-constexpr auto applications = names({{0, " firmware"},
-                                     {1, " telephony"},
-                                     {2, " desktop"},
-                                     {6, " data"},
-                                     {7, " mail"},
-                                     {248, " audio tool"},
-                                     {249, " manufacturing test"},
-                                     {250, " communication assistant"},
-                                     {251, " calendar"},
-                                     {252, " minitel"},
-                                     {253, " calculator"},
-                                     {254, " text editor"},
-                                     {255, " default"}},
+constexpr auto applications = names({{0x00, " firmware"},
+                                     {0x01, " telephony"},
+                                     {0x02, " desktop"},
+                                     {0x06, " data"},
+                                     {0x07, " mail"},
+                                     {0xF8, " audio tool"},
+                                     {0xF9, " manufacturing test"},
+                                     {0xFA, " communication assistant"},
+                                     {0xFB, " calendar"},
+                                     {0xFC, " minitel"},
+                                     {0xFD, " calculator"},
+                                     {0xFE, " text editor"},
+                                     {0xFF, " default"}},
                                     "");
 
 }  // namespace
 
-NameOrCode apId(std::uint32_t id) noexcept { return he::application(Number{id}); }
+NameOrCode application(const Number& id) noexcept {
+    return {applications[id.number], id.number, " ", id.place};
+}
 
-NameOrCode he::application(const Number& id) noexcept { return {applications[id.number], id.number, " ", id.place}; }
-
-}  // namespace ztdecode
+}  // namespace ztdecode::he

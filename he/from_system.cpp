@@ -1,4 +1,4 @@
-#include "core/going_away.hpp"
+#include "core/tables.hpp"
 #include "he/commands.hpp"
 #include "he/he.hpp"
 #include "he/pieces.hpp"
@@ -6,132 +6,113 @@
 // System to HE set.   byte 0: opcode in bits 0-6   byte 1: sub-command   byte 2 ...: by opcode
 // The larger families have files of their own.
 
-namespace ztdecode {
+namespace ztdecode::he {
 
 namespace {
 
-constexpr auto metastates = names({{0, "disable"}, {1, "actif"}, {2, "wake-up"}}, "");
-
-void metastate(Session& /*session*/, const Message& m, Text& out) {
-    out.print("subdevice {:02x}, metastate: {}"_cf, m[1], metastates[m[2]]);
+// byte 1: subdevice   byte 2: state
+void metastate(Decoding& d) {
+    static constexpr auto metastates = names({{0, "disable"}, {1, "actif"}, {2, "wake-up"}}, "");
+    d.print("subdevice {subdevice:02x}, metastate: {metastate}"_cf, d[1], metastates[d[2]]);
 }
 
 // bytes 2-5: address   bytes 6-9: size
-void download_start(Session& /*session*/, const Message& m, Text& out) {
-    out.print("DownLoad: start adr= {:08x}  size= {:08x}"_cf, m.u32(2), m.u32(6));
+void download_start(Decoding& d) {
+    d.print("DownLoad: start adr= {download_address:08x}  size= {download_length:08x}"_cf, d.u32(2),
+            d.u32(6));
 }
 
-void download_code(Session& /*session*/, const Message& m, Text& out) {
-    out.print("DownLoad: code message numero {:04x}"_cf, m.u16(2));
+void download_code(Decoding& d) { d.print("DownLoad: code message numero {packet_number:04x}"_cf, d.u16(2)); }
+
+void download_checksum(Decoding& d) { d.print("DownLoad: isochecksum= {checksum:04x}"_cf, d.u16(2)); }
+
+constexpr auto download_commands = opcodes({{0x01, "download_start", download_start},
+                                            {0x02, "download_code", download_code},
+                                            {0x03, "download_end", "DownLoad: end"},
+                                            {0x04, "download_checksum", download_checksum}},
+                                           "???");
+
+void download_command(Decoding& d) { download_commands.write(d, d[1]); }
+
+void recorder(Decoding& d) { d.print("{recorder} recorder"_cf, flag(d[1] != 0, "start", "stop")); }
+
+constexpr auto double_clicks = opcodes({{0x01, "double_click_define", "double click define"},
+                                        {0x02, "double_click_parameters", "double click parameters"}},
+                                       "double click ???");
+
+void double_click(Decoding& d) { double_clicks.write(d, d[1]); }
+
+constexpr auto shared_objects = opcodes({{0x00, "create_shared_icon", "create shared icon "},
+                                         {0x01, "create_shared_image", "create shared image "},
+                                         {0x02, "create_shared_text", "create shared text "},
+                                         {0x03, "append_shared_image", "append shared image "},
+                                         {0x04, "copy_shared_object", "copy shared object "},
+                                         {0x05, "append_shared_icon", "append shared icon "}},
+                                        "shared object ???");
+
+void shared_object(Decoding& d) { shared_objects.write(d, d[1]); }
+
+void query_windows(Decoding& d) { d.print("list windows for appli {application:02x}"_cf, d[2]); }
+
+void query_resource(Decoding& d) {
+    d.print("query ressource for appli {application:02x}, win {window:02x}"_cf, d[2], d[3]);
 }
 
-void download_checksum(Session& /*session*/, const Message& m, Text& out) {
-    out.print("DownLoad: isochecksum= {:04x}"_cf, m.u16(2));
-}
+void clean_application(Decoding& d) { d.print("clean application {application:02x}"_cf, d[2]); }
 
-constexpr auto download_commands =
-    opcodes({{1, download_start}, {2, download_code}, {3, "DownLoad: end"}, {4, download_checksum}});
+constexpr auto queries = opcodes({{0x00, "query_windows", query_windows},
+                                  {0x01, "query_resource", query_resource},
+                                  {0x02, "query_available_memory", "query available mem"},
+                                  {0x03, "clean_application", clean_application},
+                                  {0x04, "query_row", "query row"}},
+                                 "???");
 
-void download_command(Session& session, const Message& m, Text& out) {
-    if (!download_commands.write(m[1], session, m, out)) out.add("???");
-}
+void query(Decoding& d) { queries.write(d, d[1]); }
 
-void recorder(Session& /*session*/, const Message& m, Text& out) {
-    out.add(m[1] != 0 ? "start recorder" : "stop recorder");
-}
+constexpr auto editor_commands =
+    opcodes({{0x00, "text_editor_activate", {"text editor: activate ", window_and_object}},
+             {0x01, "text_editor_peek_field", {"text editor: peek field ", window_and_object}},
+             {0x02, "text_editor_deactivate", {"text editor: deactivate ", window_and_object}}},
+            "text editor: ???");
 
-constexpr auto double_clicks =
-    names({{1, "double click define"}, {2, "double click parameters"}}, "double click ???");
-
-void double_click(Session& /*session*/, const Message& m, Text& out) { out.add(double_clicks[m[1]]); }
-
-constexpr auto shared_objects = names({{0, "create shared icon "},
-                                       {1, "create shared image "},
-                                       {2, "create shared text "},
-                                       {3, "append shared image "},
-                                       {4, "copy shared object "},
-                                       {5, "append shared icon "}},
-                                      "shared object ???");
-
-void shared_object(Session& /*session*/, const Message& m, Text& out) { out.add(shared_objects[m[1]]); }
-
-void query_windows(Session& /*session*/, const Message& m, Text& out) {
-    out.print("list windows for appli {:02x}"_cf, m[2]);
-}
-
-void query_resource(Session& /*session*/, const Message& m, Text& out) {
-    out.print("query ressource for appli {:02x}, win {:02x}"_cf, m[2], m[3]);
-}
-
-void clean_application(Session& /*session*/, const Message& m, Text& out) {
-    out.print("clean application {:02x}"_cf, m[2]);
-}
-
-constexpr auto queries = opcodes({{0, query_windows},
-                                  {1, query_resource},
-                                  {2, "query available mem"},
-                                  {3, clean_application},
-                                  {4, "query row"}});
-
-void query(Session& session, const Message& m, Text& out) {
-    if (!queries.write(m[1], session, m, out)) out.add("???");
-}
-
-constexpr auto editor_commands = names(
-    {{0, "text editor: activate "}, {1, "text editor: peek field "}, {2, "text editor: deactivate "}}, "");
-
-void text_editor(Session& /*session*/, const Message& m, Text& out) {
-    const std::string_view text = editor_commands[m[1]];
-    if (text.empty()) {
-        out.add("text editor: ???");
-        return;
-    }
-    out.add(text);
-    he::window_and_object(m, out);
-}
+void text_editor(Decoding& d) { editor_commands.write(d, d[1]); }
 
 constexpr auto application_commands =
-    names({{1, "launch "}, {2, "suspend "}, {3, "resume "}, {4, "abort "}}, "");
-constexpr std::uint8_t list_applications = 5;
+    opcodes({{0x01, "launch_application", {"launch ", application_of_byte2}},
+             {0x02, "suspend_application", {"suspend ", application_of_byte2}},
+             {0x03, "resume_application", {"resume ", application_of_byte2}},
+             {0x04, "abort_application", {"abort ", application_of_byte2}},
+             {0x05, "list_applications", "list applis"}},
+            "???");
 
-void application_command(Session& /*session*/, const Message& m, Text& out) {
-    out.add("appli management: ");
-    const std::string_view text = application_commands[m[1]];
-    if (!text.empty()) {
-        out.add(text);
-        out.add(apId(m[2]));
-    } else {
-        out.add(m[1] == list_applications ? "list applis" : "???");
-    }
+void application_command(Decoding& d) {
+    d.add("appli management: ");
+    application_commands.write(d, d[1]);
 }
 
-constexpr auto messages = opcodes({{0, "nop"},
-                                   {6, "reset subdevices"},
-                                   {43, "are you there inquiry"},
-                                   {44, metastate},
-                                   {47, download_command},
-                                   {57, "LCD contrast"},
-                                   {58, "launch"},
-                                   {73, "dpi configuration"},
-                                   {76, recorder},
-                                   {77, double_click},
-                                   {80, he::window_command},
-                                   {81, shared_object},
-                                   {82, he::object_creation},
-                                   {83, he::object_change},
-                                   {84, query},
-                                   {85, text_editor},
-                                   {86, application_command}});
+constexpr auto messages = opcodes({{0x00, "nop", "nop"},
+                                   {0x06, "reset_subdevices", "reset subdevices"},
+                                   {0x2B, "are_you_there", "are you there inquiry"},
+                                   {0x2C, "metastate", metastate},
+                                   {0x2F, "download_command", download_command},
+                                   {0x39, "lcd_contrast", "LCD contrast"},
+                                   {0x3A, "launch", "launch"},
+                                   {0x49, "dpi_configuration", "dpi configuration"},
+                                   {0x4C, "recorder", recorder},
+                                   {0x4D, "double_click", double_click},
+                                   {0x50, "window_command", window_command},
+                                   {0x51, "shared_object", shared_object},
+                                   {0x52, "object_creation", object_creation},
+                                   {0x53, "object_change", object_change},
+                                   {0x54, "query", query},
+                                   {0x55, "text_editor", text_editor},
+                                   {0x56, "application_command", application_command}},
+                                  "???");
 
 }  // namespace
 
-void dhs2he(Session& session, Message& m, Text& out) {
-    m.status = Status::recognised;
-    if (messages.write(m[0] & 0x7F, session, m, out)) return;
-    m.status = Status::unknown;
-    out.add("???");
+void from_system(Decoding& d) {
+    d.status = messages.write(d, d[0] & 0x7F) ? Status::recognised : Status::unknown;
 }
 
-}  // namespace ztdecode
-
-void ztdecode::he::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2he, d); }
+}  // namespace ztdecode::he

@@ -1,19 +1,10 @@
 #pragma once
 
-#include "core/going_away.hpp"
+#include "core/decoding.hpp"
+#include "decode/tables/identity.hpp"
 
 // The HE link: sets with a windowing system, applications and a card reader. The decoders get a message
 // without its three routing bytes.
-
-namespace ztdecode {
-
-void he2dhs(Session& session, Message& m, Text& out);
-void dhs2he(Session& session, Message& m, Text& out);
-
-// Name of an application of the set, a blank before it; one without a name is shown by its number.
-NameOrCode apId(std::uint32_t id) noexcept;
-
-}  // namespace ztdecode
 
 namespace ztdecode::he {
 

@@ -1,4 +1,4 @@
-#include "core/going_away.hpp"
+#include "core/tables.hpp"
 #include "he/commands.hpp"
 #include "he/pieces.hpp"
 
@@ -9,150 +9,103 @@ namespace ztdecode::he {
 namespace {
 
 // byte 4: the text is shared   byte 5 ...: text behind its length
-void set_static_text_field(Session& /*session*/, const Message& m, Text& out) {
-    out.add("set static text field");
-    window_and_object(m, out);
-    shared_or_quoted_text(m[4] != 0, m, 5, out);
+void set_static_text_field(Decoding& d) {
+    d.add("set static text field");
+    window_and_object(d);
+    shared_or_quoted_text(d, 4, 5);
 }
 
 // A text field's new text: byte 4 says whether it is shared, byte n counts its characters. A message that
 // ends before the text shows none.
-void field_text(std::uint32_t shortest, std::size_t n, const Message& m, Text& out) {
-    window_and_object(m, out);
-    if (m.length() >= shortest) shared_or_quoted_text(m[4] != 0, m, n, out);
+void field_text(Decoding& d, std::uint32_t shortest, std::size_t n) {
+    window_and_object(d);
+    if (d.length() >= shortest) shared_or_quoted_text(d, 4, n);
 }
 
-void append_static_text_field(Session& /*session*/, const Message& m, Text& out) {
-    out.add("append static text field");
-    field_text(7, 5, m, out);
-}
+void new_text(Decoding& d) { field_text(d, 7, 5); }
 
-void replace_static_text_field(Session& /*session*/, const Message& m, Text& out) {
-    out.add("replace static text field");
-    field_text(7, 5, m, out);
-}
-
-void set_editable_text_field(Session& /*session*/, const Message& m, Text& out) {
-    out.add("set editable text field");
-    field_text(7, 5, m, out);
-}
-
-void append_editable_text_field(Session& /*session*/, const Message& m, Text& out) {
-    out.add("append editable text field");
-    field_text(7, 5, m, out);
-}
-
-void replace_editable_text_field(Session& /*session*/, const Message& m, Text& out) {
-    out.add("replace editable text field");
-    field_text(9, 7, m, out);
-}
+void replaced_editable_text(Decoding& d) { field_text(d, 9, 7); }
 
 // byte 3: on   byte 4 ...: objects
-void set_visibility(Session& /*session*/, const Message& m, Text& out) {
-    out.print("set visibility {} in winId={:02x} for "_cf, m[3] != 0 ? "ON" : "OFF", m[2]);
-    object_list(m, 4, out);
+void set_visibility(Decoding& d) {
+    d.print("set visibility {visibility} in winId={window:02x} for "_cf, flag(d[3] != 0, "ON", "OFF"), d[2]);
+    object_list(d, 4);
 }
 
 // byte 3: colour   byte 4 ...: objects
-void set_background_color(Session& /*session*/, const Message& m, Text& out) {
-    out.print("set background color= {} in winId={:02x} for "_cf, m[3], m[2]);
-    object_list(m, 4, out);
+void set_background_color(Decoding& d) {
+    d.print("set background color= {background_color} in winId={window:02x} for "_cf, d[3], d[2]);
+    object_list(d, 4);
 }
 
 // byte 3 ...: objects
-void refresh_objects(Session& /*session*/, const Message& m, Text& out) {
-    out.add("refresh in ");
-    window_id(m[2], out);
-    out.add(" for ");
-    object_list(m, 3, out);
+void refresh_objects(Decoding& d) {
+    d.print("refresh in winId={window:02x} for "_cf, d[2]);
+    object_list(d, 3);
 }
 
 // byte 3: type   byte 4: object   bytes 5-8: new place
-void move_objects(Session& /*session*/, const Message& m, Text& out) {
-    out.add("move objects ");
-    window_id(m[2], out);
-    out.print(" {} "_cf, object_type(m[3]));
-    object_id(m[4], out);
-    out.put(' ');
-    position(m, 5, out);
+void move_objects(Decoding& d) {
+    d.print("move objects winId={window:02x} {object_type} objId={object_id:02x} "_cf, d[2],
+            object_type(d[3]), d[4]);
+    position(d, 5);
 }
 
-void window_object_and_cell(const Message& m, Text& out) {
-    window_and_object(m, out);
-    out.add("  ");
-    cell(m, 4, out);
-}
-
-void insert_cell(Session& /*session*/, const Message& m, Text& out) {
-    out.add("insert cell in text list ");
-    window_object_and_cell(m, out);
+void window_object_and_cell(Decoding& d) {
+    window_and_object(d);
+    d.add("  ");
+    cell(d, 4);
 }
 
 // bytes 4, 5: cell   byte 6: the text is shared   byte 7 ...: text behind its length
-void set_cell_value(Session& /*session*/, const Message& m, Text& out) {
-    out.add("set text list cell value: ");
-    shared_or_quoted_text(m[6] != 0, m, 7, out);
-    window_object_and_cell(m, out);
+void set_cell_value(Decoding& d) {
+    d.add("set text list cell value: ");
+    shared_or_quoted_text(d, 6, 7);
+    window_object_and_cell(d);
 }
 
-void delete_cell(Session& /*session*/, const Message& m, Text& out) {
-    out.add("delete cell in text list ");
-    window_object_and_cell(m, out);
-}
-
-void set_focus(Session& /*session*/, const Message& m, Text& out) {
-    out.add("set focus on cell ");
-    window_object_and_cell(m, out);
-}
-
-constexpr auto commands = opcodes({{4, set_static_text_field},
-                                   {11, append_static_text_field},
-                                   {12, replace_static_text_field},
-                                   {13, set_editable_text_field},
-                                   {14, append_editable_text_field},
-                                   {15, replace_editable_text_field},
-                                   {16, set_visibility},
-                                   {17, set_background_color},
-                                   {19, refresh_objects},
-                                   {20, "videotext ???"},
-                                   {21, "videotext ???"},
-                                   {22, "videotext ???"},
-                                   {23, "videotext ???"},
-                                   {24, "copy timer value"},
-                                   {25, move_objects},
-                                   {29, insert_cell},
-                                   {30, set_cell_value},
-                                   {31, "copy text list cell value"},
-                                   {32, delete_cell},
-                                   {33, set_focus}});
-
-// These show which object of which window they mean, and no more.
-constexpr auto object_commands = names({{0, "change icon attributes"},
-                                        {1, "change image attributes"},
-                                        {2, "change static text field attributes"},
-                                        {3, "change editable text field attributes"},
-                                        {5, "change clock attributes"},
-                                        {6, "change timer attributes"},
-                                        {7, "set timer"},
-                                        {8, "change line attributes"},
-                                        {9, "change polyline attributes"},
-                                        {10, "change rectangle attributes"},
-                                        {26, "activate text list"},
-                                        {27, "deactivate text list"},
-                                        {28, "change text list attributes"}},
-                                       "");
+constexpr auto commands =
+    opcodes({{0x00, "change_icon_attributes", {"change icon attributes", window_and_object}},
+             {0x01, "change_image_attributes", {"change image attributes", window_and_object}},
+             {0x02,
+              "change_static_text_field_attributes",
+              {"change static text field attributes", window_and_object}},
+             {0x03,
+              "change_editable_text_field_attributes",
+              {"change editable text field attributes", window_and_object}},
+             {0x04, "set_static_text_field", set_static_text_field},
+             {0x05, "change_clock_attributes", {"change clock attributes", window_and_object}},
+             {0x06, "change_timer_attributes", {"change timer attributes", window_and_object}},
+             {0x07, "set_timer", {"set timer", window_and_object}},
+             {0x08, "change_line_attributes", {"change line attributes", window_and_object}},
+             {0x09, "change_polyline_attributes", {"change polyline attributes", window_and_object}},
+             {0x0A, "change_rectangle_attributes", {"change rectangle attributes", window_and_object}},
+             {0x0B, "append_static_text_field", {"append static text field", new_text}},
+             {0x0C, "replace_static_text_field", {"replace static text field", new_text}},
+             {0x0D, "set_editable_text_field", {"set editable text field", new_text}},
+             {0x0E, "append_editable_text_field", {"append editable text field", new_text}},
+             {0x0F, "replace_editable_text_field", {"replace editable text field", replaced_editable_text}},
+             {0x10, "set_visibility", set_visibility},
+             {0x11, "set_background_color", set_background_color},
+             {0x13, "refresh_objects", refresh_objects},
+             {0x14, "videotext", "videotext ???"},
+             {0x15, "videotext", "videotext ???"},
+             {0x16, "videotext", "videotext ???"},
+             {0x17, "videotext", "videotext ???"},
+             {0x18, "copy_timer_value", "copy timer value"},
+             {0x19, "move_objects", move_objects},
+             {0x1A, "activate_text_list", {"activate text list", window_and_object}},
+             {0x1B, "deactivate_text_list", {"deactivate text list", window_and_object}},
+             {0x1C, "change_text_list_attributes", {"change text list attributes", window_and_object}},
+             {0x1D, "insert_cell", {"insert cell in text list ", window_object_and_cell}},
+             {0x1E, "set_cell_value", set_cell_value},
+             {0x1F, "copy_cell_value", "copy text list cell value"},
+             {0x20, "delete_cell", {"delete cell in text list ", window_object_and_cell}},
+             {0x21, "set_focus", {"set focus on cell ", window_object_and_cell}}},
+            "change object attributes: ???");
 
 }  // namespace
 
-void object_change(Session& session, const Message& m, Text& out) {
-    if (commands.write(m[1], session, m, out)) return;
-    const std::string_view text = object_commands[m[1]];
-    if (text.empty()) {
-        out.add("change object attributes: ???");
-        return;
-    }
-    out.add(text);
-    window_and_object(m, out);
-}
+void object_change(Decoding& d) { commands.write(d, d[1]); }
 
 }  // namespace ztdecode::he

@@ -1,4 +1,4 @@
-#include "core/going_away.hpp"
+#include "core/tables.hpp"
 #include "he/commands.hpp"
 #include "he/pieces.hpp"
 
@@ -10,67 +10,57 @@ namespace {
 
 // byte 4: the text is shared   bytes 5, 6: colours   7, 8: attributes   9: font   10-13: place   14: width in
 // characters 15: lines   16 ...: text behind its length
-void create_static_text_field(Session& /*session*/, const Message& m, Text& out) {
-    out.add("create static text field ");
-    window_and_object(m, out);
-    out.print(" fgCol={:02x} bgCol={:02x} attr=({:02x},{:02x}) fontId={:02x} "_cf, m[5], m[6], m[7], m[8],
-              m[9]);
-    position(m, 10, out);
-    out.print(" charPerLine={} linesNumber={}"_cf, m[14], m[15]);
-    shared_or_quoted_text(m[4] != 0, m, 16, out);
+void create_static_text_field(Decoding& d) {
+    d.add("create static text field ");
+    window_and_object(d);
+    d.print(" fgCol={foreground_color:02x} bgCol={background_color:02x}"_cf, d[5], d[6]);
+    d.print(" attr=({first_attributes:02x},{second_attributes:02x}) fontId={font:02x} "_cf, d[7], d[8], d[9]);
+    position(d, 10);
+    d.print(" charPerLine={characters_per_line} linesNumber={lines}"_cf, d[14], d[15]);
+    shared_or_quoted_text(d, 4, 16);
 }
 
 // byte 4: colour   byte 5: visible in bit 0
-void create_line(Session& /*session*/, const Message& m, Text& out) {
-    out.add("create line ");
-    window_and_object(m, out);
-    out.print(" couleur {:02x} {}"_cf, m[4], m.bit(5, 0) ? "visible" : "invisible");
+void create_line(Decoding& d) {
+    d.add("create line ");
+    window_and_object(d);
+    d.print(" couleur {color:02x} {visibility}"_cf, d[4], flag(d.bit(5, 0), "visible", "invisible"));
 }
 
 // bytes 8-15: place and size
-void create_rectangle(Session& /*session*/, const Message& m, Text& out) {
-    out.add("create rectangle ");
-    window_and_object(m, out);
-    rectangle(m, 8, out);
+void create_rectangle(Decoding& d) {
+    d.add("create rectangle ");
+    window_and_object(d);
+    rectangle(d, 8);
 }
 
 // bytes 11, 12: cells
-void create_text_list(Session& /*session*/, const Message& m, Text& out) {
-    out.add("create text list ");
-    window_and_object(m, out);
-    out.add("  ");
-    cell(m, 11, out);
+void create_text_list(Decoding& d) {
+    d.add("create text list ");
+    window_and_object(d);
+    d.add("  ");
+    cell(d, 11);
 }
 
-constexpr auto commands = opcodes({{2, create_static_text_field},
-                                   {5, create_line},
-                                   {7, create_rectangle},
-                                   {9, create_text_list},
-                                   {16, "create item list "},
-                                   {17, "copy objects "},
-                                   {32, "delete objects "},
-                                   {33, "delete all window objects "}});
-
-// These show which object of which window they mean, and no more.
-constexpr auto object_commands = names({{0, "create icon "},
-                                        {1, "create image "},
-                                        {3, "create clock "},
-                                        {4, "create timer "},
-                                        {6, "create polyline "},
-                                        {8, "create editable text field "}},
-                                       "");
+constexpr auto commands =
+    opcodes({{0x00, "create_icon", {"create icon ", window_and_object}},
+             {0x01, "create_image", {"create image ", window_and_object}},
+             {0x02, "create_static_text_field", create_static_text_field},
+             {0x03, "create_clock", {"create clock ", window_and_object}},
+             {0x04, "create_timer", {"create timer ", window_and_object}},
+             {0x05, "create_line", create_line},
+             {0x06, "create_polyline", {"create polyline ", window_and_object}},
+             {0x07, "create_rectangle", create_rectangle},
+             {0x08, "create_editable_text_field", {"create editable text field ", window_and_object}},
+             {0x09, "create_text_list", create_text_list},
+             {0x10, "create_item_list", "create item list "},
+             {0x11, "copy_objects", "copy objects "},
+             {0x20, "delete_objects", "delete objects "},
+             {0x21, "delete_all_window_objects", "delete all window objects "}},
+            "object ???");
 
 }  // namespace
 
-void object_creation(Session& session, const Message& m, Text& out) {
-    if (commands.write(m[1], session, m, out)) return;
-    const std::string_view text = object_commands[m[1]];
-    if (text.empty()) {
-        out.add("object ???");
-        return;
-    }
-    out.add(text);
-    window_and_object(m, out);
-}
+void object_creation(Decoding& d) { commands.write(d, d[1]); }
 
 }  // namespace ztdecode::he

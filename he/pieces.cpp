@@ -1,111 +1,103 @@
 #include "he/pieces.hpp"
 
-#include "core/going_away.hpp"
+#include "core/tables.hpp"
+#include "he/he.hpp"
 
 namespace ztdecode::he {
 
 namespace {
 
-constexpr auto object_types = names({{0, "icon"},
-                                     {1, "image"},
-                                     {2, "static text field"},
-                                     {3, "editable text field"},
-                                     {4, "clock"},
-                                     {5, "timer"},
-                                     {6, "line"},
-                                     {7, "polyline"},
-                                     {8, "rectangle"},
-                                     {9, "videotext field"},
-                                     {10, "text list"}},
+constexpr auto object_types = names({{0x00, "icon"},
+                                     {0x01, "image"},
+                                     {0x02, "static text field"},
+                                     {0x03, "editable text field"},
+                                     {0x04, "clock"},
+                                     {0x05, "timer"},
+                                     {0x06, "line"},
+                                     {0x07, "polyline"},
+                                     {0x08, "rectangle"},
+                                     {0x09, "videotext field"},
+                                     {0x0A, "text list"}},
                                     "type d'objet inconnu ???");
 
 // byte 0: type   byte 1: id
-void object_id_and_type(const Message& m, std::size_t first, Text& out) {
-    object_id(m[first + 1], out);
-    out.put(' ');
-    out.add(object_type(m[first]));
+void object_id_and_type(Decoding& d, std::size_t first) {
+    d.print("objId={object_id:02x} {object_type}"_cf, d[first + 1], object_type(d[first]));
 }
 
 }  // namespace
 
-void window_id(std::uint8_t id, Text& out) {
-    out.add("winId=");
-    out.hex(id);
+void window_and_object(Decoding& d) { d.print(" winId={window:02x} objId={object_id:02x}"_cf, d[2], d[3]); }
+
+void position(Decoding& d, std::size_t first) {
+    d.print(" X= {x}, Y= {y}"_cf, d.u16(first), d.u16(first + 2));
 }
 
-void object_id(std::uint8_t id, Text& out) {
-    out.add("objId=");
-    out.hex(id);
+void rectangle(Decoding& d, std::size_t first) {
+    position(d, first);
+    d.print(", L= {width}, H= {height}"_cf, d.u16(first + 4), d.u16(first + 6));
 }
 
-void window_and_object(const Message& m, Text& out) {
-    out.put(' ');
-    window_id(m[2], out);
-    out.put(' ');
-    object_id(m[3], out);
+void application_of_byte2(Decoding& d) { d.value("application", application(d[2])); }
+
+void cell(Decoding& d, std::size_t first) {
+    d.print("cell=[{cell_first},{cell_second}]"_cf, d[first], d[first + 1]);
 }
 
-void position(const Message& m, std::size_t first, Text& out) {
-    out.print(" X= {}, Y= {}"_cf, m.u16(first), m.u16(first + 2));
+void quoted_text(Decoding& d, FieldName field, std::size_t n) {
+    const Decoding::Scope scope(d);
+    const Decoding::Piece quoted(d);
+    d.add(" \"");
+    const std::size_t length = d.walk(d[n]);
+    d.text(field, n + 1, length);
+    d.add("\"");
 }
 
-void rectangle(const Message& m, std::size_t first, Text& out) {
-    position(m, first, out);
-    out.print(", L= {}, H= {}"_cf, m.u16(first + 4), m.u16(first + 6));
-}
-
-void cell(const Message& m, std::size_t first, Text& out) {
-    out.print("cell=[{},{}]"_cf, m[first], m[first + 1]);
-}
-
-void quoted_text(const Message& m, std::size_t n, Text& out) {
-    const Text::Piece quoted(out);
-    const std::size_t length = m[n];
-    out.add(" \"");
-    out.copy(m, n + 1, length);
-    out.put('"');
-}
-
-void shared_or_quoted_text(bool shared, const Message& m, std::size_t n, Text& out) {
-    if (shared) {
-        out.add(" - shared text -");
+void shared_or_quoted_text(Decoding& d, std::size_t shared, std::size_t n) {
+    const Decoding::Scope scope(d);
+    if (d.on(d[shared] != 0)) {
+        d.add(" - shared text -");
     } else {
-        quoted_text(m, n, out);
+        quoted_text(d, "window_text", n);
     }
 }
 
-void window_list(const Message& m, std::size_t n, Text& out) {
-    const std::size_t count = m[n];
-    if (count == 0) {
-        out.add("all windows");
-    } else if (count == 1) {
-        out.add("window ");
-        window_id(m[n + 1], out);
-    } else {
-        out.print("{} windows"_cf, count);
-        for (std::size_t k = n + 1; k <= n + count; ++k) {
-            out.add(", ");
-            window_id(m[k], out);
-        }
+void window_list(Decoding& d, std::size_t n) {
+    const Byte count = d[n];
+    switch (d.walk(count)) {
+        case 0:
+            d.add("all windows");
+            break;
+        case 1:
+            d.print("window winId={window:02x}"_cf, d[n + 1]);
+            break;
+        default:
+            d.print("{window_count} windows"_cf, count);
+            for (std::size_t k = n + 1; k <= n + count.number; ++k) d.print(", winId={window:02x}"_cf, d[k]);
+            break;
     }
 }
 
-void object_list(const Message& m, std::size_t n, Text& out) {
-    const std::size_t count = m[n];
-    if (count == 0) {
-        out.add("all objects");
-    } else if (count == 1) {
-        out.add("object ");
-        object_id_and_type(m, n + 1, out);
-    } else {
-        out.print("{} objects"_cf, count);
-        for (std::size_t k = n + 1; k <= n + 2 * count; k += 2) {
-            out.add(", ");
-            object_id_and_type(m, k, out);
-        }
+void object_list(Decoding& d, std::size_t n) {
+    const Byte count = d[n];
+    switch (d.walk(count)) {
+        case 0:
+            d.add("all objects");
+            break;
+        case 1:
+            d.add("object ");
+            object_id_and_type(d, n + 1);
+            break;
+        default:
+            d.print("{object_count} objects"_cf, count);
+            for (std::size_t k = n + 1; k <= n + std::size_t{2} * count.number; k += 2) {
+                d.add(", ");
+                object_id_and_type(d, k);
+            }
+            break;
     }
 }
 
-std::string_view object_type(std::uint32_t code) noexcept { return object_types[code]; }
+Word object_type(const Number& code) noexcept { return object_types[code]; }
 
 }  // namespace ztdecode::he

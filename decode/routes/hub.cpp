@@ -1,251 +1,270 @@
 #include "decode/routes/hub.hpp"
 
-#include "core/going_away.hpp"
+#include <array>
 
-namespace ztdecode {
+#include "core/tables.hpp"
+
+namespace ztdecode::hub {
 
 namespace {
 
-// What a set sends or gets stands behind the two bytes of the hub, as it would have been captured on the
-// set's own link.
-void carried_message(Session& session, const Message& m, Text& out) {
-    const Carried level(session);
-    if (!level) return;
-    Message carried = decale(session, m, 2);
-    carried.route = route_digital;
-    decode_carried(session, carried, out);
+// Codes 10 to 12 are those of the sets 1 to 3.
+constexpr std::uint8_t first_set = 0x10;
+constexpr std::uint8_t last_set = 0x12;
+
+Number set_of_code(const Decoding& d) { return d.code().as(d.code().number - first_set + 1); }
+
+// What they carry stands below.
+void to_set(Decoding& d) { d.print(" to set {set_number}"_cf, set_of_code(d)); }
+
+void from_set(Decoding& d) { d.print("from set {set_number}"_cf, set_of_code(d)); }
+
+// Two bytes from k on.
+Meaning version(const Decoding& d, std::size_t k) {
+    const Number number = d.u16(k);
+    return {Kind::version, true, 0, number.number, number.place};
 }
 
-std::string_view last_bit(bool set) { return set ? "1" : "0"; }
-
 // byte 2: identifier   bytes 3-4: version, may be left out   bytes 5-6: address, may be left out
-void download_request(Session& /*session*/, const Message& m, Text& out) {
-    const std::uint32_t length = m.length();
+void download_request(Decoding& d) {
+    const std::uint32_t length = d.length();
     if (length != 3 && length != 5 && length != 7) {
-        out.add("ERR: bad length, download request");
+        d.add("ERR: bad length, download request");
         return;
     }
-    out.print("download request, binary identifier: {:02x}"_cf, m[2]);
-    if (length >= 5) out.print(" version: {:02X}.{:02X}"_cf, m[3], m[4]);
-    if (length == 7) out.print(" begin address: {:02X}{:02X}"_cf, m[5], m[6]);
+    d.print("download request, binary identifier: {download_identifier:02x}"_cf, d[2]);
+    if (length >= 5) {
+        d.add(" version: ");
+        d.value("software_version", version(d, 3), [&] { d.out().print("{-:02X}.{-:02X}"_cf, d[3], d[4]); });
+    }
+    if (length == 7) d.print(" begin address: {download_address:04X}"_cf, d.u16(5));
 }
 
 // bytes 2-3: packet number; bit 7 of byte 2 is the sequence bit
-void download_data(Session& /*session*/, const Message& m, Text& out) {
-    out.add("download data");
-    out.print(", packet number: {:02X}{:02X}, seq: {}"_cf, m[2] & 0x7FU, m[3], last_bit(m.bit(2, 7)));
-}
-
-constexpr auto to_set_labels = names({{0x10, " to set 1"}, {0x11, " to set 2"}, {0x12, " to set 3"}}, "");
-
-void to_set(Session& session, const Message& m, Text& out) {
-    out.add(to_set_labels[m[1]]);
-    carried_message(session, m, out);
+void download_data(Decoding& d) {
+    d.print("download data, packet number: {packet_number:04X}, seq: {sequence_bit}"_cf, d.u16(2) & 0x7FFF,
+            d[2] >> 7);
 }
 
 // Whether the message has the length that its code wants; otherwise the complaint is all that is said of it.
-bool has_length(std::uint32_t wanted, std::string_view complaint, const Message& m, Text& out) {
-    if (m.length() == wanted) return true;
-    out.add(complaint);
+bool has_length(std::uint32_t wanted, std::string_view complaint, Decoding& d) {
+    if (d.length() == wanted) return true;
+    d.add(complaint);
     return false;
 }
 
 constexpr std::string_view bad_length = "ERR: bad length";
 
-constexpr auto activities = names({{0, "idle"}, {1, "active"}}, "???");
-
-void set_status(Session& /*session*/, const Message& m, Text& out) {
-    if (!has_length(4, bad_length, m, out)) return;
-    out.print("set {} status: {}"_cf, m[2], activities[m[3]]);
+void set_status(Decoding& d) {
+    static constexpr auto activities = names({{0, "idle"}, {1, "active"}}, "???");
+    if (!has_length(4, bad_length, d)) return;
+    d.print("set {set_number} status: {set_status}"_cf, d[2], activities[d[3]]);
 }
 
-void set_channel_mode1(Session& /*session*/, const Message& m, Text& out) {
-    if (!has_length(4, bad_length, m, out)) return;
-    out.print("set {} set channel B{} (mode 1)"_cf, m[2], m[3]);
+void set_channel_mode1(Decoding& d) {
+    if (!has_length(4, bad_length, d)) return;
+    d.print("set {set_number} set channel B{channel} (mode 1)"_cf, d[2], d[3]);
 }
 
-void set_channel_mode2(Session& /*session*/, const Message& m, Text& out) {
-    if (!has_length(4, bad_length, m, out)) return;
-    out.print("set {} set channel B{} (mode 2)"_cf, m[2], m[3]);
+void set_channel_mode2(Decoding& d) {
+    if (!has_length(4, bad_length, d)) return;
+    d.print("set {set_number} set channel B{channel} (mode 2)"_cf, d[2], d[3]);
 }
 
-constexpr auto softwares = names({{0, "ROM soft"}, {1, "RAM soft"}}, "??? soft");
-
-void anv_number_request(Session& /*session*/, const Message& m, Text& out) {
-    out.print("anv number request for {}"_cf, softwares[m[2]]);
+void anv_number_request(Decoding& d) {
+    static constexpr auto softwares = names({{0, "ROM soft"}, {1, "RAM soft"}}, "??? soft");
+    d.print("anv number request for {software}"_cf, softwares[d[2]]);
 }
 
-std::string_view on_or_off(std::uint8_t value) { return value == 1 ? "ON" : "OFF"; }
+Word on_or_off(const Byte& value) { return flag(value == 1, "ON", "OFF"); }
 
-void led(Session& /*session*/, const Message& m, Text& out) { out.print("set led {}"_cf, on_or_off(m[3])); }
+void led(Decoding& d) { d.print("set led {led_state}"_cf, on_or_off(d[3])); }
 
-void test_clock(Session& /*session*/, const Message& m, Text& out) {
-    out.print("output test clock {}"_cf, on_or_off(m[3]));
-}
+void test_clock(Decoding& d) { d.print("output test clock {test_clock}"_cf, on_or_off(d[3])); }
 
 constexpr std::string_view bad_debug_length = "ERR bad length";
 
 // Two times count in steps of 8 ms, the third in steps of 100 ms.
-void supply_on_time(Session& /*session*/, const Message& m, Text& out) {
-    if (!has_length(4, bad_debug_length, m, out)) return;
-    out.print("tempo alim on= {} ms"_cf, m[3] * 8);
+void supply_on_time(Decoding& d) {
+    if (!has_length(4, bad_debug_length, d)) return;
+    d.print("tempo alim on= {supply_on_time} ms"_cf, d[3] * 8);
 }
 
-void synchro_time(Session& /*session*/, const Message& m, Text& out) {
-    if (!has_length(4, bad_debug_length, m, out)) return;
-    out.print("tempo wait synchro= {} ms"_cf, m[3] * 8);
+void synchro_time(Decoding& d) {
+    if (!has_length(4, bad_debug_length, d)) return;
+    d.print("tempo wait synchro= {synchro_wait_time} ms"_cf, d[3] * 8);
 }
 
-void cooling_time(Session& /*session*/, const Message& m, Text& out) {
-    if (!has_length(4, bad_debug_length, m, out)) return;
-    out.print("tempo alim cooling= {} ms"_cf, m[3] * 100);
+void cooling_time(Decoding& d) {
+    if (!has_length(4, bad_debug_length, d)) return;
+    d.print("tempo alim cooling= {cooling_time} ms"_cf, d[3] * 100);
 }
 
-constexpr auto debug_commands = opcodes({{1, "read synchros"},
-                                         {2, led},
-                                         {3, test_clock},
-                                         {4, supply_on_time},
-                                         {5, "read P1 "},
-                                         {6, "write P1 "},
-                                         {7, "read P3 "},
-                                         {8, "write P3 "},
-                                         {9, synchro_time},
-                                         {10, cooling_time}});
+constexpr auto debug_commands = opcodes({{0x01, "debug_read_synchros", "read synchros"},
+                                         {0x02, "debug_led", led},
+                                         {0x03, "debug_test_clock", test_clock},
+                                         {0x04, "debug_supply_on_time", supply_on_time},
+                                         {0x05, "debug_read_p1", "read P1 "},
+                                         {0x06, "debug_write_p1", "write P1 "},
+                                         {0x07, "debug_read_p3", "read P3 "},
+                                         {0x08, "debug_write_p3", "write P3 "},
+                                         {0x09, "debug_synchro_wait_time", synchro_time},
+                                         {0x0A, "debug_cooling_time", cooling_time}},
+                                        "unknown");
 
 constexpr std::string_view no_content = "ERR: no content";
 
-void debug_command(Session& session, const Message& m, Text& out) {
-    if (m.length() < 3) {
-        out.add(no_content);
+// byte 2: what to do
+void debug_command(Decoding& d) {
+    if (d.length() < 3) {
+        d.add(no_content);
         return;
     }
-    out.add("debug: ");
-    if (!debug_commands.write(m[2], session, m, out)) out.add("unknown");
+    d.add("debug: ");
+    debug_commands.write(d, d[2]);
 }
 
-constexpr auto commands = opcodes({{0x01, download_request},
-                                   {0x04, download_data},
-                                   {0x05, "download end"},
-                                   {0x07, "download checksum"},
-                                   {0x10, to_set},
-                                   {0x11, to_set},
-                                   {0x12, to_set},
-                                   {0x13, set_status},
-                                   {0x14, set_channel_mode1},
-                                   {0x15, set_channel_mode2},
-                                   {0x16, anv_number_request},
-                                   {0x18, "set repeater mode"},
-                                   {0x19, "maintenance timer"},
-                                   {0x20, "version inquiry"},
-                                   {0x21, "status inquiry"},
-                                   {0x30, "read peripheral"},
-                                   {0x31, "write peripheral"},
-                                   {0x32, debug_command}});
+constexpr auto commands = opcodes({{0x01, "download_request", download_request},
+                                   {0x04, "download_data", download_data},
+                                   {0x05, "download_end", "download end"},
+                                   {0x07, "download_checksum", "download checksum"},
+                                   {0x10, "to_set", to_set},
+                                   {0x11, "to_set", to_set},
+                                   {0x12, "to_set", to_set},
+                                   {0x13, "set_status", set_status},
+                                   {0x14, "set_channel", set_channel_mode1},
+                                   {0x15, "set_channel", set_channel_mode2},
+                                   {0x16, "anv_number_request", anv_number_request},
+                                   {0x18, "set_repeater_mode", "set repeater mode"},
+                                   {0x19, "maintenance_timer", "maintenance timer"},
+                                   {0x20, "version_inquiry", "version inquiry"},
+                                   {0x21, "status_inquiry", "status inquiry"},
+                                   {0x30, "read_peripheral", "read peripheral"},
+                                   {0x31, "write_peripheral", "write peripheral"},
+                                   {0x32, "debug_command", debug_command}},
+                                  "unknown message");
 
 // bytes 2-3: packet number; bit 7 of byte 2 is the sequence bit   byte 4: status
-void download_ack(Session& /*session*/, const Message& m, Text& out) {
-    out.add("download ack");
-    out.print(", packet number: {:02X}{:02X}, status: {}  seq: {}"_cf, m[2] & 0x7FU, m[3],
-              std::string_view(m[4] == 0x08 ? "OK" : "BAD"), last_bit(m.bit(2, 7)));
+void download_ack(Decoding& d) {
+    d.print(
+        "download ack, packet number: {packet_number:04X}, status: {acknowledgement}  seq: {sequence_bit}"_cf,
+        d.u16(2) & 0x7FFF, either(d[4] == 0x08, "OK", "BAD"), d[2] >> 7);
 }
 
-void checksum_ack(Session& /*session*/, const Message& m, Text& out) {
-    out.print("download checksum ack  status: {}"_cf, std::string_view(m[2] == 1 ? "OK" : "BAD"));
+void checksum_ack(Decoding& d) {
+    d.print("download checksum ack  status: {checksum_status}"_cf, either(d[2] == 1, "OK", "BAD"));
 }
 
-constexpr auto from_set_labels =
-    names({{0x10, "from set 1"}, {0x11, "from set 2"}, {0x12, "from set 3"}}, "");
-
-void from_set(Session& session, const Message& m, Text& out) {
-    out.add(from_set_labels[m[1] & 0x7F]);
-    carried_message(session, m, out);
-}
-
-void set_down(Session& /*session*/, const Message& m, Text& out) { out.print("set {} down"_cf, m[2]); }
+void set_down(Decoding& d) { d.print("set {set_number} down"_cf, d[2]); }
 
 // The number is text that ends at its zero byte, wherever the message ends.
-void anv_number_response(Session& /*session*/, const Message& m, Text& out) {
-    out.print("anv number response for {} soft: "_cf, std::string_view(m[2] == 0 ? "ROM" : "RAM"));
-    out.copy_string(m, 3, message_capacity);
+void anv_number_response(Decoding& d) {
+    d.print("anv number response for {software} soft: "_cf, either(d[2] == 0, "ROM", "RAM"));
+    d.text_to_zero("anv_number", 3, message_capacity);
 }
 
-void version_response(Session& /*session*/, const Message& m, Text& out) {
-    if (!has_length(5, "ERR: bad length in version response", m, out)) return;
-    out.print("version response ROM: {:02x}, RAM: {:02x}.{:02x}"_cf, m[2], m[3], m[4]);
+void version_response(Decoding& d) {
+    if (!has_length(5, "ERR: bad length in version response", d)) return;
+    d.print("version response ROM: {rom_version:02x}, RAM: "_cf, d[2]);
+    d.value("ram_version", version(d, 3), [&] { d.out().print("{-:02x}.{-:02x}"_cf, d[3], d[4]); });
 }
 
-constexpr auto set_states = names({{0, "IDLE"},
-                                   {1, "OK"},
-                                   {2, "ALIM"},
-                                   {3, "SYNC WAIT"},
-                                   {4, "RESET WAIT"},
-                                   {5, "BAD"},
-                                   {6, "ALIM REST ON"},
-                                   {7, "ALIM REST OFF"}},
-                                  "???");
-
-void status_response(Session& /*session*/, const Message& m, Text& out) {
-    if (!has_length(5, "ERR: bad length in status response", m, out)) return;
-    out.print("status response, set1 {}, set2 {}, set3 {}"_cf, set_states[m[2]], set_states[m[3]],
-              set_states[m[4]]);
+void status_response(Decoding& d) {
+    static constexpr auto states = names({{0, "IDLE"},
+                                          {1, "OK"},
+                                          {2, "ALIM"},
+                                          {3, "SYNC WAIT"},
+                                          {4, "RESET WAIT"},
+                                          {5, "BAD"},
+                                          {6, "ALIM REST ON"},
+                                          {7, "ALIM REST OFF"}},
+                                         "???");
+    if (!has_length(5, "ERR: bad length in status response", d)) return;
+    d.print("status response, set1 {set1_status}, set2 {set2_status}, set3 {set3_status}"_cf, states[d[2]],
+            states[d[3]], states[d[4]]);
 }
 
 // byte 3: who is without synchronisation
-void synchros(Session& /*session*/, const Message& m, Text& out) {
-    if (m[3] == 0) {
-        out.add("synchros response: all OK");
+void synchros(Decoding& d) {
+    static constexpr std::array<std::string_view, 4> names = {"dhs ", "set1 ", "set2 ", "set3 "};
+    if (d.on(d[3] == 0)) {
+        d.add("synchros response: all OK");
         return;
     }
-    out.add("synchros response: OK except ");
-    if (m.bit(3, 0)) out.add("dhs ");
-    if (m.bit(3, 1)) out.add("set1 ");
-    if (m.bit(3, 2)) out.add("set2 ");
-    if (m.bit(3, 3)) out.add("set3 ");
+    d.add("synchros response: OK except ");
+    for (unsigned n = 0; n < names.size(); ++n) {
+        if (d.bit(3, n).holds) d.value("without_synchro", Word{names[n], 1U << n, true, d[3].place});
+    }
 }
 
-constexpr auto debug_answers = opcodes({{1, synchros}, {5, "P1 value"}, {7, "P3 value"}});
+constexpr auto debug_answers = opcodes({{0x01, "debug_synchros", synchros},
+                                        {0x05, "debug_p1_value", "P1 value"},
+                                        {0x07, "debug_p3_value", "P3 value"}},
+                                       "unknown");
 
-void debug_answer(Session& session, const Message& m, Text& out) {
-    if (m.length() < 2) {
-        out.add(no_content);
+// byte 2: what was asked for
+void debug_answer(Decoding& d) {
+    if (d.length() < 2) {
+        d.add(no_content);
         return;
     }
-    out.add("debug ");
-    if (!debug_answers.write(m[2], session, m, out)) out.add("unknown");
+    d.add("debug ");
+    debug_answers.write(d, d[2]);
 }
 
-constexpr auto reports = opcodes({{0x02, download_ack},
-                                  {0x06, "download end ack"},
-                                  {0x08, checksum_ack},
-                                  {0x10, from_set},
-                                  {0x11, from_set},
-                                  {0x12, from_set},
-                                  {0x13, set_down},
-                                  {0x17, anv_number_response},
-                                  {0x1F, "unsolicited message"},
-                                  {0x20, version_response},
-                                  {0x21, status_response},
-                                  {0x30, "peripheral content"},
-                                  {0x32, debug_answer}});
+constexpr auto reports = opcodes({{0x02, "download_ack", download_ack},
+                                  {0x06, "download_end_ack", "download end ack"},
+                                  {0x08, "download_checksum_ack", checksum_ack},
+                                  {0x10, "from_set", from_set},
+                                  {0x11, "from_set", from_set},
+                                  {0x12, "from_set", from_set},
+                                  {0x13, "set_down", set_down},
+                                  {0x17, "anv_number_response", anv_number_response},
+                                  {0x1F, "unsolicited_message", "unsolicited message"},
+                                  {0x20, "version_response", version_response},
+                                  {0x21, "status_response", status_response},
+                                  {0x30, "peripheral_content", "peripheral content"},
+                                  {0x32, "debug_answer", debug_answer}},
+                                 "unknown message");
+
+// Hub messages carry each other, thousands deep: what a level of that does not need stays out of its stack
+// frame, above all the tables' rows.
+
+[[gnu::noinline]] void write_command(Decoding& d) { commands.write(d, d[1]); }
+
+[[gnu::noinline]] void write_report(Decoding& d) { reports.write(d, d[1] & 0x7F); }
+
+// What a set sends or gets stands behind the two bytes of the hub, as it would have been captured on the
+// set's own link.
+[[gnu::noinline]] void carried_message(Decoding& d) {
+    const Carried level(d.session());
+    if (!level) return;
+    const Message message = decale(d.session(), d.message(), 2);
+    Decoding carried(d, message);
+    decode_carried(carried);
+}
+
+void message_of_a_set(Decoding& d, std::uint8_t code) {
+    if (code >= first_set && code <= last_set) carried_message(d);
+}
 
 }  // namespace
 
 // Towards the system bit 7 of the code does not count; from the system it does.
-void hub2dhs(Session& session, Message& m, Text& out) {
-    m.status = Status::recognised;
-    if (!reports.write(m[1] & 0x7F, session, m, out)) out.add("unknown message");
+void to_system(Decoding& d) {
+    d.status = Status::recognised;
+    write_report(d);
+    message_of_a_set(d, d[1].number & 0x7F);
 }
 
-void dhs2hub(Session& session, Message& m, Text& out) {
-    m.status = Status::recognised;
-    if (m.length() == 1) {
-        out.add(no_content);
+void from_system(Decoding& d) {
+    d.status = Status::recognised;
+    if (d.length() == 1) {
+        d.add(no_content);
         return;
     }
-    if (!commands.write(m[1], session, m, out)) out.add("unknown message");
+    write_command(d);
+    message_of_a_set(d, d[1].number);
 }
 
-}  // namespace ztdecode
-
-void ztdecode::hub::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2hub, d); }
-void ztdecode::hub::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::hub2dhs, d); }
+}  // namespace ztdecode::hub

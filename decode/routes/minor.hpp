@@ -12,14 +12,6 @@ void dhs2cs(Session& session, Message& m, Text& out);
 void prs2dhs(Session& session, Message& m, Text& out);
 void dhs2prs(Session& session, Message& m, Text& out);
 
-// The debug channel: plain text.
-void dbg2dhs(Session& session, Message& m, Text& out);
-void dhs2dbg(Session& session, Message& m, Text& out);
-
-// OSI maintenance.
-void osi2dhs(Session& session, Message& m, Text& out);
-void dhs2osi(Session& session, Message& m, Text& out);
-
 }  // namespace ztdecode
 
 namespace ztdecode::call_server {
@@ -35,17 +27,3 @@ void from_system(Decoding& d);
 void to_system(Decoding& d);
 
 }  // namespace ztdecode::presentation_server
-
-namespace ztdecode::debug {
-
-void from_system(Decoding& d);
-void to_system(Decoding& d);
-
-}  // namespace ztdecode::debug
-
-namespace ztdecode::osi {
-
-void from_system(Decoding& d);
-void to_system(Decoding& d);
-
-}  // namespace ztdecode::osi

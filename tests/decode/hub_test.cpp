@@ -21,8 +21,13 @@ void expect_rows(Decoder decoder, std::uint32_t direction, const std::vector<Row
     }
 }
 
-void to_hub(const std::vector<Row>& rows) { expect_rows(dhs2hub, from_dhs, rows); }
-void from_hub(const std::vector<Row>& rows) { expect_rows(hub2dhs, to_dhs, rows); }
+void to_hub(const std::vector<Row>& rows) { expect_rows(hub::from_system, from_dhs, rows); }
+void from_hub(const std::vector<Row>& rows) { expect_rows(hub::to_system, to_dhs, rows); }
+
+void decode_with(Decoder decoder, TestSession& session, const Message& m, Text& out) {
+    Decoding d(session.session(), m, out);
+    decoder(d);
+}
 
 std::string repeated(const std::string& text, std::size_t times) {
     std::string result;
@@ -36,7 +41,7 @@ TEST(HubFromSystem, NoContent) {
     Message m(record.data(), 1, 2);
     TestSession d;
     Text out;
-    dhs2hub(d.session(), m, out);
+    decode_with(hub::from_system, d, m, out);
     EXPECT_EQ(out.view(), "ERR: no content");
 }
 
@@ -131,7 +136,7 @@ TEST(HubFromSystem, EveryOtherCodeIsUnknown) {
                                             0x15, 0x16, 0x18, 0x19, 0x20, 0x21, 0x30, 0x31, 0x32};
     for (std::size_t code = 0; code < 256; ++code) {
         if (std::find(known.begin(), known.end(), code) != known.end()) continue;
-        to_hub({{fmt::format("14 {:02x} 01 02"_cf, code), "unknown message"}});
+        to_hub({{formatted("14 {-:02x} 01 02"_cf, code), "unknown message"}});
     }
 }
 
@@ -162,7 +167,7 @@ TEST(HubToSystem, SetsAndNumbers) {
     Message m(record.data(), 4, record.size());
     TestSession d;
     Text out;
-    hub2dhs(d.session(), m, out);
+    decode_with(hub::to_system, d, m, out);
     EXPECT_EQ(out.view(), "anv number response for ROM soft: ABC");
 }
 
@@ -208,7 +213,7 @@ TEST(HubToSystem, AMessageOfOneByteIsNamedByTheByteBehindIt) {
     Message m(record.data(), 1, record.size());
     TestSession d;
     Text out;
-    hub2dhs(d.session(), m, out);
+    decode_with(hub::to_system, d, m, out);
     EXPECT_EQ(out.view(), "ERR: no content");
     EXPECT_EQ(d.error, "");
 }
@@ -218,7 +223,7 @@ TEST(HubToSystem, ASetMessageThatIsNotThere) {
     Message m(record.data(), 1, record.size());
     TestSession d;
     Text out;
-    hub2dhs(d.session(), m, out);
+    decode_with(hub::to_system, d, m, out);
     EXPECT_EQ(out.view(), "from set 1");
     EXPECT_EQ(d.error, "decalage incorrect: demandé: 2, disponible: 1\n");
 }
@@ -236,7 +241,7 @@ TEST(HubToSystem, EveryOtherCodeIsUnknown) {
                                             0x17, 0x1F, 0x20, 0x21, 0x30, 0x32};
     for (std::size_t code = 0; code < 256; ++code) {
         if (std::find(known.begin(), known.end(), code & 0x7F) != known.end()) continue;
-        from_hub({{fmt::format("14 {:02x} 01 02"_cf, code), "unknown message"}});
+        from_hub({{formatted("14 {-:02x} 01 02"_cf, code), "unknown message"}});
     }
 }
 
@@ -286,7 +291,7 @@ TEST(HubCarries, BytesBehindTheSetMessageAreThoseOfTheHubMessage) {
     m.direction = to_dhs;
     TestSession d;
     Text out;
-    hub2dhs(d.session(), m, out);
+    decode_with(hub::to_system, d, m, out);
     EXPECT_EQ(out.view(), "from set 1\tIP - param response(s):\n\t... tscip version aa bb aa bb");
     EXPECT_EQ(TestSession().to_dhs("14 10 14 11 13 02 01 06 aa bb"),
               "\tHUB - from set 1\tHUB - from set 2\tIP - param response(s):\n\t... tscip version aa bb aa "
@@ -316,7 +321,7 @@ TEST(HubCarries, Traces) {
 
 TEST(HubCarries, TheRouteOfTheHubMessageStays) {
     TestSession d;
-    EXPECT_EQ(d.with(dhs2hub, "14 10 13 06"), " to set 1\tIP - stop tone");
+    EXPECT_EQ(d.with(hub::from_system, "14 10 13 06"), " to set 1\tIP - stop tone");
     EXPECT_EQ(d.route, route_digital);  // as it came in: only the dispatcher writes it
     EXPECT_EQ(d.status, Status::recognised);
 }
@@ -393,12 +398,12 @@ TEST(HubNests, ThroughSuperMessages) {
     std::vector<std::uint8_t> data = bytes("13 06");
     std::vector<std::string> pieces = {"\tIP - stop tone"};
     while (data.size() + 5 <= message_capacity) {
-        std::string line = fmt::format("\t> zt {:02x} 00 "_cf, data.size());
-        for (const std::uint8_t byte : data) line += fmt::format("{:02x} "_cf, byte);
+        std::string line = formatted("\t> zt {-:02x} 00 "_cf, data.size());
+        for (const std::uint8_t byte : data) line += formatted("{-:02x} "_cf, byte);
         line.back() = '\n';
         pieces.push_back("\tHUB -  to set 3\t- super message, type 2:\n" + line);
         const auto head =
-            bytes(fmt::format("14 12 17 {:02x} {:02x}"_cf, data.size() & 0xFF, data.size() >> 8));
+            bytes(formatted("14 12 17 {-:02x} {-:02x}"_cf, data.size() & 0xFF, data.size() >> 8));
         data.insert(data.begin(), head.begin(), head.end());
     }
     std::string text;

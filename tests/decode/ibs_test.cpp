@@ -59,13 +59,13 @@ TEST(Ibs, EveryClassAndName) {
     for (std::size_t byte = 0; byte < 256; ++byte) {
         const Names& c = classes[byte >> 4];
         const std::string text = std::string(c.label) + name_in(c, byte & 15);
-        const std::string hex = fmt::format("12 {:02x} 07 9a"_cf, byte);
+        const std::string hex = formatted("12 {-:02x} 07 9a"_cf, byte);
         const bool anomaly = byte == 0x13 || byte == 0x93;
         TestSession d;
-        EXPECT_EQ(d.with(dhs2ibs, hex), text) << hex;
+        EXPECT_EQ(d.with(ibs::from_system, hex), text) << hex;
         EXPECT_EQ(d.status, Status::recognised);
         d.status = Status::none;
-        EXPECT_EQ(d.with(ibs2dhs, hex, to_dhs), text + (anomaly ? ", lien: 07 name 9a" : "")) << hex;
+        EXPECT_EQ(d.with(ibs::to_system, hex, to_dhs), text + (anomaly ? ", lien: 07 name 9a" : "")) << hex;
         EXPECT_EQ(d.status, Status::recognised);
     }
 }
@@ -89,16 +89,9 @@ TEST(Ibs, AMessageOfOneByteIsNamedByTheByteBehindIt) {
     Message m(record.data(), 1, 2);
     TestSession d;
     Text out;
-    dhs2ibs(d.session(), m, out);
+    Decoding decoding(d.session(), m, out);
+    ibs::from_system(decoding);
     EXPECT_EQ(out.view(), "DECT CPU to IBS: FD_DL_RELEASE_REQ");
-}
-
-TEST(Ibs, NamesOfClassesThatDoNotExist) {
-    EXPECT_EQ(ibs_message_name(0, 15), "unknown name ");
-    EXPECT_EQ(ibs_message_name(0, 16), "unknown name ");
-    EXPECT_EQ(ibs_message_name(16, 0), "unknown name ");
-    EXPECT_EQ(ibs_message_name(0xFFFFFFFF, 0), "unknown name ");
-    EXPECT_EQ(ibs_message_name(0, 0), "downloading suggest");
 }
 
 }  // namespace

@@ -29,18 +29,18 @@ TEST(HeApplications, EveryByte) {
         const auto found = names.find(id);
         const std::string digits =
             " " + std::string(1, "0123456789abcdef"[id / 16]) + "0123456789abcdef"[id % 16];
-        EXPECT_EQ(written(apId(id)), found != names.end() ? found->second : digits);
+        EXPECT_EQ(written(he::application({id})), found != names.end() ? found->second : digits);
     }
 }
 
 TEST(HeApplications, NumbersWithoutAName) {
-    EXPECT_EQ(written(apId(5)), " 05");
-    EXPECT_EQ(written(apId(247)), " f7");
+    EXPECT_EQ(written(he::application({5})), " 05");
+    EXPECT_EQ(written(he::application({247})), " f7");
 }
 
 TEST(HeApplications, NumbersThatNoByteHolds) {
-    EXPECT_EQ(written(apId(256)), " 100");
-    EXPECT_EQ(written(apId(0xFFFFFFFF)), " ffffffff");
+    EXPECT_EQ(written(he::application({256})), " 100");
+    EXPECT_EQ(written(he::application({0xFFFFFFFF})), " ffffffff");
 }
 
 }  // namespace

@@ -5,7 +5,7 @@
 namespace ztdecode::testing {
 namespace {
 
-void from_system(const std::vector<Row>& rows) { expect_rows(dhs2he, Status::recognised, rows); }
+void from_system(const std::vector<Row>& rows) { expect_rows(he::from_system, Status::recognised, rows); }
 
 TEST(HeFromSystem, PlainOpcodes) {
     from_system({{"00", "nop"},
@@ -102,10 +102,10 @@ TEST(HeFromSystem, ApplicationManagement) {
 }
 
 TEST(HeFromSystem, EveryOtherOpcodeIsUnknown) {
-    const std::vector<int> known = {0, 6, 43, 44, 47, 57, 58, 73, 76, 77, 80, 81, 82, 83, 84, 85, 86};
-    for (int opcode = 0; opcode < 256; ++opcode) {
+    const std::vector<unsigned> known = {0, 6, 43, 44, 47, 57, 58, 73, 76, 77, 80, 81, 82, 83, 84, 85, 86};
+    for (unsigned opcode = 0; opcode < 256; ++opcode) {
         TestSession d;
-        const std::string text = d.with(dhs2he, fmt::format("{:02x} 02 00", opcode));
+        const std::string text = d.with(he::from_system, formatted("{-:02x} 02 00"_cf, opcode));
         if (std::find(known.begin(), known.end(), opcode & 0x7F) != known.end()) {
             EXPECT_EQ(d.status, Status::recognised) << opcode;
             EXPECT_NE(text, "???") << opcode;

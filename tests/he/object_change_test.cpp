@@ -3,7 +3,7 @@
 namespace ztdecode::testing {
 namespace {
 
-void from_system(const std::vector<Row>& rows) { expect_rows(dhs2he, Status::recognised, rows); }
+void from_system(const std::vector<Row>& rows) { expect_rows(he::from_system, Status::recognised, rows); }
 
 TEST(HeObjectChange, ObjectsByTheirIds) {
     from_system({{"53 00 01 02", "change icon attributes winId=01 objId=02"},
@@ -174,10 +174,11 @@ TEST(HeObjectChange, WithoutIds) {
 }
 
 TEST(HeObjectChange, EveryOtherCommandIsUnknown) {
-    for (int command = 0; command < 256; ++command) {
+    for (unsigned command = 0; command < 256; ++command) {
         if (command <= 33 && command != 18) continue;
         TestSession d;
-        EXPECT_EQ(d.with(dhs2he, fmt::format("53 {:02x} 01 02", command)), "change object attributes: ???")
+        EXPECT_EQ(d.with(he::from_system, formatted("53 {-:02x} 01 02"_cf, command)),
+                  "change object attributes: ???")
             << command;
         EXPECT_EQ(d.status, Status::recognised) << command;
     }

@@ -3,7 +3,7 @@
 namespace ztdecode::testing {
 namespace {
 
-void from_system(const std::vector<Row>& rows) { expect_rows(dhs2he, Status::recognised, rows); }
+void from_system(const std::vector<Row>& rows) { expect_rows(he::from_system, Status::recognised, rows); }
 
 // The command's blank and the one that starts the ids stand beside each other.
 TEST(HeObjectCreation, ObjectsByTheirIds) {
@@ -76,10 +76,11 @@ TEST(HeObjectCreation, WithoutIds) {
 }
 
 TEST(HeObjectCreation, EveryOtherCommandIsUnknown) {
-    for (int command = 0; command < 256; ++command) {
+    for (unsigned command = 0; command < 256; ++command) {
         if (command <= 9 || command == 16 || command == 17 || command == 32 || command == 33) continue;
         TestSession d;
-        EXPECT_EQ(d.with(dhs2he, fmt::format("52 {:02x} 01 02", command)), "object ???") << command;
+        EXPECT_EQ(d.with(he::from_system, formatted("52 {-:02x} 01 02"_cf, command)), "object ???")
+            << command;
         EXPECT_EQ(d.status, Status::recognised) << command;
     }
 }

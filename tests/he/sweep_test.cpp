@@ -9,8 +9,6 @@
 namespace ztdecode::testing {
 namespace {
 
-using Decoder = void (*)(Session&, Message&, Text&);
-
 struct Filling {
     std::uint8_t first;
     std::uint8_t step;
@@ -28,11 +26,12 @@ std::string decoded(Decoder decoder, Session& session, const Filling& filling, s
     }
     Message m(bytes.get(), length, length);
     Text out;
+    Decoding d(session, m, out);
     {
-        const Text::Piece whole(out);
-        decoder(session, m, out);
+        const Decoding::Piece whole(d);
+        decoder(d);
     }
-    EXPECT_TRUE(m.status == Status::recognised || (m.status == Status::unknown && out.view() == "???"));
+    EXPECT_TRUE(d.status == Status::recognised || (d.status == Status::unknown && out.view() == "???"));
     return std::string(out.view());
 }
 
@@ -58,16 +57,16 @@ void sweep(Decoder decoder, const std::vector<std::size_t>& lengths, int opcode_
     }
 }
 
-TEST(HeSweep, EveryCommandToSystem) { sweep(he2dhs, {2, 3, 7, 40}, 1, 1); }
+TEST(HeSweep, EveryCommandToSystem) { sweep(he::to_system, {2, 3, 7, 40}, 1, 1); }
 
-TEST(HeSweep, EveryCommandFromSystem) { sweep(dhs2he, {2, 3, 7, 40}, 1, 1); }
+TEST(HeSweep, EveryCommandFromSystem) { sweep(he::from_system, {2, 3, 7, 40}, 1, 1); }
 
 TEST(HeSweep, EveryLength) {
     std::vector<std::size_t> lengths;
     for (std::size_t n = 0; n <= 40; ++n) lengths.push_back(n);
     for (const unsigned n : {255U, 256U, 257U, 300U, 511U, 512U, 600U, 5119U, 5120U}) lengths.push_back(n);
     // A few sub-commands of each opcode; the next test has those that read most.
-    for (const Decoder decoder : {he2dhs, dhs2he}) sweep(decoder, lengths, 1, 37);
+    for (const Decoder decoder : {he::to_system, he::from_system}) sweep(decoder, lengths, 1, 37);
 }
 
 // Lists, texts and their length checks; what one session writes, another one writes too.
@@ -80,7 +79,7 @@ TEST(HeSweep, EveryObjectCommandAtEveryLength) {
                 for (const std::size_t length : lengths) {
                     Session one;
                     Session other;
-                    for (const Decoder decoder : {he2dhs, dhs2he}) {
+                    for (const Decoder decoder : {he::to_system, he::from_system}) {
                         EXPECT_EQ(decoded(decoder, one, filling, static_cast<std::uint8_t>(opcode),
                                           static_cast<std::uint8_t>(command), length),
                                   decoded(decoder, other, filling, static_cast<std::uint8_t>(opcode),

@@ -7,7 +7,7 @@ namespace {
 
 using namespace std::string_literals;
 
-void to_system(const std::vector<Row>& rows) { expect_rows(he2dhs, Status::recognised, rows); }
+void to_system(const std::vector<Row>& rows) { expect_rows(he::to_system, Status::recognised, rows); }
 
 TEST(HeToSystem, PlainOpcodes) {
     to_system({{"00", "NOP ack"},
@@ -138,7 +138,7 @@ TEST(HeToSystem, LongestReportedValue) {
     std::string hex = "31 00 01 02 03 ff";
     for (int i = 0; i < 255; ++i) hex += " 78";
     TestSession d;
-    EXPECT_EQ(d.with(he2dhs, hex),
+    EXPECT_EQ(d.with(he::to_system, hex),
               "report:  winId=01 objId=02 valKey:03, lng=ff  \"" + std::string(255, 'x') + "\"");
 }
 
@@ -169,10 +169,10 @@ TEST(HeToSystem, ApplicationManagement) {
 }
 
 TEST(HeToSystem, EveryOtherOpcodeIsUnknown) {
-    const std::vector<int> known = {0, 1, 2, 3, 6, 7, 31, 32, 34, 37, 44, 46, 47, 48, 49, 52, 53, 80};
-    for (int opcode = 0; opcode < 256; ++opcode) {
+    const std::vector<unsigned> known = {0, 1, 2, 3, 6, 7, 31, 32, 34, 37, 44, 46, 47, 48, 49, 52, 53, 80};
+    for (unsigned opcode = 0; opcode < 256; ++opcode) {
         TestSession d;
-        const std::string text = d.with(he2dhs, fmt::format("{:02x} 00 00", opcode));
+        const std::string text = d.with(he::to_system, formatted("{-:02x} 00 00"_cf, opcode));
         if (std::find(known.begin(), known.end(), opcode & 0x7F) != known.end()) {
             EXPECT_EQ(d.status, Status::recognised) << opcode;
             EXPECT_NE(text, "???") << opcode;
@@ -188,9 +188,9 @@ TEST(HeToSystem, MessageWithoutBytes) { to_system({{"", "NOP ack"}}); }
 // A window command's text is the other direction's; nothing here changes it.
 TEST(HeToSystem, LeavesTheWindowCommandAlone) {
     TestSession d;
-    d.with(dhs2he, "50 06 04");
-    d.with(he2dhs, "50 04");
-    EXPECT_EQ(d.with(dhs2he, "50 09"), "refresh window winId=04???");
+    d.with(he::from_system, "50 06 04");
+    d.with(he::to_system, "50 04");
+    EXPECT_EQ(d.with(he::from_system, "50 09"), "refresh window winId=04???");
 }
 
 }  // namespace

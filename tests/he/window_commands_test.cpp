@@ -3,7 +3,7 @@
 namespace ztdecode::testing {
 namespace {
 
-void from_system(const std::vector<Row>& rows) { expect_rows(dhs2he, Status::recognised, rows); }
+void from_system(const std::vector<Row>& rows) { expect_rows(he::from_system, Status::recognised, rows); }
 
 std::string marks(std::size_t n) {
     std::string text;
@@ -58,27 +58,27 @@ TEST(HeWindowCommands, ListBeyondTheMessage) {
 }
 
 TEST(HeWindowCommands, UnknownAloneIsItsMark) {
-    for (int command = 8; command < 256; ++command) {
+    for (unsigned command = 8; command < 256; ++command) {
         TestSession d;
-        EXPECT_EQ(d.with(dhs2he, fmt::format("50 {:02x} 01 02 03", command)), "???");
+        EXPECT_EQ(d.with(he::from_system, formatted("50 {-:02x} 01 02 03"_cf, command)), "???");
         EXPECT_EQ(d.status, Status::recognised);
     }
 }
 
 TEST(HeWindowCommands, UnknownStandsBehindTheLastOne) {
     TestSession d;
-    d.with(dhs2he, "50 06 04");
-    EXPECT_EQ(d.with(dhs2he, "50 09"), "refresh window winId=04???");
-    EXPECT_EQ(d.with(dhs2he, "50 08 01"), "refresh window winId=04??????");
-    EXPECT_EQ(d.with(dhs2he, "d0 ff"), "refresh window winId=04?????????");
-    EXPECT_EQ(d.with(dhs2he, "50 04 03"), "move window: winId=03");
-    EXPECT_EQ(d.with(dhs2he, "50 09"), "move window: winId=03???");
+    d.with(he::from_system, "50 06 04");
+    EXPECT_EQ(d.with(he::from_system, "50 09"), "refresh window winId=04???");
+    EXPECT_EQ(d.with(he::from_system, "50 08 01"), "refresh window winId=04??????");
+    EXPECT_EQ(d.with(he::from_system, "d0 ff"), "refresh window winId=04?????????");
+    EXPECT_EQ(d.with(he::from_system, "50 04 03"), "move window: winId=03");
+    EXPECT_EQ(d.with(he::from_system, "50 09"), "move window: winId=03???");
 }
 
 TEST(HeWindowCommands, UnknownOnesGatherBeforeAnyKnownOne) {
     TestSession d;
-    EXPECT_EQ(d.with(dhs2he, "50 08"), "???");
-    EXPECT_EQ(d.with(dhs2he, "50 08"), "??????");
+    EXPECT_EQ(d.with(he::from_system, "50 08"), "???");
+    EXPECT_EQ(d.with(he::from_system, "50 08"), "??????");
 }
 
 TEST(HeWindowCommands, EveryKnownOneIsRemembered) {
@@ -93,28 +93,28 @@ TEST(HeWindowCommands, EveryKnownOneIsRemembered) {
              {"50 07 00", "set softkeys status winId=00"},
          }) {
         TestSession d;
-        EXPECT_EQ(d.with(dhs2he, row.hex), row.text);
-        EXPECT_EQ(d.with(dhs2he, "50 08"), std::string(row.text) + "???");
+        EXPECT_EQ(d.with(he::from_system, row.hex), row.text);
+        EXPECT_EQ(d.with(he::from_system, "50 08"), std::string(row.text) + "???");
     }
 }
 
 TEST(HeWindowCommands, OtherFamiliesLeaveTheTextAlone) {
     TestSession d;
-    d.with(dhs2he, "50 03 00");
+    d.with(he::from_system, "50 03 00");
     for (const char* other : {"00", "2c 00 00", "2f 01", "4c", "4d 00", "51 00", "51 08", "52 00", "52 0a",
                               "53 00", "53 22", "54 00", "54 09", "55 00", "55 09", "56 01", "56 09", "7f"}) {
-        d.with(dhs2he, other);
+        d.with(he::from_system, other);
     }
-    EXPECT_EQ(d.with(dhs2he, "50 08"), "unmap all windows???");
+    EXPECT_EQ(d.with(he::from_system, "50 08"), "unmap all windows???");
 }
 
 TEST(HeWindowCommands, SessionsRememberTheirOwn) {
     TestSession one;
     TestSession other;
-    one.with(dhs2he, "50 06 01");
-    other.with(dhs2he, "50 06 02");
-    EXPECT_EQ(one.with(dhs2he, "50 08"), "refresh window winId=01???");
-    EXPECT_EQ(other.with(dhs2he, "50 08"), "refresh window winId=02???");
+    one.with(he::from_system, "50 06 01");
+    other.with(he::from_system, "50 06 02");
+    EXPECT_EQ(one.with(he::from_system, "50 08"), "refresh window winId=01???");
+    EXPECT_EQ(other.with(he::from_system, "50 08"), "refresh window winId=02???");
 }
 
 // What a decoder before it has written is not the window command's.
@@ -126,14 +126,14 @@ TEST(HeWindowCommands, RemembersOnlyItsOwnText) {
 
 TEST(HeWindowCommands, UnknownOnesWithoutEnd) {
     TestSession d;
-    d.with(dhs2he, "50 06 04");
+    d.with(he::from_system, "50 06 04");
     for (std::size_t n = 1; n <= 5000; ++n) {
-        ASSERT_EQ(d.with(dhs2he, "50 08"), "refresh window winId=04" + marks(n)) << n;
+        ASSERT_EQ(d.with(he::from_system, "50 08"), "refresh window winId=04" + marks(n)) << n;
     }
-    for (int n = 0; n < 5000; ++n) d.with(dhs2he, "50 08");
-    const std::string text = d.with(dhs2he, "50 08");
+    for (int n = 0; n < 5000; ++n) d.with(he::from_system, "50 08");
+    const std::string text = d.with(he::from_system, "50 08");
     EXPECT_EQ(text, "refresh window winId=04" + marks(5453));
-    EXPECT_EQ(d.with(dhs2he, "50 08"), text);
+    EXPECT_EQ(d.with(he::from_system, "50 08"), text);
 }
 
 }  // namespace
