@@ -10,8 +10,8 @@
 #include "core/decoding.hpp"
 
 // Tables are written as rows {code, ...} in ascending order, with what stands for every other code behind
-// them, and looked up directly: the compiler lays an index of all codes beside the rows. A table whose rows are
-// out of order, double or too many does not compile.
+// them, and looked up directly: the compiler lays an index of all codes beside the rows. A table whose rows
+// are out of order, double or too many does not compile.
 
 namespace ztdecode {
 
@@ -95,8 +95,8 @@ struct Action {
     std::string_view words{};
     Decoder decoder = nullptr;
 
-    constexpr Action(const char* w) : words(w) {}          // NOLINT: stands in rows
-    constexpr Action(std::string_view w) : words(w) {}     // NOLINT: stands in rows
+    constexpr Action(const char* w) : words(w) {}       // NOLINT: stands in rows
+    constexpr Action(std::string_view w) : words(w) {}  // NOLINT: stands in rows
     template <std::convertible_to<Decoder> D>
     constexpr Action(D d) : decoder(d) {}  // NOLINT: stands in rows
 
@@ -118,7 +118,10 @@ struct Opcode {
 template <std::size_t N>
 class Opcodes {
   public:
-    consteval Opcodes(const Opcode (&rows)[N], Action other) : table_(rows), other_(other) {}  // NOLINT: as above
+    consteval Opcodes(const Opcode (&rows)[N], Action other)
+        : table_(rows), other_(other) {}                                             // NOLINT: as above
+    consteval Opcodes(const Opcode (&rows)[N], std::string_view name, Action other)  // NOLINT: as above
+        : table_(rows), other_name_(name), other_(other) {}
 
     // Writes what the row of the code says; false when there is none, and the words for such codes.
     bool write(Decoding& d, const Number& code) const {
@@ -127,6 +130,9 @@ class Opcodes {
             if (row != nullptr) {
                 d.name(row->name, code);
                 row->action(d);
+            } else if (!other_name_.empty()) {
+                d.name(other_name_, code);
+                other_(d);
             } else {
                 d.unknown(code, [&] { other_(d); });
             }
@@ -138,12 +144,19 @@ class Opcodes {
 
   private:
     Table<Opcode, N> table_;
+    std::string_view other_name_{};
     Action other_;
 };
 
 template <std::size_t N>
 consteval Opcodes<N> opcodes(const Opcode (&rows)[N], Action other) {  // NOLINT: a braced list
     return Opcodes<N>(rows, other);
+}
+// Every other code is a message, too, and this one.
+template <std::size_t N>
+consteval Opcodes<N> opcodes(const Opcode (&rows)[N], std::string_view name,
+                             Action other) {  // NOLINT: as above
+    return Opcodes<N>(rows, name, other);
 }
 
 // An item of a list: its label, what its value is called, and how the value is written behind the label.

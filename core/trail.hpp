@@ -64,10 +64,10 @@ struct NotedMessage {
     std::string_view link{};
     std::string_view name{};  // none: its code is unknown
     std::uint32_t code = no_code;
-    bool reassembled = false;              // it, or a carrier of it, was put together from segments
-    std::vector<std::uint8_t> bytes{};     // of one that was put together here
+    bool reassembled = false;               // it, or a carrier of it, was put together from segments
+    std::vector<std::uint8_t> bytes{};      // of one that was put together here
     std::vector<std::uint64_t> segments{};  // where they stood in the trace: `Trail::place` of each
-    std::vector<ByteRange> missing{};      // offsets in itself
+    std::vector<ByteRange> missing{};       // offsets in itself
 };
 
 // Notes of one message's decoding, for whoever asks for them: every value with its name, its meaning and its
@@ -85,8 +85,8 @@ class Trail {
 
     // Starts anew for the message whose text is written to `text` from its present end on.
     void start(const Text& text, const Message& m);
-    // Closes the last stretch; std::bad_alloc is thrown when there was no memory for a note. Offsets count from
-    // where the text stood at `start`.
+    // Closes the last stretch; std::bad_alloc is thrown when there was no memory for a note. Offsets count
+    // from where the text stood at `start`.
     void finish();
 
     // What is decoded from here on is a message that the present one carries, until `leave_message`.
@@ -105,8 +105,8 @@ class Trail {
     void end_scope(std::size_t scope) noexcept;
 
     // A value that was written from `begin` to `end` of the text.
-    void value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning, std::size_t begin,
-               std::size_t end) noexcept;
+    void value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning,
+               std::size_t begin, std::size_t end) noexcept;
     // Plain words, chosen by these bytes.
     void words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept;
 
@@ -116,6 +116,27 @@ class Trail {
     void look_at_cut() noexcept;
     // What was written since `look` is no part of the text: the codes of a colour.
     void pass_over() noexcept;
+
+    // Notes of a piece of the text, for one that is written elsewhere, or once more: offsets in it count from
+    // where the piece began.
+    class Notes {
+        friend class Trail;
+        struct Span {
+            std::uint32_t message;
+            std::uint32_t begin;
+            std::uint32_t end;
+        };
+        std::uint32_t size_ = 0;
+        std::uint32_t first_value_ = 0;
+        std::vector<Stretch> stretches_;
+        std::vector<NotedValue> values_;
+        std::vector<Span> messages_;
+    };
+    // Those of the text from `begin` to `end`, to be asked for before the text is cut.
+    Notes notes(std::size_t begin, std::size_t end) noexcept;
+    // The piece stands at `begin` now, where the text ended before. Messages whose text is in it are those
+    // that stand there from now on.
+    void put(const Notes& notes, std::size_t begin) noexcept;
 
     const std::vector<Stretch>& stretches() const noexcept { return stretches_; }
     const std::vector<NotedValue>& values() const noexcept { return values_; }
