@@ -424,9 +424,9 @@ TEST(SubSuper, PartsAreMessagesThatKeepTheWayBackToTheirBytes) {
               "' messages' 6-6 of 2\n"
               "'\n' 2-2 5-5 of 0\n");
     EXPECT_EQ(messages(trail),
-              "0+8 0-80 super_message\n"
+              "0+8 0-78 super_message\n"
               "2+3 18-33 version_inquiry\n"
-              "4+4 38-79 segment\n");
+              "4+4 38-77 segment\n");
 }
 
 TEST(SubSuper, InnerTextsKeepTheirBytesWhereverTheyStand) {
