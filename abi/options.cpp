@@ -42,68 +42,80 @@ class PartRecords {
     MessageRecord rest_;
 };
 
+struct HostParts {
+    PartRecords records;
+    HostDecoder decoder;
+};
+
+void decode_part_of_host(ztdecode::Decoding& part, void* host) {
+    auto& parts = *static_cast<HostParts*>(host);
+    MessageRecord record = parts.records.next(part.message());
+    const char* described = parts.decoder(&record);
+    if (described != nullptr) part.add(described);
+}
+
 }  // namespace
 
 extern "C" {
 
 const char* decode_z(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_z);
+    return decoded_in_own_buffer(buffer, record, ztdecode::z::to_system);
 }
 
 const char* decode_z_out(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_z_out);
+    return decoded_in_own_buffer(buffer, record, ztdecode::z::from_system);
 }
 
 const char* decode_mpc(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_mpc);
+    return decoded_in_own_buffer(buffer, record, ztdecode::mpc::to_system);
 }
 
 const char* decode_mpc_out(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_mpc_out);
+    return decoded_in_own_buffer(buffer, record, ztdecode::mpc::from_system);
 }
 
 const char* decode_eak(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_eak);
+    return decoded_in_own_buffer(buffer, record, ztdecode::eak::to_system);
 }
 
 const char* decode_eak_out(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_eak_out);
+    return decoded_in_own_buffer(buffer, record, ztdecode::eak::from_system);
 }
 
 const char* decode_ks(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_ks);
+    return decoded_in_own_buffer(buffer, record, ztdecode::ks::to_system);
 }
 
 const char* decode_ks_out(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_ks_out);
+    return decoded_in_own_buffer(buffer, record, ztdecode::ks::from_system);
 }
 
 const char* decode_v24(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_v24);
+    return decoded_in_own_buffer(buffer, record, ztdecode::v24::to_system);
 }
 
 const char* decode_v24_out(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_v24_out);
+    return decoded_in_own_buffer(buffer, record, ztdecode::v24::from_system);
 }
 
 const char* decode_s0(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_s0);
+    return decoded_in_own_buffer(buffer, record, ztdecode::s0::to_system);
 }
 
 const char* decode_s0_out(MessageRecord* record) {
     static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::decode_s0_out);
+    return decoded_in_own_buffer(buffer, record, ztdecode::s0::from_system);
 }
 
 // The text is put together apart and then becomes the buffer: the host's decoder may call this function
@@ -113,14 +125,10 @@ const char* subSuper(MessageRecord* record, HostDecoder decoder) {
     if (record == nullptr || decoder == nullptr) return "";
     ztdecode::Text text;
     const char* result = in_own_buffer(text, [&](ztdecode::Session& s, ztdecode::Text& out) {
-        PartRecords parts(*record);
-        const auto decode_part = [&](ztdecode::Session&, const ztdecode::Message& part,
-                                     ztdecode::Text& line) {
-            MessageRecord part_record = parts.next(part);
-            const char* described = decoder(&part_record);
-            if (described != nullptr) line.add(described);
-        };
-        ztdecode::sub_super(s, view(*record), decode_part, out);
+        const ztdecode::Message m = view(*record);
+        ztdecode::Decoding d(s, m, out);
+        HostParts parts{PartRecords(*record), decoder};
+        ztdecode::modules::super_message(d, decode_part_of_host, &parts);
     });
     buffer.get() = std::move(text);
     return result;

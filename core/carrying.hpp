@@ -56,6 +56,7 @@ struct Carrying {
     std::uint32_t module_super_depth = 0;  // those being walked inside each other
     bool module_super_ended = false;       // one ended inside the part that was decoded last
     std::string module_super_text;         // of the inner one that ended last
+    std::size_t module_super_begin = 0;    // where that text stands
     // A set emulation of a module is being decoded, and it turned out to carry another one.
     bool emulation_open = false;
     bool emulation_inside = false;

@@ -121,7 +121,9 @@ template <std::size_t N>
 class Opcodes {
   public:
     consteval Opcodes(const Opcode (&rows)[N], Action other)
-        : table_(rows), other_(other) {}  // NOLINT: as above
+        : table_(rows), other_(other) {}                                             // NOLINT: as above
+    consteval Opcodes(const Opcode (&rows)[N], std::string_view name, Action other)  // NOLINT: as above
+        : table_(rows), other_name_(name), other_(other) {}
 
     // Writes what the row of the code says; false when there is none, and the words for such codes.
     bool write(Decoding& d, const Number& code) const {
@@ -130,6 +132,9 @@ class Opcodes {
             if (row != nullptr) {
                 d.name(row->name, d.code());
                 row->action(d);
+            } else if (!other_name_.empty()) {
+                d.name(other_name_, code);
+                other_(d);
             } else {
                 d.unknown(d.code(), [this, &d] { other_(d); });
             }
@@ -141,12 +146,19 @@ class Opcodes {
 
   private:
     Table<Opcode, N> table_;
+    std::string_view other_name_{};
     Action other_;
 };
 
 template <std::size_t N>
 consteval Opcodes<N> opcodes(const Opcode (&rows)[N], Action other) {  // NOLINT: a braced list
     return Opcodes<N>(rows, other);
+}
+// Every other code is a message, too, and this one.
+template <std::size_t N>
+consteval Opcodes<N> opcodes(const Opcode (&rows)[N], std::string_view name,
+                             Action other) {  // NOLINT: as above
+    return Opcodes<N>(rows, name, other);
 }
 
 // An item of a list: its label, what its value is called, and how the value is written behind the label.

@@ -122,7 +122,8 @@ Trail::Tested Trail::located(const Message& m, Place bytes) {
     if (bytes.count == 0) return {{0, 0}, false, false};
     NotedMessage& noted = messages_[message_];
     const std::uint32_t left = noted.source_length > m.origin() ? noted.source_length - m.origin() : 0;
-    const std::uint32_t length = std::min(m.length(), left);
+    // (Behind the bytes that lie in a row a record shows what was left there, which stood elsewhere before.)
+    const std::uint32_t length = std::min(static_cast<std::uint32_t>(m.bytes().size()), left);
     const std::uint32_t end = bytes.first + bytes.count;
     const bool missing = end > length;
     if (missing) {
@@ -188,6 +189,12 @@ void Trail::cut_to(std::uint32_t end) noexcept {
         }
         values_.pop_back();
     }
+    std::size_t k = messages_.size() - 1;
+    for (; k > 0 && messages_[k].begin > end; --k) messages_[k].begin = messages_[k].end = end;
+    for (auto m = static_cast<std::uint32_t>(k); m != NotedMessage::no_message; m = messages_[m].carrier) {
+        messages_[m].end = std::min(messages_[m].end, end);
+    }
+    for (auto w = walked_.rbegin(); w != walked_.rend() && w->begin > end; ++w) w->begin = end;
     seen_ = end;
 }
 
@@ -281,6 +288,74 @@ void Trail::words(const Message& m, Place bytes, std::size_t begin, std::size_t 
         if (end > begin) add_literal(static_cast<std::uint32_t>(end - origin_));
         tested_.pop_back();
         tested_changed_ = true;
+    });
+}
+
+Trail::Notes Trail::notes(std::size_t begin, std::size_t end) noexcept {
+    look();
+    Notes notes;
+    const auto from = static_cast<std::uint32_t>(begin - origin_);
+    const auto to = static_cast<std::uint32_t>(end - origin_);
+    const auto inside = [from, to](auto noted) {
+        noted.begin = std::max(noted.begin, from) - from;
+        noted.end = std::min(noted.end, to) - from;
+        return noted;
+    };
+    note([&] {
+        notes.size_ = to - from;
+        const auto stretch =
+            std::ranges::partition_point(stretches_, [from](auto& s) { return s.end <= from; });
+        for (auto s = stretch; s != stretches_.end() && s->begin < to; ++s)
+            notes.stretches_.push_back(inside(*s));
+        const auto value = std::ranges::partition_point(values_, [from](auto& v) { return v.begin < from; });
+        notes.first_value_ = static_cast<std::uint32_t>(value - values_.begin());
+        for (auto v = value; v != values_.end() && v->end <= to; ++v) notes.values_.push_back(inside(*v));
+        const auto message =
+            std::ranges::partition_point(messages_, [from](auto& m) { return m.begin < from; });
+        for (auto m = message; m != messages_.end() && m->begin < to; ++m) {
+            if (m->end > to) continue;
+            const auto number = static_cast<std::uint32_t>(m - messages_.begin());
+            notes.messages_.push_back({number, m->begin - from, m->end - from});
+        }
+    });
+    return notes;
+}
+
+void Trail::put(const Notes& notes, std::size_t begin) noexcept {
+    note([&] {
+        const auto at = static_cast<std::uint32_t>(begin - origin_);
+        if (at < seen_) cut_to(at);
+        if (at > seen_) add_literal(at);
+        const auto first_value = static_cast<std::uint32_t>(values_.size());
+        const auto put_values = [&](std::size_t n) {
+            for (std::size_t k = values_.size() - first_value; k < n; ++k) {
+                NotedValue v = notes.values_[k];
+                v.begin += at;
+                v.end += at;
+                values_.push_back(v);
+            }
+        };
+        for (Stretch s : notes.stretches_) {
+            s.begin += at;
+            s.end += at;
+            const std::uint32_t value = s.value - notes.first_value_;
+            s.value = Stretch::no_value;
+            if (stretches_.size() > most_stretches) {
+                stretches_.back().end = s.end;
+                continue;
+            }
+            if (value < notes.values_.size() && stretches_.size() < most_stretches) {
+                put_values(value + 1);
+                s.value = first_value + value;
+            }
+            stretches_.push_back(s);
+        }
+        if (stretches_.size() < most_stretches) put_values(notes.values_.size());
+        for (const Notes::Span& m : notes.messages_) {
+            messages_[m.message].begin = at + m.begin;
+            messages_[m.message].end = at + m.end;
+        }
+        seen_ = at + notes.size_;
     });
 }
 

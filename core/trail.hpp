@@ -68,7 +68,7 @@ struct NotedMessage {
     std::uint32_t code = no_code;
     std::uint32_t first_tested = 0;  // of the carrier's bytes that were looked at before it was decoded
     std::uint32_t tested = 0;
-    bool reassembled = false;  // it, or a carrier of it, was put together from segments
+    bool reassembled = false;               // it, or a carrier of it, was put together from segments
     std::vector<std::uint8_t> bytes{};      // of one that was put together here
     std::vector<std::uint64_t> segments{};  // where they stood in the trace: `Trail::place` of each
     std::vector<ByteRange> missing{};       // offsets in itself
@@ -120,6 +120,27 @@ class Trail {
     void look_at_cut() noexcept;
     // What was written since `look` is no part of the text: the codes of a colour.
     void pass_over() noexcept;
+
+    // Notes of a piece of the text, for one that is written elsewhere, or once more: offsets in it count from
+    // where the piece began.
+    class Notes {
+        friend class Trail;
+        struct Span {
+            std::uint32_t message;
+            std::uint32_t begin;
+            std::uint32_t end;
+        };
+        std::uint32_t size_ = 0;
+        std::uint32_t first_value_ = 0;
+        std::vector<Stretch> stretches_;
+        std::vector<NotedValue> values_;
+        std::vector<Span> messages_;
+    };
+    // Those of the text from `begin` to `end`, to be asked for before the text is cut.
+    Notes notes(std::size_t begin, std::size_t end) noexcept;
+    // The piece stands at `begin` now, where the text ended before. Messages whose text is in it are those
+    // that stand there from now on.
+    void put(const Notes& notes, std::size_t begin) noexcept;
 
     const std::vector<Stretch>& stretches() const noexcept { return stretches_; }
     const std::vector<NotedValue>& values() const noexcept { return values_; }

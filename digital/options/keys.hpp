@@ -1,14 +1,14 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/decoding.hpp"
 
 // Key messages of the modules that have keys. byte 3: key, or bits
 
-namespace ztdecode {
+namespace ztdecode::modules {
 
-void key_pushed(Session& session, const Message& m, Text& out);
-void key_released(Session& session, const Message& m, Text& out);
-void special_key_status(Session& session, const Message& m, Text& out);
-void key_release_config(Session& session, const Message& m, Text& out);
+void key_pushed(Decoding& d);
+void key_released(Decoding& d);
+void special_key_status(Decoding& d);
+void key_release(Decoding& d);
 
-}  // namespace ztdecode
+}  // namespace ztdecode::modules

@@ -1,9 +1,7 @@
 #include "digital/options/module.hpp"
 
-namespace ztdecode {
+namespace ztdecode::modules {
 
-void illegal_command(Session& /*session*/, const Message& m, Text& out) {
-    out.print("illegal command {:02x}"_cf, m[4]);
-}
+void illegal_command(Decoding& d) { d.print("illegal command {command:02x}"_cf, d[4]); }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::modules

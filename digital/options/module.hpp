@@ -1,23 +1,21 @@
 #pragma once
 
-#include "core/going_away.hpp"
+#include "core/tables.hpp"
+#include "decode/tables/identity.hpp"
 #include "digital/options/options.hpp"
 
 // What the modules' messages have in common.
 
-namespace ztdecode {
+namespace ztdecode::modules {
 
-inline std::uint32_t module_opcode(const Message& m) { return m[2] & 0x7F; }
+inline Byte opcode(const Decoding& d) { return d[2] & 0x7F; }
 
-inline std::string_view on_or_off(std::uint8_t byte) { return byte != 0 ? "on" : "off"; }
+// Byte 0: hard, any other soft.
+inline Word hard_or_soft(const Byte& kind) { return either(kind == 0, "hard", "soft"); }
 
-// Every module tells the version of its software, at places of its own: major number at byte k, minor behind
-// it.
-inline OldVersion soft_version(const Message& m, std::size_t k) {
-    return version_logiciel("soft", m[k], m[k + 1]);
-}
+inline Word on_or_off(const Byte& byte) { return flag(byte != 0, "on", "off"); }
 
 // byte 4: the command
-void illegal_command(Session& session, const Message& m, Text& out);
+void illegal_command(Decoding& d);
 
-}  // namespace ztdecode
+}  // namespace ztdecode::modules

@@ -1,57 +1,54 @@
 #include <forward_list>
+#include <optional>
 
-#include "core/going_away.hpp"
 #include "digital/digital.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/super.hpp"
 
 // Computer link module ("mac/pc"). byte 2: opcode, then its parameters.
 
-namespace ztdecode {
+namespace ztdecode::mpc {
 
 namespace {
 
-void super_command(Session& session, const Message& m, Text& out) {
-    sub_super(session, m, decode_mpc_out, out);
-}
-
-void super_answer(Session& session, const Message& m, Text& out) { sub_super(session, m, decode_mpc, out); }
-
 // byte 3: bit 7 first segment, bits 0-6 messages still to come
-void segment_message(Session& /*session*/, const Message& m, Text& out) {
-    out.print("segment message {}, reste {} messages"_cf, m.bit(3, 7) ? "debut" : "suite", m[3] & 0x7F);
+void segment_message(Decoding& d) {
+    d.print("segment message {segment_start}, reste {segments_to_come} messages"_cf,
+            flag(d.bit(3, 7), "debut", "suite"), d[3] & 0x7F);
 }
 
-constexpr auto commands = opcodes({{0x00, "nop"},
-                                   {0x0B, super_command},
-                                   {0x0C, segment_message},
-                                   {0x0E, "version inquiry"},
-                                   {0x11, "ABC-A"},
-                                   {0x12, "TAPI"},
-                                   {0x1F, "bad message"},
-                                   {0x20, "are you there?"},
-                                   {0x21, "pabx type"},
-                                   {0x22, "terminal type"},
-                                   {0x60, "local message"},
-                                   {0x61, "system trace header"},
-                                   {0x62, "vta trace header"},
-                                   {0x63, "system to option trace header"},
-                                   {0x64, "option to system trace header"}});
+constexpr auto commands =
+    opcodes({{0x00, "nop", "nop"},
+             {0x0B, "super_message", [](Decoding& d) { modules::super_message(d, from_system); }},
+             {0x0C, "segment", segment_message},
+             {0x0E, "version_inquiry", "version inquiry"},
+             {0x11, "abca", "ABC-A"},
+             {0x12, "tapi", "TAPI"},
+             {0x1F, "bad_message", "bad message"},
+             {0x20, "are_you_there", "are you there?"},
+             {0x21, "pabx_type", "pabx type"},
+             {0x22, "terminal_type", "terminal type"},
+             {0x60, "local_message", "local message"},
+             {0x61, "system_trace_header", "system trace header"},
+             {0x62, "vta_trace_header", "vta trace header"},
+             {0x63, "system_to_option_trace_header", "system to option trace header"},
+             {0x64, "option_to_system_trace_header", "option to system trace header"}},
+            "??");
 
 // byte 3: 0 hard   bytes 5, 6: version
-void reset_form(Session& /*session*/, const Message& m, Text& out) {
-    out.add("reset");
-    out.add(m[3] == 0 ? " hard mpc " : " soft mpc ");
-    out.add(soft_version(m, 5));
+void reset(Decoding& d) {
+    d.print("reset {reset_kind} mpc  soft={software_version}"_cf, modules::hard_or_soft(d[3]),
+            version_at(d, 5));
 }
 
-constexpr auto reports =
-    opcodes({{0x00, reset_form}, {0x01, reset_form}, {0x02, "illegal command"}, {0x81, reset_form}});
+constexpr auto reports = opcodes({{0x00, "reset", reset},
+                                  {0x01, "reset", reset},
+                                  {0x02, "illegal_command", "illegal command"},
+                                  {0x81, "reset", reset}},
+                                 "reset ??");
 
 // byte 3: kind
-void reset_report(Session& session, const Message& m, Text& out) {
-    if (!reports.write(m[3], session, m, out)) out.add("reset ??");
-}
+void report(Decoding& d) { reports.write(d, d[3]); }
 
 class OpenEmulation {
   public:
@@ -64,62 +61,74 @@ class OpenEmulation {
     Carrying& carrying_;
 };
 
+// A set's message that a module carries, for as long as the ones inside it are decoded.
+class Played {
+  public:
+    explicit Played(Decoding& carrier)
+        : carrier_(carrier),
+          level_(carrier.session()),
+          message_(decale(carrier.session(), carrier.message(), 3)) {}
+
+    // Null where the budget has no room for it.
+    Decoding* decode() {
+        if (!level_) return nullptr;
+        Decoding& d = decoding_.emplace(carrier_, message_);
+        d.route = carrier_.route;
+        d.link("digital");
+        digital::to_system(d);
+        return &d;
+    }
+
+  private:
+    Decoding& carrier_;
+    Carried level_;
+    Message message_;
+    std::optional<Decoding> decoding_;
+};
+
 // The module plays a set: byte 3 and on are a set's message to the system, which may come from a module that
 // plays a set in its turn, and so on over the whole message. What such an inner module says ends the text, so
 // it is decoded here, by the outermost one, when the set's decoder has come back: the stack stays as it is.
-void set_emulation(Session& session, const Message& m, Text& out) {
-    out.add("VTA emulation: ");
-    Carrying& carrying = session.carrying;
+void set_emulation(Decoding& d) {
+    d.add("VTA emulation: ");
+    Carrying& carrying = d.session().carrying;
     if (carrying.emulation_open) {
         carrying.emulation_inside = true;
         return;
     }
-    struct Played {
-        Played(Session& s, const Message& carrier) : level(s), message(decale(s, carrier, 3)) {}
-        Carried level;
-        Message message;
-    };
     const OpenEmulation open(carrying);
     std::forward_list<Played> played;
-    const Message* carrier = &m;
+    Decoding* carrier = &d;
     do {
         carrying.emulation_inside = false;
-        Played& inner = played.emplace_front(session, *carrier);
-        if (!inner.level) return;
-        call_new(digital::to_system, session, inner.message, out);
-        carrier = &inner.message;
-    } while (carrying.emulation_inside);
+        carrier = played.emplace_front(*carrier).decode();
+    } while (carrier != nullptr && carrying.emulation_inside);
 }
 
-void anomaly(Session& /*session*/, const Message& m, Text& out) { out.print("anomalie soft {}"_cf, m[3]); }
+void anomaly(Decoding& d) { d.print("anomalie soft {anomaly}"_cf, d[3]); }
 
-constexpr auto answers = opcodes({{0x00, "nop ack"},
-                                  {0x0B, super_answer},
-                                  {0x0C, "segment message "},
-                                  {0x0E, "version response"},
-                                  {0x11, "ABC-A"},
-                                  {0x12, "TAPI"},
-                                  {0x1F, reset_report},
-                                  {0x20, "I'm here"},
-                                  {0x21, "connection detected"},
-                                  {0x22, "disconnection detected"},
-                                  {0x23, "enable trace mode"},
-                                  {0x24, "disable trace mode"},
-                                  {0x25, "VTA general state inquiry"},
-                                  {0x26, set_emulation},
-                                  {0x27, anomaly}});
+constexpr auto answers =
+    opcodes({{0x00, "nop_ack", "nop ack"},
+             {0x0B, "super_message", [](Decoding& d) { modules::super_message(d, to_system); }},
+             {0x0C, "segment", "segment message "},
+             {0x0E, "version_response", "version response"},
+             {0x11, "abca", "ABC-A"},
+             {0x12, "tapi", "TAPI"},
+             {0x1F, "report", report},
+             {0x20, "i_am_here", "I'm here"},
+             {0x21, "connection_detected", "connection detected"},
+             {0x22, "disconnection_detected", "disconnection detected"},
+             {0x23, "enable_trace_mode", "enable trace mode"},
+             {0x24, "disable_trace_mode", "disable trace mode"},
+             {0x25, "vta_general_state_inquiry", "VTA general state inquiry"},
+             {0x26, "set_emulation", set_emulation},
+             {0x27, "anomaly", anomaly}},
+            "??");
 
 }  // namespace
 
-void decode_mpc_out(Session& session, const Message& m, Text& out) {
-    if (!commands.write(module_opcode(m), session, m, out)) out.add("??");
-}
+void from_system(Decoding& d) { commands.write(d, modules::opcode(d)); }
 
-void decode_mpc(Session& session, const Message& m, Text& out) {
-    if (!answers.write(module_opcode(m), session, m, out)) out.add("??");
-}
+void to_system(Decoding& d) { answers.write(d, modules::opcode(d)); }
 
-}  // namespace ztdecode
-
-void ztdecode::mpc::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_mpc_out, d); }
-void ztdecode::mpc::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_mpc, d); }
+}  // namespace ztdecode::mpc

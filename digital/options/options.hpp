@@ -4,24 +4,7 @@
 
 // The option modules behind a digital set. Each decoder is given the whole message of the set: byte 0 the
 // set's opcode, byte 1 the sub-device byte, byte 2 the module's opcode (bit 7 does not count), then its
-// parameters. decode_X: module to system; decode_X_out: system to module.
-
-namespace ztdecode {
-
-void decode_z(Session& session, const Message& m, Text& out);
-void decode_z_out(Session& session, const Message& m, Text& out);
-void decode_mpc(Session& session, const Message& m, Text& out);
-void decode_mpc_out(Session& session, const Message& m, Text& out);
-void decode_eak(Session& session, const Message& m, Text& out);
-void decode_eak_out(Session& session, const Message& m, Text& out);
-void decode_ks(Session& session, const Message& m, Text& out);
-void decode_ks_out(Session& session, const Message& m, Text& out);
-void decode_v24(Session& session, const Message& m, Text& out);
-void decode_v24_out(Session& session, const Message& m, Text& out);
-void decode_s0(Session& session, const Message& m, Text& out);
-void decode_s0_out(Session& session, const Message& m, Text& out);
-
-}  // namespace ztdecode
+// parameters.
 
 namespace ztdecode::z {
 

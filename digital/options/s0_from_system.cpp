@@ -1,98 +1,88 @@
-#include "core/going_away.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/s0_tables.hpp"
 
 // System to ISDN S0 bus module. byte 2: opcode, then its parameters.
 
-namespace ztdecode {
+namespace ztdecode::s0 {
 
 namespace {
 
-void segment_message(Session& session, const Message& m, Text& out) {
-    s0_segment_message(session.change(session.digital.modules).s0_from_system_total, m, out);
+void segment(Decoding& d) {
+    segment_message(d, d.session().change(d.session().digital.modules).s0_from_system_total);
 }
 
-constexpr auto internal_statuses = names({{0, " os queues"},
-                                          {1, " xon/xoff thresholds"},
-                                          {2, " divers"},
-                                          {3, " cks, rev, ver,variant"},
-                                          {4, " etat niveau 1"}},
-                                         "");
-
 // byte 3: which one; an unknown one has no words
-void internal_software_status_request(Session& /*session*/, const Message& m, Text& out) {
-    out.print("internal software status request{}"_cf, internal_statuses[m[3]]);
+void internal_software_status_request(Decoding& d) {
+    d.print("internal software status request{internal_status}"_cf, internal_status(d[3]));
 }
 
 // byte 3: mode
-void set_operating_mode(Session& /*session*/, const Message& m, Text& out) {
-    out.print("set operating mode: {}"_cf, operating_mode_name(m[3]));
+void set_operating_mode(Decoding& d) {
+    d.print("set operating mode: {operating_mode}"_cf, operating_mode(d[3]));
 }
 
-void data_link_establish(Session& /*session*/, const Message& m, Text& out) {
-    out.add("data link establish. req.");
-    data_link(m, out);
+void data_link_establish(Decoding& d) {
+    d.add("data link establish. req.");
+    data_link(d);
 }
 
-void establish_and_ui_frame(Session& /*session*/, const Message& m, Text& out) {
-    out.add("data link establish. req. + UI frame");
-    data_link(m, out);
+void establish_and_ui_frame(Decoding& d) {
+    d.add("data link establish. req. + UI frame");
+    data_link(d);
 }
 
-void establish_and_i_frame(Session& /*session*/, const Message& m, Text& out) {
-    out.add("data link establish. req. + I frame");
-    data_link(m, out);
+void establish_and_i_frame(Decoding& d) {
+    d.add("data link establish. req. + I frame");
+    data_link(d);
 }
 
-void data_link_release(Session& /*session*/, const Message& m, Text& out) {
-    out.add("data link release");
-    data_link(m, out);
+void data_link_release(Decoding& d) {
+    d.add("data link release");
+    data_link(d);
 }
 
-void i_frame(Session& /*session*/, const Message& m, Text& out) {
-    out.add("I frame send request");
-    data_link(m, out);
-    data_link_content(m, out);
+void i_frame(Decoding& d) {
+    d.add("I frame send request");
+    data_link(d);
+    data_link_content(d);
 }
 
-void ui_frame(Session& /*session*/, const Message& m, Text& out) {
-    out.add("UI frame send request");
-    data_link(m, out);
-    data_link_content(m, out);
+void ui_frame(Decoding& d) {
+    d.add("UI frame send request");
+    data_link(d);
+    data_link_content(d);
 }
 
-constexpr auto commands = opcodes({{0, "nop"},
-                                   {3, "software reset"},
-                                   {6, "digital loop ON"},
-                                   {7, "digital loop OFF"},
-                                   {12, segment_message},
-                                   {14, "version inquiry"},
-                                   {15, "state inquiry"},
-                                   {16, "segment size"},
-                                   {32, "channel affectation"},
-                                   {33, "activate indicate"},
-                                   {34, "deactivate indicate"},
-                                   {35, "set timer tempo"},
-                                   {36, "send test pattern"},
-                                   {48, "set operating parameters"},
-                                   {49, "set overload condition"},
-                                   {56, internal_software_status_request},
-                                   {63, set_operating_mode},
-                                   {71, data_link_establish},
-                                   {72, establish_and_ui_frame},
-                                   {73, establish_and_i_frame},
-                                   {74, data_link_release},
-                                   {75, i_frame},
-                                   {76, ui_frame},
-                                   {77, "set loop request"},
-                                   {78, "reset loop request"}});
+constexpr auto commands =
+    opcodes({{0x00, "nop", "nop"},
+             {0x03, "software_reset", "software reset"},
+             {0x06, "digital_loop_on", "digital loop ON"},
+             {0x07, "digital_loop_off", "digital loop OFF"},
+             {0x0C, "segment", segment},
+             {0x0E, "version_inquiry", "version inquiry"},
+             {0x0F, "state_inquiry", "state inquiry"},
+             {0x10, "segment_size", "segment size"},
+             {0x20, "channel_affectation", "channel affectation"},
+             {0x21, "activate_indicate", "activate indicate"},
+             {0x22, "deactivate_indicate", "deactivate indicate"},
+             {0x23, "set_timer", "set timer tempo"},
+             {0x24, "send_test_pattern", "send test pattern"},
+             {0x30, "set_operating_parameters", "set operating parameters"},
+             {0x31, "set_overload_condition", "set overload condition"},
+             {0x38, "internal_software_status_request", internal_software_status_request},
+             {0x3F, "set_operating_mode", set_operating_mode},
+             {0x47, "data_link_establish_request", data_link_establish},
+             {0x48, "data_link_establish_and_ui_frame_request", establish_and_ui_frame},
+             {0x49, "data_link_establish_and_i_frame_request", establish_and_i_frame},
+             {0x4A, "data_link_release_request", data_link_release},
+             {0x4B, "i_frame_request", i_frame},
+             {0x4C, "ui_frame_request", ui_frame},
+             {0x4D, "set_loop_request", "set loop request"},
+             {0x4E, "reset_loop_request", "reset loop request"}},
+            "??");
 
 }  // namespace
 
-void decode_s0_out(Session& session, const Message& m, Text& out) {
-    if (!commands.write(module_opcode(m), session, m, out)) out.add("??");
-}
+void from_system(Decoding& d) { commands.write(d, modules::opcode(d)); }
 
-}  // namespace ztdecode
-
-void ztdecode::s0::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::decode_s0_out, d); }
+}  // namespace ztdecode::s0

@@ -1,14 +1,14 @@
 #pragma once
 
-#include "core/session.hpp"
+#include "core/decoding.hpp"
 
-namespace ztdecode {
+namespace ztdecode::s0 {
 
 // What the software of the S0 module reports of itself: its resets, refused commands and anomalies.
 // byte 3: kind; any kind that is not one of the others is an anomaly
-void s0_report(Session& session, const Message& m, Text& out);
+void report(Decoding& d);
 
 // " etat N1= NAME" of a layer-1 state.
-void layer1_state(std::uint8_t state, Text& out);
+void layer1_state(Decoding& d, const Byte& state);
 
-}  // namespace ztdecode
+}  // namespace ztdecode::s0

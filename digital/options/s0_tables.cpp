@@ -1,59 +1,73 @@
 #include "digital/options/s0_tables.hpp"
 
-#include "core/going_away.hpp"
+#include "core/tables.hpp"
 
-namespace ztdecode {
+namespace ztdecode::s0 {
 
 namespace {
 
-constexpr auto call_control = names({{1, "alerte"},
-                                     {2, "appel en cours"},
-                                     {3, "progress"},
-                                     {5, "etablissement"},
-                                     {7, "connexion"},
-                                     {13, "etablissement ack"},
-                                     {37, "suspension"},
-                                     {38, "reprise"},
-                                     {69, "deconnexion"},
-                                     {77, "lib"},
-                                     {90, "fin lib"},
-                                     {98, "facilite"},
-                                     {100, "reponse enreg"},
-                                     {110, "notify"},
-                                     {116, "demande enreg"},
-                                     {117, "status inquiry"},
-                                     {123, "information"},
-                                     {125, "status"},
-                                     {226, "etat"}},
-                                    "inconnu");
+constexpr auto call_control_messages = names({{0x01, "alerte"},
+                                              {0x02, "appel en cours"},
+                                              {0x03, "progress"},
+                                              {0x05, "etablissement"},
+                                              {0x07, "connexion"},
+                                              {0x0D, "etablissement ack"},
+                                              {0x25, "suspension"},
+                                              {0x26, "reprise"},
+                                              {0x45, "deconnexion"},
+                                              {0x4D, "lib"},
+                                              {0x5A, "fin lib"},
+                                              {0x62, "facilite"},
+                                              {0x64, "reponse enreg"},
+                                              {0x6E, "notify"},
+                                              {0x74, "demande enreg"},
+                                              {0x75, "status inquiry"},
+                                              {0x7B, "information"},
+                                              {0x7D, "status"},
+                                              {0xE2, "etat"}},
+                                             "inconnu");
 
-constexpr std::uint8_t content_call_control = 8;
-constexpr std::uint8_t content_packet = 16;
+constexpr auto internal_statuses = names({{0, " os queues"},
+                                          {1, " xon/xoff thresholds"},
+                                          {2, " divers"},
+                                          {3, " cks, rev, ver,variant"},
+                                          {4, " etat niveau 1"}},
+                                         "");
 
 }  // namespace
 
-std::string_view call_control_name(std::uint8_t code) noexcept { return call_control[code]; }
+Word call_control(const Byte& code) noexcept { return call_control_messages[code]; }
 
-std::string_view operating_mode_name(std::uint8_t mode) noexcept { return mode == 1 ? "full S0" : "S0 star"; }
+Word operating_mode(const Byte& mode) noexcept { return either(mode == 1, "full S0", "S0 star"); }
+
+Word internal_status(const Byte& code) noexcept { return internal_statuses[code]; }
 
 // Segments count down to 0. One that comes before any first segment is shown against a total of 0.
-void s0_segment_message(std::int32_t& total, const Message& m, Text& out) {
-    const bool first = m.bit(3, 7);
-    const std::int32_t to_come = m[3] & 0x7F;
+void segment_message(Decoding& d, std::int32_t& total) {
+    const bool first = d.bit(3, 7).holds;
+    const std::int32_t to_come = d[3].number & 0x7F;
     if (first) total = to_come + 1;
-    out.print("segment message {}/{}"_cf, total - to_come, total);
-    if (first) out.print("\n\t- {}"_cf, call_control_name(m[12]));
+    d.print("segment message {segment}/{segments}"_cf, d[3].as(total - to_come),
+            Value<std::int32_t>{total, first ? d[3].place : Place{}});
+    if (d.on(d.bit(3, 7))) d.print("\n\t- {call_control}"_cf, call_control(d[12]));
 }
 
-void data_link(const Message& m, Text& out) { out.print(" sapi {} tei {:02X} "_cf, m[3], m[4]); }
+void data_link(Decoding& d) { d.print(" sapi {sapi} tei {tei:02X} "_cf, d[3], d[4]); }
 
-void data_link_content(const Message& m, Text& out) {
-    out.add(" ");
-    if (m[5] == content_call_control) {
-        out.add(call_control_name(m[8]));
-    } else if (m[5] == content_packet) {
-        out.add("packet");
+void data_link_content(Decoding& d) {
+    constexpr std::uint8_t call_control_message = 8;
+    constexpr std::uint8_t packet = 16;
+    switch (d.on(d[5])) {
+        case call_control_message:
+            d.print(" {call_control}"_cf, call_control(d[8]));
+            break;
+        case packet:
+            d.print(" {frame_content}"_cf, either(d[5] == packet, "packet", ""));
+            break;
+        default:
+            d.add(" ");
+            break;
     }
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::s0

@@ -3,7 +3,7 @@
 #include <bitset>
 #include <forward_list>
 
-namespace ztdecode {
+namespace ztdecode::modules {
 
 namespace {
 
@@ -58,76 +58,106 @@ class Remaining {
 
 class Walk {
   public:
-    Walk(Session& session, const PartDecoder& decode_part, Text& out)
-        : session_(session), decode_part_(decode_part), out_(out), begin_(out.size()) {}
+    Walk(Decoding& d, HostPartDecoder decode_part, void* host)
+        : d_(d), decode_part_(decode_part), host_(host), begin_(d.out().size()) {}
 
-    void run(const Message& m);
+    void run();
 
   private:
     void write_line(const Message& part);
-    void put_inner_text_first(const Message& /*part*/, std::size_t part_begin);
+    void put_inner_text_first(std::size_t part_begin);
 
-    Session& session_;
-    const PartDecoder& decode_part_;
-    Text& out_;
+    Decoding& d_;
+    HostPartDecoder decode_part_;
+    void* host_;
     std::size_t begin_;  // of this super message's text
 };
 
 // All super messages write to one place: when the part was a super message, or carried one, the inner text
-// stands there in place of what this one had written so far, and the part's text behind it.
-void Walk::put_inner_text_first(const Message& /*part*/, std::size_t part_begin) {
-    Carrying& carrying = session_.carrying;
-    const std::string part_text(out_.from(part_begin));
-    carrying.use_text((out_.size() - begin_) / Carrying::written_over_for_one);
-    out_.cut(begin_);
-    out_.add(carrying.module_super_text);
-    out_.add(part_text);
+// stands there in place of what this one had written so far, and the part's text behind it. (Not inlined:
+// those that are walked inside each other do not need its stack.)
+[[gnu::noinline]] void Walk::put_inner_text_first(std::size_t part_begin) {
+    Carrying& carrying = d_.session().carrying;
+    Text& out = d_.out();
+    Trail* const trail = d_.trail();
+    const std::string& inner_text = carrying.module_super_text;
+    const std::string part_text(out.from(part_begin));
+    Trail::Notes inner;
+    Trail::Notes part;
+    if (trail != nullptr) {
+        const std::size_t inner_begin = carrying.module_super_begin;
+        inner = trail->notes(inner_begin, inner_begin + inner_text.size());
+        part = trail->notes(part_begin, out.size());
+    }
+    carrying.use_text((out.size() - begin_) / Carrying::written_over_for_one);
+    d_.cut(begin_);
+    out.add(inner_text);
+    out.add(part_text);
+    if (trail != nullptr) {
+        trail->put(inner, begin_);
+        trail->put(part, begin_ + inner_text.size());
+    }
 }
 
 void Walk::write_line(const Message& part) {
-    Carrying& carrying = session_.carrying;
-    out_.add("\t\t- ");
-    const std::size_t part_begin = out_.size();
+    Carrying& carrying = d_.session().carrying;
+    const Decoding::Scope scope(d_);
+    if (d_.trail() != nullptr) d_.trail()->walk(part, {1, 1});
+    d_.add("\t\t- ");
+    const std::size_t part_begin = d_.out().size();
     carrying.module_super_ended = false;
-    decode_part_(session_, part, out_);
-    if (carrying.module_super_ended && carrying.has_room_for(carrying.module_super_text.size())) {
-        put_inner_text_first(part, part_begin);
+    {
+        Decoding carried(d_, part);
+        carried.route = d_.route;
+        carried.link("digital");
+        decode_part_(carried, host_);
     }
-    out_.add("\n");
+    if (carrying.module_super_ended && carrying.has_room_for(carrying.module_super_text.size())) {
+        put_inner_text_first(part_begin);
+    }
+    d_.add("\n");
 }
 
-void Walk::run(const Message& m) {
+void Walk::run() {
+    Session& session = d_.session();
     // The message without ever more of its first bytes, the shortest in front.
     std::forward_list<Message> copies;
-    const Message* copy = &copies.emplace_front(decale(session_, m, 1));
+    const Message* copy = &copies.emplace_front(decale(session, d_.message(), 1));
     Remaining remaining(copy->length());
     std::uint32_t length = 0;
     do {
-        const Carried level(session_);
+        const Carried level(session);
         if (!level) return;
-        session_.carrying.use_text(Carrying::text_of_module_part);
-        const Message from_length = decale(session_, *copy, 1);
+        session.carrying.use_text(Carrying::text_of_module_part);
+        const Message from_length = decale(session, *copy, 1);
         length = from_length[1];
         write_line(from_length.with_length(length + 2));
-        const Message rest = decale(session_, *copy, length + 1);
+        const Message rest = decale(session, *copy, length + 1);
         // An empty copy stays as it is.
         if (copy->length() != 0) copy = &copies.emplace_front(rest);
     } while (remaining.goes_on_without(length + 1, copy->length() == 0));
 }
 
+void decode_with_module(Decoding& part, void* decoder) { (*static_cast<PartDecoder*>(decoder))(part); }
+
 }  // namespace
 
-void sub_super(Session& session, const Message& m, const PartDecoder& decode_part, Text& out) {
-    Carrying& carrying = session.carrying;
-    const std::size_t begin = out.size();
+void super_message(Decoding& d, PartDecoder decode_part) {
+    super_message(d, decode_with_module, &decode_part);
+}
+
+void super_message(Decoding& d, HostPartDecoder decode_part, void* host) {
+    Carrying& carrying = d.session().carrying;
+    const std::size_t begin = d.out().size();
     const Nesting nesting(carrying);
-    Walk walk(session, decode_part, out);
-    out.add("super message\n");
-    if (nesting.followed()) walk.run(m);
+    Walk walk(d, decode_part, host);
+    d.add("super message\n");
+    if (nesting.followed()) walk.run();
     if (nesting.inside_another()) {
-        carrying.module_super_text = out.from(begin);
+        carrying.module_super_text = d.out().from(begin);
+        carrying.module_super_begin = begin;
         carrying.module_super_ended = true;
     }
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::modules

@@ -284,20 +284,21 @@ TEST(HalfDecibels, EveryByte) {
         const auto single = static_cast<float>(gain);
         char expected[16];
         std::snprintf(expected, sizeof expected, "%.1f", static_cast<double>(single));
-        EXPECT_EQ(half_decibels(static_cast<std::uint8_t>(byte)), expected) << byte;
+        EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{static_cast<std::uint8_t>(byte)})), expected)
+            << byte;
     }
 }
 
 TEST(HalfDecibels, Examples) {
-    EXPECT_EQ(half_decibels(0x00), "0.0");
-    EXPECT_EQ(half_decibels(0x01), "0.5");
-    EXPECT_EQ(half_decibels(0x0C), "6.0");
-    EXPECT_EQ(half_decibels(0x7F), "63.5");
-    EXPECT_EQ(half_decibels(0x80), "-64.0");
-    EXPECT_EQ(half_decibels(0x81), "-63.5");
-    EXPECT_EQ(half_decibels(0xF3), "-6.5");
-    EXPECT_EQ(half_decibels(0xFA), "-3.0");
-    EXPECT_EQ(half_decibels(0xFF), "-0.5");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0x00})), "0.0");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0x01})), "0.5");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0x0C})), "6.0");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0x7F})), "63.5");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0x80})), "-64.0");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0x81})), "-63.5");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0xF3})), "-6.5");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0xFA})), "-3.0");
+    EXPECT_EQ(formatted("{-}"_cf, half_decibels(Byte{0xFF})), "-0.5");
 }
 
 }  // namespace

@@ -4,7 +4,7 @@ namespace ztdecode::testing {
 namespace {
 
 TEST(DecodeS0Out, NamesEveryOpcodeWithoutItsBit7) {
-    expect_opcodes(decode_s0_out,
+    expect_opcodes(s0::from_system,
                    {{0, "nop"},
                     {3, "software reset"},
                     {6, "digital loop ON"},
@@ -34,7 +34,7 @@ TEST(DecodeS0Out, NamesEveryOpcodeWithoutItsBit7) {
 }
 
 TEST(DecodeS0Out, NamesInternalStatuses) {
-    expect_values(decode_s0_out, "02 0b 38 00 02", 3,
+    expect_values(s0::from_system, "02 0b 38 00 02", 3,
                   {{0, "internal software status request os queues"},
                    {1, "internal software status request xon/xoff thresholds"},
                    {2, "internal software status request divers"},
@@ -44,12 +44,12 @@ TEST(DecodeS0Out, NamesInternalStatuses) {
 }
 
 TEST(DecodeS0Out, NamesOperatingModes) {
-    expect_values(decode_s0_out, "02 0b 3f 00", 3, {{1, "set operating mode: full S0"}},
+    expect_values(s0::from_system, "02 0b 3f 00", 3, {{1, "set operating mode: full S0"}},
                   "set operating mode: S0 star");
 }
 
 TEST(DecodeS0Out, DataLinksHaveSapiAndTei) {
-    expect_texts(decode_s0_out,
+    expect_texts(s0::from_system,
                  {{"02 0b 47 10 7f 08 00 00 05", "data link establish. req. sapi 16 tei 7F "},
                   {"02 0b 48 ff 0a 10", "data link establish. req. + UI frame sapi 255 tei 0A "},
                   {"02 0b 49 00 ab 10", "data link establish. req. + I frame sapi 0 tei AB "},
@@ -57,7 +57,7 @@ TEST(DecodeS0Out, DataLinksHaveSapiAndTei) {
 }
 
 TEST(DecodeS0Out, NamesCallControlMessages) {
-    expect_values(decode_s0_out, "02 0b 4b 00 40 08 06 07 00", 8,
+    expect_values(s0::from_system, "02 0b 4b 00 40 08 06 07 00", 8,
                   {{1, "I frame send request sapi 0 tei 40  alerte"},
                    {2, "I frame send request sapi 0 tei 40  appel en cours"},
                    {3, "I frame send request sapi 0 tei 40  progress"},
@@ -81,25 +81,25 @@ TEST(DecodeS0Out, NamesCallControlMessages) {
 }
 
 TEST(DecodeS0Out, ContentIsCallControlOrPacketOrItsBlankAlone) {
-    expect_values(decode_s0_out, "02 0b 4c 00 41 00 06 07 45", 5,
+    expect_values(s0::from_system, "02 0b 4c 00 41 00 06 07 45", 5,
                   {{8, "UI frame send request sapi 0 tei 41  deconnexion"},
                    {16, "UI frame send request sapi 0 tei 41  packet"}},
                   "UI frame send request sapi 0 tei 41  ");
-    expect_texts(decode_s0_out, {{"02 0b 4b 00 41 10", "I frame send request sapi 0 tei 41  packet"}});
+    expect_texts(s0::from_system, {{"02 0b 4b 00 41 10", "I frame send request sapi 0 tei 41  packet"}});
 }
 
 TEST(DecodeS0Out, SegmentsCountUpToTheRememberedTotal) {
     TestSession d;
-    EXPECT_EQ(d.with(decode_s0_out, "02 0b 0c 02"), "segment message -2/0");
-    EXPECT_EQ(d.with(decode_s0_out, "02 0b 0c 82 04 05 06 07 08 09 0a 0b 07"),
+    EXPECT_EQ(d.with(s0::from_system, "02 0b 0c 02"), "segment message -2/0");
+    EXPECT_EQ(d.with(s0::from_system, "02 0b 0c 82 04 05 06 07 08 09 0a 0b 07"),
               "segment message 1/3\n\t- connexion");
-    EXPECT_EQ(d.with(decode_s0_out, "02 0b 0c 01 04 05 06 07 08 09 0a 0b 07"), "segment message 2/3");
-    EXPECT_EQ(d.with(decode_s0_out, "02 0b 8c 00"), "segment message 3/3");
+    EXPECT_EQ(d.with(s0::from_system, "02 0b 0c 01 04 05 06 07 08 09 0a 0b 07"), "segment message 2/3");
+    EXPECT_EQ(d.with(s0::from_system, "02 0b 8c 00"), "segment message 3/3");
 }
 
 TEST(DecodeS0Out, DoesNotSplitSuperMessages) {
     expect_texts(
-        decode_s0_out,
+        s0::from_system,
         {{"02 0b 0b 02 01 05 01 03", "??"}, {"02 0b 80", "nop"}, {"02 0b 4f", "??"}, {"02 0b ff", "??"}});
 }
 

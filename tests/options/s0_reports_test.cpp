@@ -4,7 +4,7 @@ namespace ztdecode::testing {
 namespace {
 
 TEST(S0Report, IsAnAnomalyUnlessItsKindHasAName) {
-    expect_values(decode_s0, "04 0b 1f 00 04 01 0c 21 03", 3,
+    expect_values(s0::to_system, "04 0b 1f 00 04 01 0c 21 03", 3,
                   {{0, "reset hard S0  soft=1.12 selftest BAD, not powered"},
                    {1, "reset soft S0  soft=1.12 selftest BAD, not powered"},
                    {129, "reset soft S0  soft=1.12 selftest BAD, not powered"},
@@ -15,14 +15,14 @@ TEST(S0Report, IsAnAnomalyUnlessItsKindHasAName) {
 }
 
 TEST(S0Report, ResetTellsSelftestAndPower) {
-    expect_texts(decode_s0,
+    expect_texts(s0::to_system,
                  {{"04 0b 1f 01 00 02 03 00 01", "reset soft S0  soft=2.03 selftest OK, powered"},
                   {"04 0b 9f 00 00 02 c8 00 03", "reset hard S0  soft=2.200 selftest OK, not powered"},
                   {"04 0b 1f 81 00 30 39 ff 04", "reset soft S0  soft=1.23.45 selftest BAD, powered"}});
 }
 
 TEST(S0Report, NamesSoftwareBlocks) {
-    expect_values(decode_s0, "04 0b 1f 03 04 05 00 48", 6,
+    expect_values(s0::to_system, "04 0b 1f 03 04 05 00 48", 6,
                   {{0, "anomalie in SIH:LAR_NOT_TMC_MSG= Bad TEI management message type"},
                    {1, "anomalie in BAH:LAR_NOT_TMC_MSG= Bad TEI management message type"},
                    {2, "anomalie in L1C:LAR_NOT_TMC_MSG= Bad TEI management message type"},
@@ -40,7 +40,7 @@ TEST(S0Report, NamesSoftwareBlocks) {
 }
 
 TEST(S0Report, NamesAnomalies) {
-    expect_values(decode_s0, "04 0b 1f 05 04 05 03 00 01 02", 7,
+    expect_values(s0::to_system, "04 0b 1f 05 04 05 03 00 01 02", 7,
                   {{17, "anomalie in DLC:LAR_ZT_SAPI= invalid sapi in ZT message"},
                    {18, "anomalie in DLC:LAR_ZT_TEI= invalid tei in ZT message"},
                    {26, "anomalie in DLC:LAR_ZT_LINKID= invalid linkId in ZT message"},
@@ -86,7 +86,7 @@ TEST(S0Report, NamesAnomalies) {
 
 TEST(S0Report, NamesLayer1Events) {
     expect_values(
-        decode_s0, "04 0b 1f 05 00 00 02 28 00 04", 8,
+        s0::to_system, "04 0b 1f 05 00 00 02 28 00 04", 8,
         {{0, "anomalie in L1C:LAR_CODE_IMP= Impossib. event in current state evenement: ARU etat N1= test"},
          {1, "anomalie in L1C:LAR_CODE_IMP= Impossib. event in current state evenement: DIU etat N1= test"},
          {2, "anomalie in L1C:LAR_CODE_IMP= Impossib. event in current state evenement: LSL etat N1= test"},
@@ -107,7 +107,7 @@ TEST(S0Report, NamesLayer1Events) {
 
 TEST(S0Report, NamesLayer1Timers) {
     expect_values(
-        decode_s0, "04 0b 1f 05 00 00 02 2c 05 00", 9,
+        s0::to_system, "04 0b 1f 05 00 00 02 2c 05 00", 9,
         {{0, "anomalie in L1C:LAR_TIMEOUT= Invalid time-out etat N1= G5 out of synchro tempo: DID"},
          {1, "anomalie in L1C:LAR_TIMEOUT= Invalid time-out etat N1= G5 out of synchro tempo: I3I4"},
          {2, "anomalie in L1C:LAR_TIMEOUT= Invalid time-out etat N1= G5 out of synchro tempo: DIU_WAIT"},
@@ -118,7 +118,7 @@ TEST(S0Report, NamesLayer1Timers) {
 }
 
 TEST(S0Report, HasDetailsForThreeAnomaliesOfLayer1) {
-    expect_texts(decode_s0,
+    expect_texts(s0::to_system,
                  {{"04 0b 1f 05 00 00 02 2c 02 06",
                    "anomalie in L1C:LAR_TIMEOUT= Invalid time-out etat N1= G3 activated tempo: SYNC"},
                   {"04 0b 1f 05 00 00 02 2d 09 01",

@@ -14,23 +14,37 @@ std::string lines(std::string_view line, int n) {
     return result;
 }
 
+std::string hex(const std::vector<std::uint8_t>& data) {
+    Text text;
+    for (const std::uint8_t byte : data) text.print("{-:02x} "_cf, byte);
+    return std::string(text.view());
+}
+
 std::string drop_error(std::uint32_t asked, std::uint32_t there) {
-    return fmt::format("decalage incorrect: demandé: {}, disponible: {}\n", asked, there);
+    return formatted("decalage incorrect: demandé: {-}, disponible: {-}\n"_cf, asked, there);
 }
 
 // "LENGTH: B0 B1 ..." of each part, with `extra` bytes behind its end.
 std::vector<std::string> parts_of(std::string_view hex, std::size_t extra = 0) {
     const auto data = bytes(hex);
+    const Message m(data);
     TestSession d;
-    std::vector<std::string> result;
     Text out;
-    const auto note = [&](Session&, const Message& part, Text&) {
-        std::string text = fmt::format("{}:", part.length());
-        for (std::size_t k = 0; k < part.length() + extra; ++k) text += fmt::format(" {:02x}", part[k]);
-        result.push_back(text);
+    struct Parts {
+        std::vector<std::string> texts;
+        std::size_t extra;
+    } parts{{}, extra};
+    const auto note = [](Decoding& part, void* host) {
+        auto& noted = *static_cast<Parts*>(host);
+        std::string text = formatted("{-}:"_cf, part.length());
+        for (std::size_t k = 0; k < part.length() + noted.extra; ++k) {
+            text += formatted(" {-:02x}"_cf, part[k]);
+        }
+        noted.texts.push_back(text);
     };
-    sub_super(d.session(), Message(data), note, out);
-    return result;
+    Decoding decoding(d.session(), m, out);
+    modules::super_message(decoding, note, &parts);
+    return parts.texts;
 }
 
 TEST(SubSuper, HandsOverEachPartAsAMessageOfItsOwn) {
@@ -43,7 +57,7 @@ TEST(SubSuper, HandsOverEachPartAsAMessageOfItsOwn) {
 TEST(SubSuper, PartOfLength0ReadsItsOpcodeBehindItsEnd) {
     EXPECT_EQ(parts_of("04 2a 0b 00"), (std::vector<std::string>{"2: 0b 00"}));
     EXPECT_EQ(parts_of("04 2a 0b 00", 2), (std::vector<std::string>{"2: 0b 00 00 00"}));
-    expect_texts(decode_z_out,
+    expect_texts(z::from_system,
                  {{"02 2a 0b 00", "super message\n\t\t- nop\n"},
                   {"02 2a 0b 00 01 0e", "super message\n\t\t- ?? <01>\n\t\t- version inquiry\n"}});
 }
@@ -56,40 +70,40 @@ TEST(SubSuper, PartsSeeTheBytesThatStayedBehindTheEnd) {
 }
 
 TEST(SubSuper, WritesALineForEachPart) {
-    expect_texts(decode_z_out,
+    expect_texts(z::from_system,
                  {{"02 2a 0b 02 01 05 01 03", "super message\n\t\t- ?? <01>\n\t\t- software reset\n"},
                   {"02 2a 0b 02 29 06 02 4a 00 01 25",
                    "super message\n"
                    "\t\t- voice mode ringing\n"
                    "\t\t- audio padded path: analog gain\n"
                    "\t\t- disable dtmf\n"}});
-    expect_texts(decode_mpc, {{"04 10 0b 01 20 02 27 07 05 1f 00 01 02 03",
-                               "super message\n"
-                               "\t\t- I'm here\n"
-                               "\t\t- anomalie soft 7\n"
-                               "\t\t- reset hard mpc  soft=2.03\n"}});
-    expect_texts(decode_mpc_out, {{"02 10 0b 02 0c 81 02 0c 00",
+    expect_texts(mpc::to_system, {{"04 10 0b 01 20 02 27 07 05 1f 00 01 02 03",
                                    "super message\n"
-                                   "\t\t- segment message debut, reste 1 messages\n"
-                                   "\t\t- segment message suite, reste 0 messages\n"}});
-    expect_texts(decode_eak_out, {{"02 23 0b 02 41 01 01 46",
-                                   "super message\n\t\t- key release config = on\n\t\t- all icons off\n"}});
-    expect_texts(decode_ks_out, {{"02 4a 0b 02 01 02 01 69",
-                                  "super message\n\t\t- production testend\n\t\t- write EEPROM\n"}});
+                                   "\t\t- I'm here\n"
+                                   "\t\t- anomalie soft 7\n"
+                                   "\t\t- reset hard mpc  soft=2.03\n"}});
+    expect_texts(mpc::from_system, {{"02 10 0b 02 0c 81 02 0c 00",
+                                     "super message\n"
+                                     "\t\t- segment message debut, reste 1 messages\n"
+                                     "\t\t- segment message suite, reste 0 messages\n"}});
+    expect_texts(eak::from_system, {{"02 23 0b 02 41 01 01 46",
+                                     "super message\n\t\t- key release config = on\n\t\t- all icons off\n"}});
+    expect_texts(ks::from_system, {{"02 4a 0b 02 01 02 01 69",
+                                    "super message\n\t\t- production testend\n\t\t- write EEPROM\n"}});
 }
 
 TEST(SubSuper, CountOf0Or1Or2EndsIt) {
     // Count 4 less 2, 3 and 4.
-    expect_texts(decode_z_out, {{"02 2a 0b 01 0e", "super message\n\t\t- version inquiry\n"},
-                                {"02 2a 0b 02 0e", "super message\n\t\t- version inquiry\n"},
-                                {"02 2a 0b 03 0e", "super message\n\t\t- version inquiry\n"}});
+    expect_texts(z::from_system, {{"02 2a 0b 01 0e", "super message\n\t\t- version inquiry\n"},
+                                  {"02 2a 0b 02 0e", "super message\n\t\t- version inquiry\n"},
+                                  {"02 2a 0b 03 0e", "super message\n\t\t- version inquiry\n"}});
 }
 
 TEST(SubSuper, LengthBehindTheEndWalksOnOverTheEmptyCopy) {
     // Count 4: less 6 is 254, then 21 times less 12 down to 2. The empty copy stays at 2a 0b 05: length 0b,
     // opcode 05.
     TestSession d;
-    EXPECT_EQ(d.with(decode_z_out, "02 2a 0b 05 03"),
+    EXPECT_EQ(d.with(z::from_system, "02 2a 0b 05 03"),
               "super message\n\t\t- software reset\n" + lines("\t\t- ?? <05>\n", 21));
     EXPECT_EQ(d.error, drop_error(6, 4) + lines(drop_error(1, 0) + drop_error(12, 0), 21));
 }
@@ -97,10 +111,10 @@ TEST(SubSuper, LengthBehindTheEndWalksOnOverTheEmptyCopy) {
 TEST(SubSuper, CountThatNeverGetsDownEndsWhereItBegan) {
     // Count 4 less 9 is 251; taking 12 off 64 times leads back to it.
     TestSession d;
-    EXPECT_EQ(d.with(decode_z_out, "02 2a 0b 08 03"),
+    EXPECT_EQ(d.with(z::from_system, "02 2a 0b 08 03"),
               "super message\n\t\t- software reset\n" + lines("\t\t- ?? <08>\n", 64));
     // Length 255 behind the empty copy's first byte: the count stays as it is.
-    EXPECT_EQ(d.with(decode_z_out, "02 2a 0b 02 00 ff 09"),
+    EXPECT_EQ(d.with(z::from_system, "02 2a 0b 02 00 ff 09"),
               "super message\n\t\t- nop\n\t\t- ?? <09>\n\t\t- ?? <09>\n");
 }
 
@@ -110,16 +124,16 @@ TEST(SubSuper, CountHasEightBits) {
     data[2] = 0x0B;
     TestSession d;
     Text out;
-    decode_z_out(d.session(), Message(data), out);
+    decode_message(z::from_system, d, Message(data), out);
     EXPECT_EQ(out.view(), "super message\n\t\t- nop\n");
     // One more counts as 3: a part of length 0 leaves 2.
     data.push_back(0);
     out.clear();
-    decode_z_out(d.session(), Message(data), out);
+    decode_message(z::from_system, d, Message(data), out);
     EXPECT_EQ(out.view(), "super message\n\t\t- nop\n");
     data.push_back(0);
     out.clear();
-    decode_z_out(d.session(), Message(data), out);
+    decode_message(z::from_system, d, Message(data), out);
     EXPECT_EQ(out.view(), "super message\n\t\t- nop\n\t\t- nop\n");
     EXPECT_EQ(d.error, "");
 }
@@ -127,59 +141,58 @@ TEST(SubSuper, CountHasEightBits) {
 TEST(SubSuper, MessageWithoutAnyPartHasALine) {
     TestSession d;
     Text out;
-    const auto nothing = [](Session&, const Message& part, Text& text) {
-        text.print("{}"_cf, part.length());
-    };
-    sub_super(d.session(), Message(bytes("")), nothing, out);
+    const Message m(nullptr, 0, 0);
+    Decoding decoding(d.session(), m, out);
+    modules::super_message(decoding, [](Decoding& part) { part.print("{-}"_cf, part.length()); });
     // Count 0 less 1 is 255, and so on down to 2.
     EXPECT_EQ(out.view(), "super message\n" + lines("\t\t- 2\n", 254));
     EXPECT_EQ(d.error, drop_error(1, 0) + lines(drop_error(1, 0) + drop_error(1, 0), 254));
 }
 
 TEST(SubSuper, InnerTextStandsInPlaceOfTheOuterOneAndThenAgain) {
-    expect_texts(decode_mpc_out, {{"02 10 0b 01 0e 03 0b 01 00 01 20",
-                                   "super message\n\t\t- nop\n"
-                                   "super message\n\t\t- nop\n\n"
-                                   "\t\t- are you there?\n"},
-                                  // The later one replaces the earlier one and what followed it.
-                                  {"02 10 0b 03 0b 01 00 01 20 03 8b 01 11 01 12",
-                                   "super message\n\t\t- ABC-A\n"
-                                   "super message\n\t\t- ABC-A\n\n"
-                                   "\t\t- TAPI\n"},
-                                  {"02 10 0b 07 0b 03 0b 01 21 01 22",
-                                   "super message\n\t\t- pabx type\n"
-                                   "super message\n\t\t- pabx type\n\n"
-                                   "\t\t- terminal type\n"
-                                   "super message\n\t\t- pabx type\n"
-                                   "super message\n\t\t- pabx type\n\n"
-                                   "\t\t- terminal type\n\n"}});
+    expect_texts(mpc::from_system, {{"02 10 0b 01 0e 03 0b 01 00 01 20",
+                                     "super message\n\t\t- nop\n"
+                                     "super message\n\t\t- nop\n\n"
+                                     "\t\t- are you there?\n"},
+                                    // The later one replaces the earlier one and what followed it.
+                                    {"02 10 0b 03 0b 01 00 01 20 03 8b 01 11 01 12",
+                                     "super message\n\t\t- ABC-A\n"
+                                     "super message\n\t\t- ABC-A\n\n"
+                                     "\t\t- TAPI\n"},
+                                    {"02 10 0b 07 0b 03 0b 01 21 01 22",
+                                     "super message\n\t\t- pabx type\n"
+                                     "super message\n\t\t- pabx type\n\n"
+                                     "\t\t- terminal type\n"
+                                     "super message\n\t\t- pabx type\n"
+                                     "super message\n\t\t- pabx type\n\n"
+                                     "\t\t- terminal type\n\n"}});
 }
 
 TEST(SubSuper, InnerTextInAnEmulatedMessageStandsInPlaceOfTheOuterOneToo) {
-    expect_texts(decode_mpc, {{"04 10 0b 01 21 06 26 04 10 0b 01 20 01 22",
-                               "super message\n"
-                               "\t\t- I'm here\n"
-                               "VTA emulation: [opt mac/pc adr 0] super message\n"
-                               "\t\t- I'm here\n\n"
-                               "\t\t- disconnection detected\n"}});
+    expect_texts(mpc::to_system, {{"04 10 0b 01 21 06 26 04 10 0b 01 20 01 22",
+                                   "super message\n"
+                                   "\t\t- I'm here\n"
+                                   "VTA emulation: [opt mac/pc adr 0] super message\n"
+                                   "\t\t- I'm here\n\n"
+                                   "\t\t- disconnection detected\n"}});
 }
 
 TEST(SubSuper, EmulationsInPartsEndWithTheirLine) {
-    expect_texts(decode_mpc, {{"04 10 26 04 11 0b 02 26 22 01 20",
-                               "VTA emulation: [opt mac/pc adr 1] super message\n"
-                               "\t\t- VTA emulation: I'm here\n"
-                               "\t\t- I'm here\n"},
-                              {"04 10 26 04 11 0b 05 26 04 12 26 22 02 26 01",
-                               "VTA emulation: [opt mac/pc adr 1] super message\n"
-                               "\t\t- VTA emulation: [opt mac/pc adr 2] VTA emulation: I'm here\n"
-                               "\t\t- VTA emulation: handset off hook\n"}});
+    expect_texts(mpc::to_system, {{"04 10 26 04 11 0b 02 26 22 01 20",
+                                   "VTA emulation: [opt mac/pc adr 1] super message\n"
+                                   "\t\t- VTA emulation: I'm here\n"
+                                   "\t\t- I'm here\n"},
+                                  {"04 10 26 04 11 0b 05 26 04 12 26 22 02 26 01",
+                                   "VTA emulation: [opt mac/pc adr 1] super message\n"
+                                   "\t\t- VTA emulation: [opt mac/pc adr 2] VTA emulation: I'm here\n"
+                                   "\t\t- VTA emulation: handset off hook\n"}});
 }
 
 // A message that was cut off behind its opcode: the opcode is the length, and the byte behind it the opcode.
 TEST(SubSuper, CutOffMessageIsOneInsideItself) {
     const std::string inner = "super message\n" + lines("\t\t- nop\n", 10);
     TestSession d;
-    EXPECT_EQ(d.with(decode_mpc_out, "02 10 0b"), inner + inner + "\n");
+    EXPECT_EQ(d.with(mpc::from_system, "02 10 0b"), inner + inner + "\n");
 }
 
 std::vector<std::uint8_t> nested(int depth) {
@@ -198,7 +211,7 @@ TEST(SubSuper, IsFollowed12Deep) {
         TestSession d;
         Text out;
         const auto data = nested(depth);
-        decode_eak_out(d.session(), Message(data), out);
+        decode_message(eak::from_system, d, Message(data), out);
         if (depth <= 12) {
             EXPECT_EQ(out.view(), expected) << depth;
             expected += expected + "\n";
@@ -220,7 +233,7 @@ class PlainWalk {
         std::uint32_t length;
     };
 
-    PlainWalk(TestSession& d, ModuleDecoder decoder) : d_(d), decoder_(decoder) {}
+    PlainWalk(TestSession& d, Decoder decoder) : d_(d), decoder_(decoder) {}
 
     const std::string& text_of(std::span<const std::uint8_t> message, std::size_t capacity) {
         Record record{{message.begin(), message.end()}, static_cast<std::uint32_t>(message.size())};
@@ -271,19 +284,18 @@ class PlainWalk {
             return text_;
         }
         Text out;
-        decoder_(d_.session(), Message(part.data.data(), part.length, part.data.size()), out);
+        decode_message(decoder_, d_, Message(part.data.data(), part.length, part.data.size()), out);
         return std::string(out.view());
     }
 
     TestSession& d_;
-    ModuleDecoder decoder_;
+    Decoder decoder_;
     std::string text_;
     int parts_ = 0;
 };
 
 // False when the plain walk gave up.
-bool agrees_with_plain_walk(ModuleDecoder decoder, const std::vector<std::uint8_t>& data,
-                            std::size_t capacity) {
+bool agrees_with_plain_walk(Decoder decoder, const std::vector<std::uint8_t>& data, std::size_t capacity) {
     TestSession d;
     PlainWalk plain(d, decoder);
     const std::string expected = plain.text_of(data, capacity);
@@ -291,11 +303,11 @@ bool agrees_with_plain_walk(ModuleDecoder decoder, const std::vector<std::uint8_
     Text out;
     {
         const Captured captured(d.session(), out);
-        decoder(d.session(), Message(data), out);
+        decode_message(decoder, d, Message(data), out);
     }
-    EXPECT_EQ(out.view(), expected) << fmt::format("{:02x}", fmt::join(data, " "));
+    EXPECT_EQ(out.view(), expected) << hex(data);
     if (plain.errors.size() <= Carrying::most_complaints) {
-        EXPECT_EQ(d.error, plain.errors) << fmt::format("{:02x}", fmt::join(data, " "));
+        EXPECT_EQ(d.error, plain.errors) << hex(data);
     } else {
         EXPECT_TRUE(plain.errors.starts_with(d.error));
         EXPECT_LE(d.error.size(), Carrying::most_complaints);
@@ -303,16 +315,16 @@ bool agrees_with_plain_walk(ModuleDecoder decoder, const std::vector<std::uint8_
     return true;
 }
 
-constexpr std::array<ModuleDecoder, 4> splitting_decoders = {decode_z_out, decode_mpc_out, decode_eak_out,
-                                                             decode_ks_out};
+constexpr std::array<Decoder, 4> splitting_decoders = {z::from_system, mpc::from_system, eak::from_system,
+                                                       ks::from_system};
 
 TEST(SubSuper, EveryLengthByteAgreesWithThePlainWalk) {
-    for (const ModuleDecoder decoder : {decode_z_out, decode_ks_out}) {
+    for (const Decoder decoder : {z::from_system, ks::from_system}) {
         for (unsigned length = 0; length < 256; ++length) {
             for (const std::string_view tail :
                  {"", "00", "0e", "01 0e", "0e 01", "0e 02 29 06", "0b 03 03 03", "0b 0b 0b", "8b 01 00 02",
                   "41 0b 41 0b 41 0b ff"}) {
-                const auto data = bytes(fmt::format("02 2a 0b {:02x} {}", length, tail));
+                const auto data = bytes(formatted("02 2a 0b {-:02x} {-}"_cf, length, tail));
                 EXPECT_TRUE(agrees_with_plain_walk(decoder, data, 600));
             }
         }
@@ -341,7 +353,7 @@ TEST(SubSuper, LongMessagesAgreeWithThePlainWalk) {
         std::vector<std::uint8_t> data(200 + random() % 4900);
         for (auto& byte : data) byte = static_cast<std::uint8_t>(random() % 4);
         data[2] = 0x0B;
-        EXPECT_TRUE(agrees_with_plain_walk(decode_ks_out, data, message_capacity));
+        EXPECT_TRUE(agrees_with_plain_walk(ks::from_system, data, message_capacity));
     }
 }
 
@@ -357,35 +369,120 @@ TEST(SubSuper, OverlappingOnesAreBounded) {
         TestSession d;
         Text out;
         const Captured captured(d.session(), out);
-        decode_mpc(d.session(), Message(data), out);
+        decode_message(mpc::to_system, d, Message(data), out);
         EXPECT_LE(out.size(), Carrying::most_text + 300000);
         EXPECT_LE(d.error.size(), Carrying::most_complaints);
         EXPECT_EQ(d.session().carrying.module_super_depth, 0U);
     }
 }
 
-TEST(SubSuper, PartsKeepTheWayBackToTheirBytes) {
-    const auto data = bytes("02 10 0b 01 0e 02 0c 85");
+// "'TEXT' BYTES of MESSAGE NAME" of each stretch.
+std::string stretches(Decoder decoder, std::string_view hex, Trail& trail) {
+    const auto data = bytes(hex);
     TestSession d;
-    Provenance provenance;
+    d.session().trail = &trail;
     Text out;
-    Message m(data);
-    provenance.start(out);
-    m.observe(&provenance);
-    decode_mpc_out(d.session(), m, out);
-    provenance.finish();
+    const Message m(data);
+    trail.start(out, m);
+    decode_message(decoder, d, m, out);
+    trail.finish();
     std::string found;
-    for (const Stretch& s : provenance.stretches()) {
-        found += fmt::format("'{}'", out.view().substr(s.begin, s.end - s.begin));
-        for (const ByteRange& r : s.bytes) found += fmt::format(" {}-{}", r.first, r.last);
+    for (const Stretch& s : trail.stretches()) {
+        found += formatted("'{-}'"_cf, out.view().substr(s.begin, s.end - s.begin));
+        for (const ByteRange& r : trail.bytes_of(s)) found += formatted(" {-}-{-}"_cf, r.first, r.last);
+        found += formatted(" of {-}"_cf, s.message);
+        if (s.value != Stretch::no_value) {
+            found += formatted(" {-}"_cf, trail.values()[s.value].name);
+            EXPECT_EQ(trail.values()[s.value].begin, s.begin);
+            EXPECT_EQ(trail.values()[s.value].end, s.end);
+        }
         found += "\n";
     }
-    EXPECT_EQ(found,
-              "'super message\n' 2-2\n"
-              "'\t\t- ' 3-3\n"
-              "'version inquiry\n' 4-4\n"
-              "'\t\t- ' 5-5\n"
-              "'segment message debut, reste 5 messages\n' 6-7\n");
+    return found;
+}
+
+std::string messages(const Trail& trail) {
+    std::string found;
+    for (const NotedMessage& m : trail.messages()) {
+        found += formatted("{-}+{-} {-}-{-} {-}\n"_cf, m.origin, m.length, m.begin, m.end, m.name);
+    }
+    return found;
+}
+
+TEST(SubSuper, PartsAreMessagesThatKeepTheWayBackToTheirBytes) {
+    Trail trail;
+    EXPECT_EQ(stretches(mpc::from_system, "02 10 0b 01 0e 02 0c 85", trail),
+              "'super message\n' 2-2 of 0\n"
+              "'\t\t- ' 2-3 of 0\n"
+              "'version inquiry' 4-4 of 1\n"
+              "'\n' 2-3 of 0\n"
+              "'\t\t- ' 2-2 5-5 of 0\n"
+              "'segment message ' 6-6 of 2\n"
+              "'debut' 7-7 of 2 segment_start\n"
+              "', reste ' 6-6 of 2\n"
+              "'5' 7-7 of 2 segments_to_come\n"
+              "' messages' 6-6 of 2\n"
+              "'\n' 2-2 5-5 of 0\n");
+    EXPECT_EQ(messages(trail),
+              "0+8 0-78 super_message\n"
+              "2+3 18-33 version_inquiry\n"
+              "4+4 38-77 segment\n");
+}
+
+TEST(SubSuper, InnerTextsKeepTheirBytesWhereverTheyStand) {
+    Trail trail;
+    EXPECT_EQ(stretches(mpc::from_system, "02 10 0b 01 0e 03 0b 01 00 01 20", trail),
+              "'super message\n' 6-6 of 2\n"
+              "'\t\t- ' 6-7 of 2\n"
+              "'nop' 8-8 of 3\n"
+              "'\n' 6-7 of 2\n"
+              "'super message\n' 6-6 of 2\n"
+              "'\t\t- ' 6-7 of 2\n"
+              "'nop' 8-8 of 3\n"
+              "'\n' 6-7 of 2\n"
+              "'\n' 2-2 5-5 of 0\n"
+              "'\t\t- ' 2-2 9-9 of 0\n"
+              "'are you there?' 10-10 of 4\n"
+              "'\n' 2-2 9-9 of 0\n");
+    // The text of the first part is gone; the inner super message is where it stands last.
+    EXPECT_EQ(messages(trail),
+              "0+11 0-64 super_message\n"
+              "2+3 0-0 version_inquiry\n"
+              "4+5 22-44 super_message\n"
+              "6+3 40-43 nop\n"
+              "8+3 49-63 are_you_there\n");
+}
+
+TEST(SubSuper, ValuesOfInnerTextsStandTwice) {
+    Trail trail;
+    EXPECT_EQ(stretches(mpc::to_system, "04 10 0b 04 0b 02 27 07", trail),
+              "'super message\n' 4-4 of 1\n"
+              "'\t\t- ' 4-5 of 1\n"
+              "'anomalie soft ' 6-6 of 2\n"
+              "'7' 7-7 of 2 anomaly\n"
+              "'\n' 4-5 of 1\n"
+              "'super message\n' 4-4 of 1\n"
+              "'\t\t- ' 4-5 of 1\n"
+              "'anomalie soft ' 6-6 of 2\n"
+              "'7' 7-7 of 2 anomaly\n"
+              "'\n' 4-5 of 1\n"
+              "'\n' 2-3 of 0\n");
+    ASSERT_EQ(trail.values().size(), 2U);
+    EXPECT_EQ(trail.values()[0].begin, 32U);
+    EXPECT_EQ(trail.values()[1].begin, 66U);
+}
+
+// The length byte of a part whose end was cut off is there, its opcode is not.
+TEST(SubSuper, BytesBehindTheEndAreMissing) {
+    Trail trail;
+    EXPECT_EQ(stretches(z::from_system, "02 2a 0b 00", trail),
+              "'super message\n' 2-2 of 0\n"
+              "'\t\t- ' 2-3 of 0\n"
+              "'nop' of 1\n"
+              "'\n' 2-3 of 0\n");
+    ASSERT_EQ(trail.stretches().size(), 4U);
+    EXPECT_TRUE(trail.stretches()[2].missing);
+    EXPECT_FALSE(trail.stretches()[3].missing);
 }
 
 }  // namespace

@@ -6,14 +6,14 @@
 namespace ztdecode::testing {
 namespace {
 
-constexpr std::array<ModuleDecoder, 12> decoders = {
-    decode_z,  decode_z_out,  decode_mpc, decode_mpc_out, decode_eak, decode_eak_out,
-    decode_ks, decode_ks_out, decode_v24, decode_v24_out, decode_s0,  decode_s0_out,
+constexpr std::array<Decoder, 12> decoders = {
+    z::to_system,  z::from_system,  mpc::to_system, mpc::from_system, eak::to_system, eak::from_system,
+    ks::to_system, ks::from_system, v24::to_system, v24::from_system, s0::to_system,  s0::from_system,
 };
 
-bool is_super(ModuleDecoder decoder, std::uint8_t opcode) {
-    constexpr std::array<ModuleDecoder, 5> splitting = {decode_z_out, decode_mpc_out, decode_mpc,
-                                                        decode_eak_out, decode_ks_out};
+bool is_super(Decoder decoder, std::uint8_t opcode) {
+    constexpr std::array<Decoder, 5> splitting = {z::from_system, mpc::from_system, mpc::to_system,
+                                                  eak::from_system, ks::from_system};
     return (opcode & 0x7F) == 0x0B && std::ranges::count(splitting, decoder) != 0;
 }
 
@@ -21,7 +21,7 @@ bool is_super(ModuleDecoder decoder, std::uint8_t opcode) {
 // nothing but the code that an unknown opcode shows.
 TEST(Modules, EveryOpcodeReportCodeAndLengthHasAText) {
     constexpr std::array<std::uint8_t, 24> bytes = {4, 0x2A, 0, 0, 1, 2, 3, 4, 5, 6, 7, 8};
-    for (const ModuleDecoder decoder : decoders) {
+    for (const Decoder decoder : decoders) {
         TestSession d;
         Text out;
         auto data = bytes;
@@ -32,7 +32,7 @@ TEST(Modules, EveryOpcodeReportCodeAndLengthHasAText) {
                 if (is_super(decoder, data[2])) continue;
                 for (const std::size_t length : {1U, 3U, 4U, 10U, 24U}) {
                     out.clear();
-                    decoder(d.session(), Message(data.data(), length, length), out);
+                    decode_message(decoder, d, Message(data.data(), length, length), out);
                     ASSERT_FALSE(out.empty()) << opcode << ' ' << code << ' ' << length;
                     ASSERT_EQ(out.view().find('\0'), std::string_view::npos);
                     ASSERT_LT(out.size(), 400U);
@@ -43,7 +43,7 @@ TEST(Modules, EveryOpcodeReportCodeAndLengthHasAText) {
 }
 
 TEST(Modules, SuperMessagesOfEveryLengthEnd) {
-    for (const ModuleDecoder decoder : decoders) {
+    for (const Decoder decoder : decoders) {
         TestSession d;
         Text out;
         std::array<std::uint8_t, 48> data = {4, 0x10, 0x0B};
@@ -55,7 +55,7 @@ TEST(Modules, SuperMessagesOfEveryLengthEnd) {
                 for (const std::size_t size : {1U, 3U, 4U, 5U, 40U}) {
                     out.clear();
                     const Captured captured(d.session(), out);
-                    decoder(d.session(), Message(data.data(), size, data.size()), out);
+                    decode_message(decoder, d, Message(data.data(), size, data.size()), out);
                     ASSERT_TRUE(out.view().starts_with("super message\n"));
                     ASSERT_TRUE(out.view().ends_with("\n"));
                     ASSERT_LT(out.size(), 300000U) << length << ' ' << opcode << ' ' << size;
@@ -85,7 +85,7 @@ TEST(Modules, EverySubDeviceByteHasItsLabel) {
                     ASSERT_EQ(ztdecode::decode(d.session(), m, out), Outcome::decoded);
                     // A super message inside a super message does not reach the label.
                     ASSERT_TRUE(out.view().starts_with("\t- [opt ")) << out.view();
-                    ASSERT_NE(out.view().find(fmt::format(" adr {:x}] ", sub_device & 7)),
+                    ASSERT_NE(out.view().find(formatted(" adr {-:x}] "_cf, sub_device & 7)),
                               std::string_view::npos);
                 }
                 d.error.clear();
@@ -116,7 +116,7 @@ TEST(Modules, RememberedTypeChoosesTheDecoderOfCommands) {
                                      {14, "[opt ??? adr 0] subdev command"},
                                      {31, "[opt ??? adr 0] subdev command"}}) {
         TestSession d;
-        d.to_dhs(fmt::format("04 {:02x} 00", type << 3));
+        d.to_dhs(formatted("04 {-:02x} 00"_cf, type << 3));
         EXPECT_EQ(d.from_dhs("02 00 01 01"), "\t- " + std::string(text));
     }
 }

@@ -4,7 +4,7 @@ namespace ztdecode::testing {
 namespace {
 
 TEST(DecodeV24Out, NamesEveryOpcodeWithoutItsBit7) {
-    expect_opcodes(decode_v24_out,
+    expect_opcodes(v24::from_system,
                    {{0x00, "nop"},
                     {0x03, "software reset"},
                     {0x07, "loopback ON"},
@@ -38,11 +38,11 @@ TEST(DecodeV24Out, NamesEveryOpcodeWithoutItsBit7) {
 }
 
 TEST(DecodeV24Out, DoesNotSplitSuperMessages) {
-    expect_texts(decode_v24_out, {{"02 00 0b 02 01 05 01 03", "cmd ???"}, {"02 00 33", "cmd ???"}});
+    expect_texts(v24::from_system, {{"02 00 0b 02 01 05 01 03", "cmd ???"}, {"02 00 33", "cmd ???"}});
 }
 
 TEST(DecodeV24Out, NamesStates) {
-    expect_values(decode_v24_out, "02 00 21 00", 3,
+    expect_values(v24::from_system, "02 00 21 00", 3,
                   {{0, "change state: idle"},
                    {1, "change state: command"},
                    {3, "change state: start connection"},
@@ -53,7 +53,7 @@ TEST(DecodeV24Out, NamesStates) {
 }
 
 TEST(DecodeV24, NamesEveryOpcodeWithoutItsBit7) {
-    expect_opcodes(decode_v24,
+    expect_opcodes(v24::to_system,
                    {{0x00, "nop ack"},
                     {0x06, "loopback ON ack"},
                     {0x07, "loopback OFF ack"},
@@ -77,22 +77,24 @@ TEST(DecodeV24, NamesEveryOpcodeWithoutItsBit7) {
                    [](unsigned) { return std::string("??"); });
 }
 
-TEST(DecodeV24, DoesNotSplitSuperMessages) { expect_texts(decode_v24, {{"04 00 0b 02 01 05 01 03", "??"}}); }
+TEST(DecodeV24, DoesNotSplitSuperMessages) {
+    expect_texts(v24::to_system, {{"04 00 0b 02 01 05 01 03", "??"}});
+}
 
 TEST(DecodeV24, ShowsItsNumbers) {
-    expect_texts(decode_v24, {{"04 00 0e 03 02 05 09", "version response,  soft=2.05"},
-                              {"04 00 21 ff", "wake up event, baud= 255"},
-                              {"04 00 23 0c", "literal string error 12"}});
+    expect_texts(v24::to_system, {{"04 00 0e 03 02 05 09", "version response,  soft=2.05"},
+                                  {"04 00 21 ff", "wake up event, baud= 255"},
+                                  {"04 00 23 0c", "literal string error 12"}});
 }
 
 TEST(DecodeV24, NamesTimers) {
-    expect_values(decode_v24, "04 00 2d 00", 3,
+    expect_values(v24::to_system, "04 00 2d 00", 3,
                   {{100, "timer expired: startup"}, {30, "timer expired: resynchronization"}},
                   "timer expired: ??");
 }
 
 TEST(DecodeV24, NamesEveryReport) {
-    expect_values(decode_v24, "04 00 1f 00 06 01 0c 00 06", 3,
+    expect_values(v24::to_system, "04 00 1f 00 06 01 0c 00 06", 3,
                   {{0x00, "reset hard V24 synchrone V110 V120  soft=1.12, selftest: OK"},
                    {0x01, "reset soft V24 synchrone V110 V120  soft=1.12, selftest: OK"},
                    {0x81, "reset soft V24 synchrone V110 V120  soft=1.12, selftest: OK"},
@@ -103,7 +105,7 @@ TEST(DecodeV24, NamesEveryReport) {
 }
 
 TEST(DecodeV24, NamesLineModes) {
-    expect_values(decode_v24, "04 00 1f 00 00 01 0c 01 00", 4,
+    expect_values(v24::to_system, "04 00 1f 00 00 01 0c 01 00", 4,
                   {{0, "reset hard V24 asynchrone  soft=1.12, selftest: BAD"},
                    {6, "reset hard V24 synchrone  soft=1.12, selftest: BAD"}},
                   "reset hard V24 ???  soft=1.12, selftest: BAD");
@@ -111,7 +113,7 @@ TEST(DecodeV24, NamesLineModes) {
 
 TEST(DecodeV24, AsynchronousAdaptationsMayHaveAName) {
     expect_texts(
-        decode_v24,
+        v24::to_system,
         {{"04 00 1f 01 00 01 0c 00 00", "reset soft V24 asynchrone  soft=1.12, selftest: OK"},
          {"04 00 1f 01 00 01 0c 00 01", "reset soft V24 asynchrone V14  soft=1.12, selftest: OK"},
          {"04 00 1f 01 00 01 0c 00 02", "reset soft V24 asynchrone V110  soft=1.12, selftest: OK"},
@@ -132,7 +134,7 @@ TEST(DecodeV24, AsynchronousAdaptationsMayHaveAName) {
 
 TEST(DecodeV24, OtherAdaptationsHaveNone) {
     expect_texts(
-        decode_v24,
+        v24::to_system,
         {{"04 00 1f 00 06 01 0c 00 03", "reset hard V24 synchrone V14 V110  soft=1.12, selftest: OK"},
          {"04 00 1f 00 06 01 0c 00 06", "reset hard V24 synchrone V110 V120  soft=1.12, selftest: OK"},
          {"04 00 1f 00 01 01 0c 00 03", "reset hard V24 ??? V14 V110  soft=1.12, selftest: OK"},
