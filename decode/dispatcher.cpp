@@ -3,7 +3,7 @@
 #include "core/decoding.hpp"
 #include "decode/routes/hub.hpp"
 #include "decode/routes/ibs.hpp"
-#include "decode/routes/minor.hpp"
+#include "decode/routes/servers.hpp"
 #include "decode/audio_filter.hpp"
 #include "digital/digital.hpp"
 #include "he/he.hpp"

@@ -1,4 +1,4 @@
-#include "decode/routes/minor.hpp"
+#include "decode/routes/servers.hpp"
 
 #include "core/going_away.hpp"
 #include "object/command.hpp"
@@ -6,19 +6,6 @@
 namespace ztdecode {
 
 namespace {
-
-// The message with its type byte, which is the server's code.
-void to_server(std::string_view server, Session& session, Message& m, Text& out) {
-    m.status = Status::recognised;
-    out.add(server);
-    analyse_for_application(session, analyse_cmd_term, m, out);
-}
-
-void from_server(std::string_view server, Session& session, Message& m, Text& out) {
-    m.status = Status::recognised;
-    out.add(server);
-    analyse_for_application(session, analyse_cmd_pbx, m, out);
-}
 
 // byte 1 on: the text
 void debug_text(Message& m, Text& out) {
@@ -91,14 +78,6 @@ constexpr auto osi_commands = opcodes({
 
 }  // namespace
 
-void cs2dhs(Session& session, Message& m, Text& out) { to_server("call server", session, m, out); }
-
-void dhs2cs(Session& session, Message& m, Text& out) { from_server("call server", session, m, out); }
-
-void prs2dhs(Session& session, Message& m, Text& out) { to_server("presentation server", session, m, out); }
-
-void dhs2prs(Session& session, Message& m, Text& out) { from_server("presentation server", session, m, out); }
-
 void dbg2dhs(Session& /*session*/, Message& m, Text& out) { debug_text(m, out); }
 
 void dhs2dbg(Session& /*session*/, Message& m, Text& out) { debug_text(m, out); }
@@ -113,11 +92,32 @@ void dhs2osi(Session& session, Message& m, Text& out) {
 
 }  // namespace ztdecode
 
-void ztdecode::call_server::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2cs, d); }
-void ztdecode::call_server::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::cs2dhs, d); }
-void ztdecode::presentation_server::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2prs, d); }
-void ztdecode::presentation_server::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::prs2dhs, d); }
 void ztdecode::debug::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2dbg, d); }
 void ztdecode::debug::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dbg2dhs, d); }
 void ztdecode::osi::from_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::dhs2osi, d); }
 void ztdecode::osi::to_system(ztdecode::Decoding& d) { ztdecode::call_old(ztdecode::osi2dhs, d); }
+
+namespace ztdecode {
+
+namespace {
+
+// The message with its type byte, which is the server's code.
+void message_of(std::string_view server, Decoding& d, Decoder decoder) {
+    d.status = Status::recognised;
+    d.add(server);
+    object::for_application(d, decoder);
+}
+
+}  // namespace
+
+void call_server::from_system(Decoding& d) { message_of("call server", d, object::from_system); }
+
+void call_server::to_system(Decoding& d) { message_of("call server", d, object::to_system); }
+
+void presentation_server::from_system(Decoding& d) {
+    message_of("presentation server", d, object::from_system);
+}
+
+void presentation_server::to_system(Decoding& d) { message_of("presentation server", d, object::to_system); }
+
+}  // namespace ztdecode

@@ -6,12 +6,6 @@
 
 namespace ztdecode {
 
-// The object protocol's two servers. The session's application text becomes the message's.
-void cs2dhs(Session& session, Message& m, Text& out);
-void dhs2cs(Session& session, Message& m, Text& out);
-void prs2dhs(Session& session, Message& m, Text& out);
-void dhs2prs(Session& session, Message& m, Text& out);
-
 // The debug channel: plain text.
 void dbg2dhs(Session& session, Message& m, Text& out);
 void dhs2dbg(Session& session, Message& m, Text& out);
@@ -21,6 +15,8 @@ void osi2dhs(Session& session, Message& m, Text& out);
 void dhs2osi(Session& session, Message& m, Text& out);
 
 }  // namespace ztdecode
+
+// The object protocol's two servers. The session's application text becomes the message's.
 
 namespace ztdecode::call_server {
 
