@@ -30,12 +30,12 @@ char str_help[help_size] = "";
 std::uint32_t hlp_idx = 0;
 
 const char* Look(int code, const ztdecode_name_record* table) {
-    return table != nullptr ? ztdecode::Look(code_or_sentinel(code), table) : "";
+    return table != nullptr ? ztdecode::object::find_name(code_or_sentinel(code), table) : "";
 }
 
 const char* Lclass(int code, const ztdecode_class_record* table) {
     if (table == nullptr) return "";
-    const ztdecode_class_record& found = ztdecode::Lclass(code_or_sentinel(code), table);
+    const ztdecode_class_record& found = ztdecode::object::find_class(code_or_sentinel(code), table);
     abi::session().object.properties.now() = found.properties;
     if (found.properties == nullptr) {
         abi::add_application_text("\nError class lookup table ptr");
@@ -47,7 +47,7 @@ const char* Lclass(int code, const ztdecode_class_record* table) {
 const char* Lprop(int id, const ztdecode_property_record* table, std::uint16_t* count_out,
                   std::uint8_t* type_out) {
     if (table == nullptr) return "";
-    const ztdecode_property_record& found = ztdecode::Lprop(code_or_sentinel(id), table);
+    const ztdecode_property_record& found = ztdecode::object::find_property(code_or_sentinel(id), table);
     if (count_out != nullptr) *count_out = found.count;
     if (type_out != nullptr) *type_out = found.type;
     return found.name;
@@ -69,7 +69,7 @@ int ClassProp_Help(void) {
     Text& listing = kept;
     try {
         listing.clear();
-        ztdecode::ClassProp_Help(listing);
+        ztdecode::object::list_classes(listing);
     } catch (...) {
         listing.clear();
     }

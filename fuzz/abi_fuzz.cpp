@@ -315,8 +315,8 @@ constexpr auto calls = std::to_array<Call>({
     [](Host&, Program& p) {
         std::vector<std::uint8_t>& bytes = p.bytes();
         bytes.resize(std::max<std::size_t>(bytes.size(), 4));
-        bytes.resize(
-            std::max<std::size_t>(ztdecode::segment_length(ztdecode::Message::without_record(bytes)) + 2, 4));
+        bytes.resize(std::max<std::size_t>(
+            ztdecode::object::segment_length(ztdecode::Message::without_record(bytes)) + 2, 4));
         bytes.shrink_to_fit();
         p.byte() % 2 == 0 ? boCatchSegment(bytes.data()) : bo_OLD_CatchSegment(bytes.data());
     },

@@ -10,11 +10,11 @@
 #include <string_view>
 #include <vector>
 
+#include "decode/application_frames.hpp"
 #include "fuzz/decoding.hpp"
 #include "fuzz/fuzzing.hpp"
 #include "object/command.hpp"
 #include "object/events.hpp"
-#include "object/frames.hpp"
 #include "object/input.hpp"
 #include "object/lookup.hpp"
 #include "object/segments.hpp"
@@ -23,6 +23,7 @@
 namespace {
 
 using namespace ztdecode;
+using namespace ztdecode::object;
 using fuzz::expect;
 
 enum WayIn : std::uint8_t {
@@ -44,16 +45,22 @@ constexpr int most_records = 100;
 constexpr std::size_t longest_series = 131072;
 
 // First byte: the class whose table is used.
-void print_properties_of_class(const Message& m, Text& out) {
-    const PropertyTable table = class_of(m[0]).properties;
+void print_properties_of_class(Decoding& d) {
+    const PropertyTable table = class_of(d[0].number).properties;
     if (!table) return;
-    print_properties(Bytes{m, 0, m.length()}, 1, table, LengthField::one_or_two_bytes, Values::carried, out);
+    print_properties(d, 1, table, LengthField::one_or_two_bytes, Values::carried);
 }
 
-void print_both_ways(const Message& m, Text& out) {
-    const Bytes text{m, 0, m.length()};
-    const bool beyond_ascii = printUTF8str(text, Utf8Mode::characters, out);
-    expect(printUTF8str(text, Utf8Mode::names, out) == beyond_ascii, "both forms tell the same of a text");
+void print_both_ways(Decoding& d) {
+    const bool beyond_ascii = print_text(d, "text", Utf8Mode::characters);
+    expect(print_text(d, "text", Utf8Mode::names) == beyond_ascii, "both forms tell the same of a text");
+}
+
+// First byte: the event.
+void print_event_body(Decoding& d) {
+    const Byte event = d[0];
+    const Decoding::Window body(d, 1, d.length() > 0 ? d.length() - 1 : 0);
+    object::event_body(d, event);
 }
 
 // A zero byte is the second or third byte of a character that a message cut short.
@@ -69,7 +76,7 @@ bool zeros_are_of_characters(std::string_view text) {
 
 void read_input(std::string_view text, Text& out) {
     std::array<std::uint8_t, input_capacity> bytes{};
-    const std::uint16_t count = convert_line(text, bytes, out);
+    const std::uint16_t count = read_numbers(text, bytes, out);
     expect(count <= 2998, "fields fit");
     expect(count == 0 || out.empty(), "a complaint means no fields");
 }
@@ -82,7 +89,7 @@ struct ApplicationBuffer : ApplicationText {
     std::string text;
 };
 
-struct Decoder {
+struct OneSession {
     Session session;
     fuzz::Counted side;
     Text text;
@@ -90,7 +97,7 @@ struct Decoder {
     bool unknown_class = false;
     fuzz::Cost cost;
 
-    Decoder() { session.side = &side; }
+    OneSession() { session.side = &side; }
 
     void decode(std::uint8_t way, const std::vector<std::uint8_t>& bytes) {
         text.clear();
@@ -107,29 +114,30 @@ struct Decoder {
     }
 
     void take(std::uint8_t way, const Message& m, const std::vector<std::uint8_t>& bytes) {
+        Decoding d(session, m, text);
         switch (way % ways_in) {
             case command:
-                return analyse_cmd_pbx(session, m, text);
+                return object::from_system(d);
             case event:
-                return analyse_cmd_term(session, m, text);
+                return object::to_system(d);
             case frame_from_system:
                 return take_frame(m, 'S');
             case frame_to_system:
                 return take_frame(m, 'R');
             case segment:
-                boCatchSegment(session.change(session.object.segments), m);
+                take_segment(session.change(session.object.segments), m);
                 return;
             case old_segment:
-                bo_OLD_CatchSegment(session.change(session.object.segments), m);
+                take_segment_of_old(session.change(session.object.segments), m);
                 return;
             case input_line:
                 return read_input({reinterpret_cast<const char*>(bytes.data()), bytes.size()}, text);
             case properties:
-                return print_properties_of_class(m, text);
+                return print_properties_of_class(d);
             case utf8:
-                return print_both_ways(m, text);
+                return print_both_ways(d);
             default:
-                return vDecodeEvent(session, m[0], Bytes{m, 1, m.length() > 0 ? m.length() - 1 : 0}, text);
+                return print_event_body(d);
         }
     }
 
@@ -137,7 +145,7 @@ struct Decoder {
         buffer.text.clear();
         session.object.application = &buffer;
         int series_whole = 0;
-        analyse_cmd(session, m, way, series_whole);
+        decode_application_frame(session, m, way, series_whole);
         text.add(buffer.text);
         expect(series_whole == 0 || session.object.segments->filled == 0, "a decoded series is forgotten");
     }
@@ -146,8 +154,8 @@ struct Decoder {
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    Decoder one;
-    Decoder other;
+    OneSession one;
+    OneSession other;
     fuzz::Account account;
     fuzz::Records records(data, size);
     for (int n = 0; n < most_records && !account.used_up(); ++n) {

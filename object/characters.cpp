@@ -8,7 +8,7 @@
 
 #include "object/unicode.hpp"
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 CharacterNames::CharacterNames(const char* file) {
     errno = 0;
@@ -29,32 +29,32 @@ const CharacterNames& character_names() {
     return names;
 }
 
-void print_block_name(std::uint32_t code_point, Text& out) {
+void print_block(std::uint32_t code_point, Text& out) {
     const char* block = block_name(code_point);
     if (block == nullptr) {
         out.add("???");
         return;
     }
-    out.print("{}-U+{:04X}"_cf, std::string_view(block), code_point);
+    out.print("{-}-U+{-:04X}"_cf, std::string_view(block), code_point);
 }
 
-void LookUtf8(std::uint32_t code_point, const CharacterNames& names, Text& out) {
+void print_character_name(std::uint32_t code_point, const CharacterNames& names, Text& out) {
     if (const char* glyph = glyph_name(code_point)) {
         out.add(glyph);
     } else if (const char* name = names[code_point]) {
         out.add(name);
     } else {
-        print_block_name(code_point, out);
+        print_block(code_point, out);
     }
 }
 
-void LookUtf8(std::uint32_t code_point, Text& out) {
+void print_character_name(std::uint32_t code_point, Text& out) {
     // The terminals' own characters do not need the library.
     if (const char* glyph = glyph_name(code_point)) {
         out.add(glyph);
     } else {
-        LookUtf8(code_point, character_names(), out);
+        print_character_name(code_point, character_names(), out);
     }
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -6,7 +6,7 @@
 
 // Names of the characters in UTF-8 values.
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 // A shared library that knows the names of characters, opened for as long as this lives.
 class CharacterNames {
@@ -33,10 +33,10 @@ const CharacterNames& character_names();
 
 // The name of a character, from the first that has one: the terminals' own characters, the names library, the
 // character's block ("Greek Extended-U+1F16"). Else "???".
-void LookUtf8(std::uint32_t code_point, const CharacterNames& names, Text& out);
-void LookUtf8(std::uint32_t code_point, Text& out);
+void print_character_name(std::uint32_t code_point, const CharacterNames& names, Text& out);
+void print_character_name(std::uint32_t code_point, Text& out);
 
 // The last resort alone.
-void print_block_name(std::uint32_t code_point, Text& out);
+void print_block(std::uint32_t code_point, Text& out);
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -7,7 +7,7 @@
 #include "object/property_rows.hpp"
 #include "object/tables.hpp"
 
-using namespace ztdecode::property_rows;  // NOLINT: the words that the rows are written in
+using namespace ztdecode::object::property_rows;  // NOLINT: the words that the rows are written in
 
 // clang-format off
 
@@ -557,7 +557,7 @@ constexpr ztdecode_class_record Tab_Classes_Opcodes[] = {
     {0xFF, "(class_error)", nullptr},
 };
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 constexpr CodeIndex classes_index = index_of(Tab_Classes_Opcodes);
 
@@ -570,7 +570,7 @@ constexpr PropertyTable class_properties[] = {
     property_rows::indexed<Tab_screen>,
     property_rows::indexed<Tab_date>,
     property_rows::indexed<Tab_AOMV>,
-    property_rows::indexed<Tab_bluetooth>,
+    property_rows::indexed<Tab_bluetooth, property_rows::Address::of_bluetooth>,
     property_rows::indexed<Tab_callstate>,
     property_rows::indexed<Tab_resource>,
     property_rows::indexed<Tab_widgets_default>,
@@ -593,12 +593,12 @@ constexpr PropertyTable class_properties[] = {
     property_rows::indexed<Tab_AOMVbox>,
     property_rows::indexed<Tab_telephonicbox>,
     property_rows::indexed<Tab_keyboard_context>,
-    property_rows::indexed<Tab_AOMEL>,
-    property_rows::indexed<Tab_AOM10>,
-    property_rows::indexed<Tab_AOM40>,
+    property_rows::indexed<Tab_AOMEL, property_rows::Address::of_module>,
+    property_rows::indexed<Tab_AOM10, property_rows::Address::of_module>,
+    property_rows::indexed<Tab_AOM40, property_rows::Address::of_module>,
     property_rows::indexed<Tab_idletimer>,
     property_rows::indexed<Tab_telephonicboxitem>,
-    property_rows::indexed<Tab_bluetooth_device>,
+    property_rows::indexed<Tab_bluetooth_device, property_rows::Address::of_bluetooth>,
     property_rows::indexed<Tab_headerbox>,
     property_rows::indexed<Tab_ime_context>,
     PropertyTable(),
@@ -610,4 +610,4 @@ static_assert(std::equal(std::begin(class_properties), std::end(class_properties
                              return t.rows() == c.properties;
                          }));
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

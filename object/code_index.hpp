@@ -9,7 +9,7 @@
 // Direct look-up in the exported tables, whose rows stand in an order of their own: the compiler lays beside
 // a table where the first row of each code stands.
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 struct IndexedRow {
     std::uint8_t row;
@@ -48,4 +48,4 @@ consteval CodeIndex index_of(const Record (&rows)[N]) {  // NOLINT: the exported
     return index;
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -8,7 +8,7 @@
 // Commands:  byte 2: class   bytes 3-4: object id   byte 5: item index   then properties
 // Events:    byte 2: event   bytes 3-4: object id   then the event's body
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 namespace {
 
@@ -23,103 +23,136 @@ constexpr std::uint8_t first_widget_event = 0x80;
 constexpr std::uint8_t get_property_result = 0x94;
 constexpr std::uint8_t first_result_without_class = 15;
 
-std::uint8_t method_of(const Message& m) { return m[1] & 0x7F; }
+Byte method_of(const Decoding& d) { return d[1] & 0x7F; }
 
-void print_server(const Message& m, Text& out) { out.print("\n\tServer\t\t{}"_cf, server_name(m[0])); }
+// A method that is none of this direction, as two hexadecimal digits.
+struct Refused {
+    Byte method;
 
-void print_command_header(const Message& m, std::string_view class_name, Text& out) {
-    out.print("\n{}\t{}"_cf, method_name(method_of(m)), class_name);
-    if (m.bit(1, 7)) out.add("\tAck");
-    out.add("\n{");
-    print_server(m, out);
+    std::size_t bound() const noexcept { return 2; }
+    char* write(char* at) const noexcept { return write_format(at, "{-:02X}"_cf, method); }
+    Meaning meaning() const noexcept { return {Kind::word, false, 0, method.number, method.place}; }
+};
+
+void print_server(Decoding& d) { d.print("\n\tServer\t\t{server}"_cf, server(d[0])); }
+
+void print_command_header(Decoding& d, std::string_view class_name) {
+    d.print("\n{-}\t{class}"_cf, method(method_of(d)).text, Word{class_name, d[2].number, true, d[2].place});
+    const Condition asked = d.bit(1, 7);
+    if (asked.holds) {
+        d.add("\t");
+        d.value("acknowledge", Meaning{Kind::flag, true, 0, 1, asked.place}, [&] { d.out().add("Ack"); });
+    }
+    d.add("\n{");
+    print_server(d);
 }
 
-void print_event_header(const Message& m, Text& out) {
-    out.print("\n{}\t{}"_cf, method_name(method_of(m)), event_name(m[2]));
-    out.add("\n{");
-    print_server(m, out);
+void print_event_header(Decoding& d) {
+    d.print("\n{-}\t"_cf, method(method_of(d)).text);
+    d.on(d[2]);
+    d.name(notification_name(d[2].number), d[2]);
+    const Word name = event(d[2]);
+    if (name.known) {
+        d.add(name.text);
+    } else {
+        d.unknown(d[2], [&] { d.out().add(name.text); });
+    }
+    d.add("\n{");
+    print_server(d);
 }
 
-bool refuses_method_of_event(const Message& m, Text& out) {
-    const std::uint8_t method = method_of(m);
-    if (method == notify) return false;
-    out.print("\nInvalid_method 0x{:02X} (TX->PBX)"_cf, method);
+bool refuses_method_of_event(Decoding& d) {
+    const Byte method = method_of(d);
+    if (d.on(method) == notify) return false;
+    d.name("", method);
+    d.print("\nInvalid_method 0x{method} (TX->PBX)"_cf, Refused{method});
     return true;
 }
 
 // The body counts its bytes in 16 bits.
-void print_event_body(Session& session, const Message& m, std::uint32_t first, Text& out) {
-    const std::uint32_t length = m.length() > first ? (m.length() - first) & 0xFFFF : 0;
-    if (length != 0) vDecodeEvent(session, m[2], Bytes{m, first, length}, out);
-    out.add("\n}\n");
+void print_event_body(Decoding& d, std::uint32_t first) {
+    const std::uint32_t length = d.length() > first ? (d.length() - first) & 0xFFFF : 0;
+    if (length != 0) {
+        const Byte event = d[2];
+        const Decoding::Window body(d, first, length);
+        event_body(d, event);
+    }
+    d.add("\n}\n");
 }
 
 // byte 3: 0 when byte 4 tells the class whose properties were asked for. Else, and for the widgets, the class
 // is the one that was looked up last.
-void get_property_answer(Session& session, const Message& m, Text& out) {
-    if (m[3] == 0 && m[4] < first_result_without_class) current_class(session, m[4], out);
-    if (refuses_method_of_event(m, out)) return;
-    print_event_header(m, out);
-    print_event_body(session, m, 5, out);
+void get_property_answer(Decoding& d) {
+    const Condition tells_class = d[3] == 0;
+    if (tells_class.holds && d[4].number < first_result_without_class) current_class(d, d[4]);
+    if (refuses_method_of_event(d)) return;
+    print_event_header(d);
+    if (d.on(tells_class)) d.on(d[4]);
+    print_event_body(d, 5);
 }
 
 }  // namespace
 
-void analyse_cmd_pbx(Session& session, const Message& m, Text& out) {
-    const std::uint8_t method = method_of(m);
+void from_system(Decoding& d) {
+    const Byte asked = method_of(d);
+    const std::uint8_t method = d.on(asked);
     if (method == notify || method > insert_item) {
-        out.print("\nInvalid_method 0x{:02X} (PBX->TX)"_cf, method);
+        d.name("", asked);
+        d.print("\nInvalid_method 0x{method} (PBX->TX)"_cf, Refused{asked});
         return;
     }
-    const ObjectClass target = current_class(session, m[2], out);
-    print_command_header(m, target.name, out);
+    d.name(command_name(method), asked);
+    const ObjectClass target = current_class(d, d[2]);
+    print_command_header(d, target.name);
+    const std::uint8_t object_class = d.on(d[2]);
     const bool item = method == insert_item || method == delete_item;
     std::uint32_t first_property = 3;
-    if (item || m[2] >= first_widget_class) {
-        out.print("\n\tObjectId\t0x{:02X}{:02X}"_cf, m[3], m[4]);
+    if (item || object_class >= first_widget_class) {
+        d.print("\n\tObjectId\t0x{object_id:04X}"_cf, d.u16(3));
         first_property = 5;
     }
     if (item) {
-        out.print("\n\tIndex\t{:02X}"_cf, m[5]);
+        d.print("\n\tIndex\t{item_index:02X}"_cf, d[5]);
         first_property = 6;
     }
     if (method == delete_item) {
-        out.add("\n}");
+        d.add("\n}");
         return;
     }
-    print_properties(Bytes{m, 0, m.length()}, first_property, target.properties,
-                     LengthField::one_or_two_bytes, method == get_property ? Values::none : Values::carried,
-                     out);
-    out.add("\n}\n");
+    print_properties(d, first_property, target.properties, LengthField::one_or_two_bytes,
+                     method == get_property ? Values::none : Values::carried);
+    d.add("\n}\n");
 }
 
-void analyse_cmd_term(Session& session, const Message& m, Text& out) {
-    if (m[2] == get_property_result) {
-        get_property_answer(session, m, out);
+void to_system(Decoding& d) {
+    if (d[2].number == get_property_result) {
+        get_property_answer(d);
         return;
     }
-    if (refuses_method_of_event(m, out)) return;
-    print_event_header(m, out);
+    if (refuses_method_of_event(d)) return;
+    print_event_header(d);
     std::uint32_t first = 3;
-    if (m[2] >= first_widget_event) {
-        out.print("\n\tobjectId\t0x{:02X}{:02X}"_cf, m[3], m[4]);
+    if (d[2].number >= first_widget_event) {
+        d.print("\n\tobjectId\t0x{object_id:04X}"_cf, d.u16(3));
         first = 5;
     }
-    print_event_body(session, m, first, out);
+    print_event_body(d, first);
 }
 
-void analyse_for_application(Session& session, Analyser analyse, const Message& m, Text& out) {
-    const std::size_t begin = out.size();
-    const auto show = [&] {
-        if (session.object.application != nullptr) session.object.application->set(out.from(begin));
-    };
+void for_application(Decoding& d, Decoder decoder) {
+    ApplicationText* const application = d.session().object.application;
+    if (application == nullptr) {
+        decoder(d);
+        return;
+    }
+    const std::size_t begin = d.out().size();
     try {
-        analyse(session, m, out);
+        decoder(d);
     } catch (const UnknownClass&) {
-        show();
+        application->set(d.out().from(begin));
         throw;
     }
-    show();
+    application->set(d.out().from(begin));
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -1,15 +1,15 @@
 #include "object/current_class.hpp"
 
-namespace ztdecode {
+namespace ztdecode::object {
 
-ObjectClass current_class(Session& session, std::uint8_t opcode, Text& out) {
-    const ObjectClass found = class_of(opcode);
-    session.change(session.object.properties) = found.properties.rows();
+ObjectClass current_class(Decoding& d, const Byte& opcode) {
+    const ObjectClass found = class_of(opcode.number);
+    d.session().change(d.session().object.properties) = found.properties.rows();
     if (!found.properties) {
-        out.add("\nError class lookup table ptr");
+        d.print("\n{class}"_cf, Word{"Error class lookup table ptr", opcode.number, false, opcode.place});
         throw UnknownClass{};
     }
     return found;
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -3,7 +3,7 @@
 #include "object/property_rows.hpp"
 #include "object/tables.hpp"
 
-using namespace ztdecode::property_rows;  // NOLINT: the words that the rows are written in
+using namespace ztdecode::object::property_rows;  // NOLINT: the words that the rows are written in
 
 // clang-format off
 
@@ -90,18 +90,21 @@ constexpr ztdecode_property_record Tab_IME_REMOTEOPEN[] = {
 
 // clang-format on
 
-namespace ztdecode::event_properties {
+namespace ztdecode::object::event_properties {
 
 constexpr PropertyTable reset = property_rows::indexed<Tab_RESET>;
 constexpr PropertyTable tabbox = property_rows::indexed<Tab_TABBOX>;
 constexpr PropertyTable listbox = property_rows::indexed<Tab_LISTBOX>;
 constexpr PropertyTable inputbox_focus_lost = property_rows::indexed<Tab_INPUTBOX_FOCUS_LOST>;
 constexpr PropertyTable sliderbar = property_rows::indexed<Tab_SLIDERBAR>;
-constexpr PropertyTable bt_bonded_device = property_rows::indexed<Tab_BT_BONDED_DEVICE>;
-constexpr PropertyTable bt_inquiry_result = property_rows::indexed<Tab_BT_INQUIRY_RESULT>;
-constexpr PropertyTable bt_name_discovery = property_rows::indexed<Tab_BT_NAME_DISCOVERY>;
+constexpr PropertyTable bt_bonded_device =
+    property_rows::indexed<Tab_BT_BONDED_DEVICE, Address::of_bluetooth>;
+constexpr PropertyTable bt_inquiry_result =
+    property_rows::indexed<Tab_BT_INQUIRY_RESULT, Address::of_bluetooth>;
+constexpr PropertyTable bt_name_discovery =
+    property_rows::indexed<Tab_BT_NAME_DISCOVERY, Address::of_bluetooth>;
 constexpr PropertyTable ime_list = property_rows::indexed<Tab_IME_LIST>;
 constexpr PropertyTable ime_change = property_rows::indexed<Tab_IME_CHANGE>;
 constexpr PropertyTable ime_open = property_rows::indexed<Tab_IME_OPEN>;
 
-}  // namespace ztdecode::event_properties
+}  // namespace ztdecode::object::event_properties

@@ -1,13 +1,10 @@
 #pragma once
 
-#include <cstdint>
+#include "core/decoding.hpp"
 
-#include "core/session.hpp"
-#include "object/bytes.hpp"
-
-namespace ztdecode {
+namespace ztdecode::object {
 
 // Writes the body of a terminal's event; nothing for an event that carries none.
-void vDecodeEvent(Session& session, std::uint8_t event, const Bytes& body, Text& out);
+void event_body(Decoding& d, const Byte& event);
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -4,7 +4,7 @@
 #include <cstdlib>
 #include <string>
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 namespace {
 
@@ -26,7 +26,7 @@ std::uint8_t number(std::string_view field) {
 
 }  // namespace
 
-std::uint16_t convert_line(std::string_view text, std::span<std::uint8_t, input_capacity> bytes, Text& out) {
+std::uint16_t read_numbers(std::string_view text, std::span<std::uint8_t, input_capacity> bytes, Text& out) {
     std::uint16_t count = 0;
     for (std::string_view field = next_field(text); !field.empty();) {
         bytes[count++] = number(field);
@@ -44,4 +44,4 @@ std::uint16_t convert_line(std::string_view text, std::span<std::uint8_t, input_
     return count;
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -6,13 +6,13 @@
 
 #include "core/text.hpp"
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 inline constexpr std::size_t input_capacity = 3010;
 
 // Reads hexadecimal numbers, with blanks, tabs or line ends between them, into `bytes`, and gives how many
 // there are: 0 with a complaint for a number of more than two characters behind the first one, and for more
 // than 2998 numbers.
-std::uint16_t convert_line(std::string_view text, std::span<std::uint8_t, input_capacity> bytes, Text& out);
+std::uint16_t read_numbers(std::string_view text, std::span<std::uint8_t, input_capacity> bytes, Text& out);
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -3,15 +3,17 @@
 #include <algorithm>
 #include <iterator>
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 namespace {
 
 constexpr std::uint8_t end_code = 255;
 constexpr std::uint16_t end_glyph = 0xB000;
 
-std::string_view name_at(const ztdecode_name_record* rows, IndexedRow found) noexcept {
-    return {rows[found.row].name, found.name_size};
+Word word_of(const Byte& code, const ztdecode_name_record* rows, const CodeIndex& index) noexcept {
+    const IndexedRow found = index[code.number];
+    const ztdecode_name_record& row = rows[found.row];
+    return {{row.name, found.name_size}, code.number, row.code != end_code, code.place};
 }
 
 std::string_view type_name(std::uint8_t type) noexcept {
@@ -39,17 +41,18 @@ std::string_view type_name(std::uint8_t type) noexcept {
 
 }  // namespace
 
-const char* Look(std::uint8_t code, const ztdecode_name_record* table) noexcept {
+const char* find_name(std::uint8_t code, const ztdecode_name_record* table) noexcept {
     while (table->code != code && table->code != end_code) ++table;
     return table->name;
 }
 
-const ztdecode_class_record& Lclass(std::uint8_t code, const ztdecode_class_record* table) noexcept {
+const ztdecode_class_record& find_class(std::uint8_t code, const ztdecode_class_record* table) noexcept {
     while (table->opcode != code && table->opcode != end_code) ++table;
     return *table;
 }
 
-const ztdecode_property_record& Lprop(std::uint8_t id, const ztdecode_property_record* table) noexcept {
+const ztdecode_property_record& find_property(std::uint8_t id,
+                                              const ztdecode_property_record* table) noexcept {
     while (table->id != id && table->id != end_code) ++table;
     return *table;
 }
@@ -59,19 +62,13 @@ const char* find_glyph(std::uint32_t code_point, const ztdecode_glyph_record* ta
     return table->code != end_glyph ? table->name : nullptr;
 }
 
-std::string_view server_name(std::uint8_t code) noexcept {
-    return name_at(Tab_Servers_def, servers_index[code]);
-}
+Word server(const Byte& code) noexcept { return word_of(code, Tab_Servers_def, servers_index); }
 
-std::string_view method_name(std::uint8_t code) noexcept {
-    return name_at(Tab_Methods_def, methods_index[code]);
-}
+Word method(const Byte& code) noexcept { return word_of(code, Tab_Methods_def, methods_index); }
 
-std::string_view error_name(std::uint8_t code) noexcept { return name_at(Tab_Error_def, errors_index[code]); }
+Word error(const Byte& code) noexcept { return word_of(code, Tab_Error_def, errors_index); }
 
-std::string_view event_name(std::uint8_t code) noexcept {
-    return name_at(Tab_Events_Opcodes, events_index[code]);
-}
+Word event(const Byte& code) noexcept { return word_of(code, Tab_Events_Opcodes, events_index); }
 
 ObjectClass class_of(std::uint8_t opcode) noexcept {
     const IndexedRow found = classes_index[opcode];
@@ -84,13 +81,30 @@ PropertyTable class_properties_at(const ztdecode_property_record* rows) noexcept
     return found != std::end(class_properties) ? *found : PropertyTable();
 }
 
-void ClassProp_Help(Text& out) {
+std::string_view command_name(std::uint8_t method) noexcept {
+    return method_names[methods_index[method].row].view();
+}
+
+// An unknown event is a notification all the same.
+std::string_view notification_name(std::uint8_t event) noexcept {
+    const std::size_t row = events_index[event].row;
+    return row + 1 < event_names.size() ? event_names[row].view() : "notify";
+}
+
+const Field* field_of_property(std::string_view name) noexcept {
+    for (const Field& field : all_fields) {
+        if (std::ranges::equal(field.name, SnakeCase(name).view())) return &field;
+    }
+    return FieldName("property_value").get();
+}
+
+void list_classes(Text& out) {
     for (const ztdecode_class_record* c = Tab_Classes_Opcodes;; ++c) {
         out.add("\n-----------------------------------------");
         if (c->opcode == end_code) return;
-        out.print("\n{}\n{{"_cf, std::string_view(c->name));
+        out.print("\n{-}\n{{"_cf, std::string_view(c->name));
         for (const ztdecode_property_record* row = c->properties; row->id != end_code; ++row) {
-            out.print("\n\t{:<15}\t"_cf, std::string_view(row->name));
+            out.print("\n\t{-:<15}\t"_cf, std::string_view(row->name));
             if (row->count != 0) out.add("Idx:\t");
             out.add(type_name(row->type));
         }
@@ -98,4 +112,4 @@ void ClassProp_Help(Text& out) {
     }
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -1,6 +1,10 @@
 // Servers, methods, error codes and events: rows {code, name} up to the sentinel. They are searched from the
 // first row on, so the order of the rows is part of what the library exports, as odd as it is.
 
+#include <algorithm>
+#include <array>
+#include <iterator>
+
 #include "object/tables.hpp"
 
 // clang-format off
@@ -126,11 +130,27 @@ constexpr ztdecode_name_record Tab_Events_Opcodes[] = {
 
 // clang-format on
 
-namespace ztdecode {
+namespace ztdecode::object {
+
+namespace {
+
+template <std::size_t N>
+consteval std::array<SnakeCase, N> message_names(
+    const ztdecode_name_record (&rows)[N]) {  // NOLINT: a C array
+    std::array<SnakeCase, N> names;
+    std::transform(std::begin(rows), std::end(rows), names.begin(),
+                   [](const ztdecode_name_record& row) { return SnakeCase(row.name); });
+    return names;
+}
+
+}  // namespace
 
 constexpr CodeIndex servers_index = index_of(Tab_Servers_def);
 constexpr CodeIndex methods_index = index_of(Tab_Methods_def);
 constexpr CodeIndex errors_index = index_of(Tab_Error_def);
 constexpr CodeIndex events_index = index_of(Tab_Events_Opcodes);
 
-}  // namespace ztdecode
+constexpr std::array<SnakeCase, 8> method_names = message_names(Tab_Methods_def);
+constexpr std::array<SnakeCase, 71> event_names = message_names(Tab_Events_Opcodes);
+
+}  // namespace ztdecode::object

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 namespace {
 
@@ -53,7 +53,7 @@ std::uint32_t segment_length(const Message& frame) {
     return static_cast<std::uint32_t>(frame[1]) << 4 * digits_of_low | frame[0];
 }
 
-bool boCatchSegment(ObjectSegments& segments, const Message& frame) {
+bool take_segment(ObjectSegments& segments, const Message& frame) {
     if (segments.expects_first) {
         begin_series(segments, frame);
         // What an earlier series left counts on, when nobody freed it: the new one lies behind it.
@@ -69,14 +69,14 @@ bool boCatchSegment(ObjectSegments& segments, const Message& frame) {
     }
     if (is_last(frame)) {
         append_last(segments, frame);
-        vSaveLastReconstructedCmd(segments);
+        keep_command_text(segments);
         return true;
     }
     append(segments, frame, segments.payload);
     return false;
 }
 
-bool bo_OLD_CatchSegment(ObjectSegments& segments, const Message& frame) {
+bool take_segment_of_old(ObjectSegments& segments, const Message& frame) {
     if (segments.expects_first) {
         begin_series(segments, frame);
         segments.filled = 0;
@@ -86,14 +86,14 @@ bool bo_OLD_CatchSegment(ObjectSegments& segments, const Message& frame) {
     if (is_last(frame)) {
         append_last(segments, frame);
         if (!segments.bytes.empty()) segments.bytes.front() = 0;
-        vSaveLastReconstructedCmd(segments);
+        keep_command_text(segments);
         return true;
     }
     append(segments, frame, segments.payload);
     return false;
 }
 
-void vSaveLastReconstructedCmd(ObjectSegments& segments) {
+void keep_command_text(ObjectSegments& segments) {
     if (segments.filled == 0) return;
     segments.last_command_text.clear();
     segments.last_command_text.reserve(segments.bytes.size() * 3);
@@ -102,11 +102,11 @@ void vSaveLastReconstructedCmd(ObjectSegments& segments) {
     }
 }
 
-void vFreeReconstructedCmd(ObjectSegments& segments) {
+void forget_series(ObjectSegments& segments) {
     segments.bytes = {};
     segments.filled = 0;
 }
 
-void vFreeLastReconstructedCmd(ObjectSegments& segments) { segments.last_command_text = {}; }
+void forget_command_text(ObjectSegments& segments) { segments.last_command_text = {}; }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

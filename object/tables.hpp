@@ -1,10 +1,13 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <string_view>
 
+#include "core/fields.hpp"
 #include "object/code_index.hpp"
+#include "object/snake_case.hpp"
 #include "ztdecode.h"
 
 // The vocabulary of the object protocol. Its tables are exported data and declared in ztdecode.h; here stands
@@ -30,21 +33,25 @@ static_assert(offsetof(ztdecode_block_record, name) == 8);
 static_assert(sizeof(ztdecode_glyph_record) == 2 * sizeof(void*));
 static_assert(offsetof(ztdecode_glyph_record, name) == sizeof(void*));
 
-namespace ztdecode {
+namespace ztdecode::object {
+
+inline constexpr std::uint8_t end_of_properties = 0xFF;
 
 // A property as its table describes it; for an unknown id "(property_error)" of type int32.
 struct Property {
     std::string_view name;
     std::uint16_t count;  // elements of an indexed property, else 0
     std::uint8_t type;    // enum ztdecode_value_type
+    bool known;           // whether the table has the id
 };
 
-// One of the property tables of this library with its index.
+// One of the property tables of this library with its index, and with what the value of each row is called.
 class PropertyTable {
   public:
     constexpr PropertyTable() = default;  // no table: false
-    constexpr PropertyTable(const ztdecode_property_record* rows, const CodeIndex* index)
-        : rows_(rows), index_(index) {}
+    constexpr PropertyTable(const ztdecode_property_record* rows, const CodeIndex* index,
+                            const Field* const* fields)
+        : rows_(rows), index_(index), fields_(fields) {}
 
     constexpr explicit operator bool() const noexcept { return rows_ != nullptr; }
     constexpr const ztdecode_property_record* rows() const noexcept { return rows_; }
@@ -53,12 +60,14 @@ class PropertyTable {
     Property operator[](std::uint8_t id) const noexcept {
         const IndexedRow found = (*index_)[id];
         const ztdecode_property_record& row = rows_[found.row];
-        return {{row.name, found.name_size}, row.count, row.type};
+        return {{row.name, found.name_size}, row.count, row.type, row.id != end_of_properties};
     }
+    const Field* field(std::uint8_t id) const noexcept { return fields_[(*index_)[id].row]; }
 
   private:
     const ztdecode_property_record* rows_ = nullptr;
     const CodeIndex* index_ = nullptr;
+    const Field* const* fields_ = nullptr;
 };
 
 extern const CodeIndex servers_index;
@@ -66,6 +75,10 @@ extern const CodeIndex methods_index;
 extern const CodeIndex errors_index;
 extern const CodeIndex events_index;
 extern const CodeIndex classes_index;
+
+// What the rows of Tab_Methods_def and Tab_Events_Opcodes are called as messages.
+extern const std::array<SnakeCase, 8> method_names;
+extern const std::array<SnakeCase, 71> event_names;
 
 // The properties of each class, in the order of Tab_Classes_Opcodes; none for the sentinel.
 extern const PropertyTable class_properties[40];
@@ -85,4 +98,4 @@ extern const PropertyTable ime_change;
 extern const PropertyTable ime_open;
 }  // namespace event_properties
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -7,7 +7,7 @@
 // Names of code points that the library knows by itself, from its exported tables tab_unicod and
 // UnicodeBlock.
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 // Name of a character or key of the terminals' own, or null.
 const char* glyph_name(std::uint32_t code_point) noexcept;
@@ -16,4 +16,4 @@ const char* glyph_name(std::uint32_t code_point) noexcept;
 // in.
 const char* block_name(std::uint32_t code_point) noexcept;
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

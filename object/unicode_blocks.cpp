@@ -171,7 +171,7 @@ constexpr ztdecode_block_record UnicodeBlock[] = {
     {0xFFF0, 0xFFFF, "Specials"},
 };
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 static_assert(std::is_sorted(std::begin(UnicodeBlock), std::end(UnicodeBlock),
                              [](const ztdecode_block_record& a, const ztdecode_block_record& b) {
@@ -187,4 +187,4 @@ const char* block_name(std::uint32_t code_point) noexcept {
     return code_point < block.last ? block.name : nullptr;
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

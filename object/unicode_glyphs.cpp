@@ -151,7 +151,7 @@ constexpr ztdecode_glyph_record tab_unicod[] = {
     {0xB000, "UTF8_LABEL_NOT_FOUND"},
 };
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 namespace {
 
@@ -176,4 +176,4 @@ const char* glyph_name(std::uint32_t code_point) noexcept {
     return row == sentinel_row ? nullptr : tab_unicod[row].name;
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -7,7 +7,7 @@
 #include "object/characters.hpp"
 #include "object/lookup.hpp"
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 namespace {
 
@@ -30,15 +30,15 @@ void print_ascii(std::uint8_t c, Text& out) {
 
 void print_name(std::uint32_t code_point, Text& out) {
     out.add("<");
-    LookUtf8(code_point, out);
+    print_character_name(code_point, out);
     out.add(">");
 }
 
 // A character that the text's end cuts is put together with the bytes behind it.
-void print_two_bytes(const Bytes& text, std::uint32_t i, Utf8Mode mode, Text& out) {
-    if (i + 1 >= text.length) out.add("ERROR_UTF8_2CHAR");
-    const std::uint8_t lead = text[i];
-    const std::uint8_t next = text[i + 1];
+void print_two_bytes(const Decoding& d, std::uint32_t i, Utf8Mode mode, Text& out) {
+    if (i + 1 >= d.length()) out.add("ERROR_UTF8_2CHAR");
+    const std::uint8_t lead = d[i].number;
+    const std::uint8_t next = d[i + 1].number;
     if (mode == Utf8Mode::names) {
         print_name((lead & 0x1FU) << 6 | (next & 0x3FU), out);
     } else {
@@ -48,16 +48,16 @@ void print_two_bytes(const Bytes& text, std::uint32_t i, Utf8Mode mode, Text& ou
 }
 
 // A character that is the whole text is a key: it shows as its code.
-void print_three_bytes(const Bytes& text, std::uint32_t i, Utf8Mode mode, Text& out) {
-    if (i + 2 >= text.length) out.add("ERROR_UTF8_3CHAR");
-    const std::uint8_t lead = text[i];
-    const std::uint8_t second = text[i + 1];
-    const std::uint8_t third = text[i + 2];
+void print_three_bytes(const Decoding& d, std::uint32_t i, Utf8Mode mode, Text& out) {
+    if (i + 2 >= d.length()) out.add("ERROR_UTF8_3CHAR");
+    const std::uint8_t lead = d[i].number;
+    const std::uint8_t second = d[i + 1].number;
+    const std::uint8_t third = d[i + 2].number;
     const std::uint32_t code_point = (lead & 0x0FU) << 12 | (second & 0x3FU) << 6 | (third & 0x3FU);
     if (mode == Utf8Mode::names) {
         print_name(code_point, out);
-    } else if (text.length == 3) {
-        out.print("\\u{:04X}"_cf, code_point);
+    } else if (d.length() == 3) {
+        out.print("\\u{-:04X}"_cf, code_point);
     } else {
         out.put(lead);
         out.put(second);
@@ -65,46 +65,111 @@ void print_three_bytes(const Bytes& text, std::uint32_t i, Utf8Mode mode, Text& 
     }
 }
 
-void print_hex(const Bytes& value, Text& out) {
-    out.add("0x");
-    for (std::uint32_t k = 0; k < value.length; ++k) out.HEX(value[k]);
+struct Written {
+    bool beyond_ascii = false;
+    std::uint32_t bytes = 0;
+};
+
+Written print_characters(const Decoding& d, Utf8Mode mode, Text& out) {
+    Written written;
+    std::uint32_t& i = written.bytes;
+    while (i < d.length()) {
+        const std::uint8_t lead = d[i].number;
+        if (lead < 0x80) {
+            print_ascii(lead, out);
+            i += 1;
+        } else if ((lead & 0xE0) == 0xC0) {
+            print_two_bytes(d, i, mode, out);
+            written.beyond_ascii = true;
+            i += 2;
+        } else if ((lead & 0xF0) == 0xE0) {
+            print_three_bytes(d, i, mode, out);
+            written.beyond_ascii = true;
+            i += 3;
+        } else {
+            out.add("ERR_UTF8_CHAR");
+            i += 1;
+        }
+    }
+    return written;
 }
 
-void print_bool(const Bytes& value, Text& out) {
-    if (value.length != 1) out.add("BOOL length error");
-    out.add(value[0] != 0 ? "TRUE" : "FALSE");
+// All bytes, as a number where they are one that can be told.
+Meaning number_or_bytes(const Decoding& d) {
+    Meaning all{Kind::bytes, true, 0, 0, {d[0].place.first, d.length()}};
+    if (d.length() == 0 || d.length() > sizeof all.number) return all;
+    std::uint64_t number = 0;
+    for (std::uint32_t k = 0; k < d.length(); ++k) number = number << 8 | d[k].number;
+    all.kind = Kind::number;
+    all.number = static_cast<std::int64_t>(number);
+    return all;
+}
+
+void print_hex(Decoding& d, FieldName field) {
+    d.add("0x");
+    const auto digits = [&d] {
+        for (std::uint32_t k = 0; k < d.length(); ++k) d.out().HEX(d[k].number);
+    };
+    if (d.trail() == nullptr) {
+        digits();
+    } else {
+        d.value(field, number_or_bytes(d), digits);
+    }
+}
+
+void print_bool(Decoding& d, FieldName field) {
+    if (d.length() != 1) d.add("BOOL length error");
+    d.value(field, flag(d[0] != 0, "TRUE", "FALSE"));
 }
 
 // A text with characters beyond ASCII shows a second time with their names.
-void print_utf8(const Bytes& value, Text& out) {
-    if (!printUTF8str(value, Utf8Mode::characters, out)) return;
-    out.add("\t//");
-    printUTF8str(value, Utf8Mode::names, out);
+void print_utf8(Decoding& d, FieldName field) {
+    if (!print_text(d, field, Utf8Mode::characters)) return;
+    d.add("\t//");
+    print_text(d, "character_names", Utf8Mode::names);
 }
 
-void print_value(std::uint8_t type, const Bytes& value, Text& out) {
+void print_value(Decoding& d, std::uint8_t type, FieldName field) {
     switch (type) {
         case ZTDECODE_INT32:
         case ZTDECODE_INT16:
         case ZTDECODE_UINT32:
         case ZTDECODE_UINT16:
-            print_hex(value, out);
+            print_hex(d, field);
             break;
         case ZTDECODE_INT8:
-            out.print("{}"_cf, static_cast<std::int8_t>(value[0]));
+            d.value(field, d[0].as(static_cast<std::int8_t>(d[0].number)));
             break;
         case ZTDECODE_UINT8:
-            out.print("{}"_cf, value[0]);
+            d.value(field, d[0]);
             break;
         case ZTDECODE_BOOL:
-            print_bool(value, out);
+            print_bool(d, field);
             break;
         case ZTDECODE_UTF8:
-            print_utf8(value, out);
+            print_utf8(d, field);
             break;
         default:
             break;
     }
+}
+
+void print_name(Decoding& d, const Byte& id, const Property& property) {
+    if (property.known) {
+        d.print("\n\t{-:<15}\t"_cf, property.name);
+    } else {
+        d.print("\n\t{unknown_property:<15}\t"_cf, Word{property.name, id.number, false, id.place});
+    }
+}
+
+// Who asks for the fields asks for their names.
+FieldName field_of(const Decoding& d, const Properties& table, std::uint8_t id) {
+    return d.trail() != nullptr ? table.field(id) : no_field;
+}
+
+void print_value(Decoding& d, const Byte& id, const Byte& index, const Property& property, FieldName field) {
+    if ((id.number & 0x80) != 0) d.print("Idx:{property_index}  "_cf, index);
+    print_value(d, property.type, field);
 }
 
 }  // namespace
@@ -114,59 +179,56 @@ Properties::Properties(const ztdecode_property_record* rows) noexcept
 
 Property Properties::operator[](std::uint8_t id) const noexcept {
     if (known_) return known_[id];
-    const ztdecode_property_record& row = Lprop(id, rows_);
-    return {{row.name, strnlen(row.name, sizeof row.name)}, row.count, row.type};
+    const ztdecode_property_record& row = find_property(id, rows_);
+    return {{row.name, strnlen(row.name, sizeof row.name)}, row.count, row.type, row.id != end_of_properties};
 }
 
-bool printUTF8str(const Bytes& text, Utf8Mode mode, Text& out) {
-    bool beyond_ascii = false;
-    out.add("\"");
-    for (std::uint32_t i = 0; i < text.length;) {
-        const std::uint8_t lead = text[i];
-        if (lead < 0x80) {
-            print_ascii(lead, out);
-            i += 1;
-        } else if ((lead & 0xE0) == 0xC0) {
-            print_two_bytes(text, i, mode, out);
-            beyond_ascii = true;
-            i += 2;
-        } else if ((lead & 0xF0) == 0xE0) {
-            print_three_bytes(text, i, mode, out);
-            beyond_ascii = true;
-            i += 3;
-        } else {
-            out.add("ERR_UTF8_CHAR");
-            i += 1;
+FieldName Properties::field(std::uint8_t id) const noexcept {
+    return FieldName(known_ ? known_.field(id) : field_of_property((*this)[id].name));
+}
+
+bool print_text(Decoding& d, FieldName field, Utf8Mode mode) {
+    d.add("\"");
+    Written written;
+    Meaning text{Kind::text};
+    d.value(field, text, [&] {
+        written = print_characters(d, mode, d.out());
+        text.place = {d[0].place.first, written.bytes};
+    });
+    d.add("\"");
+    return written.beyond_ascii;
+}
+
+std::uint8_t shown_character(std::uint8_t c) noexcept { return is_printable(c) ? c : std::uint8_t{'$'}; }
+
+void print_property_name(Decoding& d, const Byte& id, const Properties& table) {
+    print_name(d, id, table[id.number]);
+}
+
+void print_property_value(Decoding& d, const Byte& id, const Byte& index, const Properties& table) {
+    print_value(d, id, index, table[id.number], field_of(d, table, id.number));
+}
+
+void print_properties(Decoding& d, std::uint32_t first, const Properties& table, LengthField length_field,
+                      Values values) {
+    Byte index{};
+    for (std::uint32_t at = first; at < d.length();) {
+        const Decoding::Scope scope(d);
+        const Byte id = d[at++];
+        if ((d.on(id) & 0x80) != 0) index = d[at++];
+        Number length = d[at++];
+        if ((length.number & 0x80) != 0 && length_field == LengthField::one_or_two_bytes) {
+            length = d.u16(at++ - 1) & 0x7FFF;
         }
-    }
-    out.add("\"");
-    return beyond_ascii;
-}
-
-void vPutf8char(std::uint8_t c, Text& out) { out.put(is_printable(c) ? c : '$'); }
-
-void vDecodeTLV(std::uint8_t id, std::uint8_t index, const Bytes* value, const Properties& table, Text& out) {
-    const Property property = table[id];
-    out.print("\n\t{:<15}\t"_cf, property.name);
-    if (value == nullptr) return;
-    if ((id & 0x80) != 0) out.print("Idx:{}  "_cf, index);
-    print_value(property.type, *value, out);
-}
-
-void print_properties(const Bytes& body, std::uint32_t first, const Properties& table,
-                      LengthField length_field, Values values, Text& out) {
-    std::uint8_t index = 0;
-    for (std::uint32_t at = first; at < body.length;) {
-        const std::uint8_t id = body[at++];
-        if ((id & 0x80) != 0) index = body[at++];
-        std::uint32_t length = body[at++];
-        if ((length & 0x80) != 0 && length_field == LengthField::one_or_two_bytes) {
-            length = (length & 0x7F) << 8 | body[at++];
+        const Property property = table[id.number];
+        print_name(d, id, property);
+        d.walk(length);
+        if (values == Values::carried) {
+            const Decoding::Window value(d, at, length.number);
+            print_value(d, id, index, property, field_of(d, table, id.number));
         }
-        const Bytes value{body.message, body.first + at, length};
-        at += length;
-        vDecodeTLV(id, index, values == Values::carried ? &value : nullptr, table, out);
+        at += length.number;
     }
 }
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

@@ -2,13 +2,12 @@
 
 #include <cstdint>
 
-#include "core/text.hpp"
-#include "object/bytes.hpp"
+#include "core/decoding.hpp"
 #include "object/tables.hpp"
 
 // Properties of objects, and the values that they carry.
 
-namespace ztdecode {
+namespace ztdecode::object {
 
 // A table of properties: one of this library's, looked up in one step, or any other of the same layout.
 class Properties {
@@ -18,6 +17,8 @@ class Properties {
     explicit Properties(const ztdecode_property_record* rows) noexcept;
 
     Property operator[](std::uint8_t id) const noexcept;
+    // What the value of a property is called.
+    FieldName field(std::uint8_t id) const noexcept;
 
   private:
     PropertyTable known_;
@@ -39,21 +40,21 @@ enum class Values {
     none,  // in the requests for properties: only the names are shown
 };
 
-// Writes the properties from byte `first` of `body` to its end. The last one is shown whole where it says
-// that it is longer.
-void print_properties(const Bytes& body, std::uint32_t first, const Properties& table,
-                      LengthField length_field, Values values, Text& out);
+// Writes the properties from byte `first` on. The last one is shown whole where it says that it is longer.
+void print_properties(Decoding& d, std::uint32_t first, const Properties& table, LengthField length_field,
+                      Values values);
 
-// Writes one property; a null value shows its name only.
-void vDecodeTLV(std::uint8_t id, std::uint8_t index, const Bytes* value, const Properties& table, Text& out);
+// Writes the name of a property, and the value that the bytes are.
+void print_property_name(Decoding& d, const Byte& id, const Properties& table);
+void print_property_value(Decoding& d, const Byte& id, const Byte& index, const Properties& table);
 
 enum class Utf8Mode { names, characters };
 
-// Writes a text in double quotes. True when it has a character beyond ASCII. A zero byte in such a character
-// is written as any other: whoever reads the whole message as a C string sees it end there.
-bool printUTF8str(const Bytes& text, Utf8Mode mode, Text& out);
+// Writes the bytes as a text in double quotes. True when it has a character beyond ASCII. A zero byte in such
+// a character is written as any other: whoever reads the whole message as a C string sees it end there.
+bool print_text(Decoding& d, FieldName field, Utf8Mode mode);
 
-// Writes a character of free text, "$" for what is not printable.
-void vPutf8char(std::uint8_t c, Text& out);
+// A character of free text as it shows: "$" for what is not printable.
+std::uint8_t shown_character(std::uint8_t c) noexcept;
 
-}  // namespace ztdecode
+}  // namespace ztdecode::object

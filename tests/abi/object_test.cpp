@@ -394,14 +394,14 @@ class PlainHost : public TestSession, public ApplicationText {
         std::string hex;
         for (const auto& m : messages) {
             const std::size_t length = testing::bytes(m).size();
-            hex += fmt::format("{:02x} {:02x} {} ", length & 0xFF, length >> 8, m);
+            hex += formatted("{-:02x} {-:02x} {-} "_cf, length & 0xFF, length >> 8, m);
         }
         const auto data = testing::bytes(hex);
         const bool to_terminal = direction == ztdecode::from_dhs;
         app.print(to_terminal ? "\n//|||||||| ZT PBX->TERMINAL" : "\n//######## ZT TERMINAL->PBX");
-        app.print(fmt::format("   OP:{:02X}", data[2]));
-        app.print(fmt::format("   LG:{:02X} {:02X}   VALUE: ", data[1], data[0]));
-        for (std::size_t k = 3; k < data.size(); ++k) app.print(fmt::format("{:02X} ", data[k]));
+        app.print(formatted("   OP:{-:02X}"_cf, data[2]));
+        app.print(formatted("   LG:{-:02X} {-:02X}   VALUE: "_cf, data[1], data[0]));
+        for (std::size_t k = 3; k < data.size(); ++k) app.print(formatted("{-:02X} "_cf, data[k]));
         app.print(to_terminal ? "\nPbx_ZT_message" : "\nTerm_ZT_message");
         app.print("\n{");
         std::string texts;
@@ -472,7 +472,7 @@ std::string quoted(const std::vector<std::uint8_t>& text) {
                                         (static_cast<unsigned>(at(i + 1)) & 0x3FU) << 6 |
                                         (static_cast<unsigned>(at(i + 2)) & 0x3FU);
             if (text.size() == 3) {
-                out.print(fmt::format("\\u{:04X}", code_point));
+                out.print(formatted("\\u{-:04X}"_cf, code_point));
             } else {
                 out.print({at(i), at(i + 1), at(i + 2)});
             }

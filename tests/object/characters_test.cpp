@@ -11,15 +11,17 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace object;
+
 std::string name_of(std::uint32_t code_point, const CharacterNames& names) {
     Text out;
-    LookUtf8(code_point, names, out);
+    print_character_name(code_point, names, out);
     return std::string(out.view());
 }
 
 std::string name_of(std::uint32_t code_point) {
     Text out;
-    LookUtf8(code_point, out);
+    print_character_name(code_point, out);
     return std::string(out.view());
 }
 
@@ -54,39 +56,39 @@ const std::vector<Row> without_library = {
     {0x10000, "???"},
 };
 
-TEST(LookUtf8, WithoutLibrary) {
+TEST(PrintCharacterName, WithoutLibrary) {
     const CharacterNames none("libno-such-library-anywhere.so");
     EXPECT_FALSE(none.available());
     EXPECT_EQ(none[0xE9], nullptr);
     for (const auto& row : without_library) EXPECT_EQ(name_of(row.code_point, none), row.name);
 }
 
-TEST(LookUtf8, LibraryWithoutTheFunction) {
+TEST(PrintCharacterName, LibraryWithoutTheFunction) {
     const CharacterNames none(NO_NAMES_LIBRARY);
     EXPECT_FALSE(none.available());
     EXPECT_EQ(none[0xE9], nullptr);
     for (const auto& row : without_library) EXPECT_EQ(name_of(row.code_point, none), row.name);
 }
 
-TEST(LookUtf8, NamesOfTheLibrary) {
+TEST(PrintCharacterName, NamesOfTheLibrary) {
     const CharacterNames few(FEW_NAMES_LIBRARY);
     ASSERT_TRUE(few.available());
     EXPECT_EQ(name_of(0x00FF, few), "SMALL Y WITH TWO DOTS");
 }
 
-TEST(LookUtf8, TerminalsOwnCharactersComeFirst) {
+TEST(PrintCharacterName, TerminalsOwnCharactersComeFirst) {
     const CharacterNames few(FEW_NAMES_LIBRARY);
     EXPECT_STREQ(few[0xE031], "NEVER ASKED FOR");
     EXPECT_EQ(name_of(0xE031, few), "Corvane rond vide (ne pas utiliser)");
 }
 
-TEST(LookUtf8, BlockOfWhatTheLibraryDoesNotName) {
+TEST(PrintCharacterName, BlockOfWhatTheLibraryDoesNotName) {
     const CharacterNames few(FEW_NAMES_LIBRARY);
     EXPECT_EQ(name_of(0x00E9, few), "C1 Controls and Latin-1 Supplement (Latin-1 Supplement)-U+00E9");
     EXPECT_EQ(name_of(0x007F, few), "???");
 }
 
-TEST(LookUtf8, InstalledLibrary) {
+TEST(PrintCharacterName, InstalledLibrary) {
     if (!character_names().available()) GTEST_SKIP() << "libuninameslist.so is not installed for this build";
     EXPECT_EQ(name_of(0x0041), "LATIN CAPITAL LETTER A");
     EXPECT_EQ(name_of(0x00E9), "LATIN SMALL LETTER E WITH ACUTE");
@@ -97,7 +99,7 @@ TEST(LookUtf8, InstalledLibrary) {
     EXPECT_EQ(name_of(0xE108), "Private Use Area-U+E108");
 }
 
-TEST(LookUtf8, FromSeveralThreads) {
+TEST(PrintCharacterName, FromSeveralThreads) {
     const std::string expected = e_acute();
     std::vector<std::string> names(4);
     std::vector<std::thread> threads;

@@ -11,29 +11,24 @@
 namespace ztdecode::testing {
 namespace {
 
-std::string pbx(Session& session, const char* hex) {
+using namespace object;
+
+std::string with(Decoder decoder, Session& session, const char* hex) {
     const auto data = bytes(hex);
     const Message m(data);
     Text out;
+    Decoding d(session, m, out);
     try {
-        analyse_cmd_pbx(session, m, out);
+        decoder(d);
     } catch (const UnknownClass&) {
         out.add("[unknown class]");
     }
     return std::string(out.view());
 }
 
-std::string term(Session& session, const char* hex) {
-    const auto data = bytes(hex);
-    const Message m(data);
-    Text out;
-    try {
-        analyse_cmd_term(session, m, out);
-    } catch (const UnknownClass&) {
-        out.add("[unknown class]");
-    }
-    return std::string(out.view());
-}
+std::string pbx(Session& session, const char* hex) { return with(object::from_system, session, hex); }
+
+std::string term(Session& session, const char* hex) { return with(object::to_system, session, hex); }
 
 std::string pbx(const char* hex) {
     TestSession d;
@@ -45,7 +40,7 @@ std::string term(const char* hex) {
     return term(d.session(), hex);
 }
 
-TEST(analyse_cmd_pbx, Methods) {
+TEST(Command, Methods) {
     EXPECT_EQ(
         pbx("16 00 84 00 11 26 01 05"),
         "\nCreate\ttextbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0011\n\tx              \t5\n}\n");
@@ -63,7 +58,7 @@ TEST(analyse_cmd_pbx, Methods) {
               "\nDeleteItem\tlistbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0012\n\tIndex\t01\n}");
 }
 
-TEST(analyse_cmd_pbx, ItemMethodsHaveAnObjectIdInEveryClass) {
+TEST(Command, ItemMethodsHaveAnObjectIdInEveryClass) {
     EXPECT_EQ(pbx("15 06 06 03 05 d0 27 01 aa"),
               "\nInsertItem\tscreen\n{\n\tServer\t\tCall\n\tObjectId\t0x0305\n\tIndex\tD0\n\ty              "
               "\t170\n}\n");
@@ -72,28 +67,28 @@ TEST(analyse_cmd_pbx, ItemMethodsHaveAnObjectIdInEveryClass) {
               "\nDeleteItem\tscreen\n{\n\tServer\t\tCall\n\tObjectId\t0x0305\n\tIndex\tD0\n}");
 }
 
-TEST(analyse_cmd_pbx, StaticClassesHaveNoObjectId) {
+TEST(Command, StaticClassesHaveNoObjectId) {
     EXPECT_EQ(pbx("16 02 06 14 01 08"),
               "\nSetProperty\tscreen\n{\n\tServer\t\tPresentation\n\tcontrast       \t8\n}\n");
     EXPECT_EQ(pbx("16 00 0e 22 01 78"),
               "\nCreate\twidgets_default\n{\n\tServer\t\tPresentation\n\tchecked        \t\"x\"\n}\n");
 }
 
-TEST(analyse_cmd_pbx, AcknowledgementAsked) {
+TEST(Command, AcknowledgementAsked) {
     EXPECT_EQ(pbx("16 82 06 15 01 01"),
               "\nSetProperty\tscreen\tAck\n{\n\tServer\t\tPresentation\n\tclearscreen    \tTRUE\n}\n");
     EXPECT_EQ(pbx("15 85 8b 10 66 13"),
               "\nDeleteItem\tdialogbox\tAck\n{\n\tServer\t\tCall\n\tObjectId\t0x1066\n\tIndex\t13\n}");
 }
 
-TEST(analyse_cmd_pbx, Server) {
+TEST(Command, Server) {
     EXPECT_EQ(pbx("15 00 08"), "\nCreate\tAOMV\n{\n\tServer\t\tCall\n}\n");
     EXPECT_EQ(pbx("16 00 08"), "\nCreate\tAOMV\n{\n\tServer\t\tPresentation\n}\n");
     EXPECT_EQ(pbx("95 00 08"), "\nCreate\tAOMV\n{\n\tServer\t\t(reserved_error)\n}\n");
     EXPECT_EQ(pbx("00 00 08"), "\nCreate\tAOMV\n{\n\tServer\t\t(reserved_error)\n}\n");
 }
 
-TEST(analyse_cmd_pbx, InvalidMethods) {
+TEST(Command, InvalidMethods) {
     EXPECT_EQ(pbx("16 04 02 35"), "\nInvalid_method 0x04 (PBX->TX)");
     EXPECT_EQ(pbx("16 84 02 35"), "\nInvalid_method 0x04 (PBX->TX)");
     EXPECT_EQ(pbx("16 07 84 00 01"), "\nInvalid_method 0x07 (PBX->TX)");
@@ -101,13 +96,13 @@ TEST(analyse_cmd_pbx, InvalidMethods) {
     EXPECT_EQ(pbx("16 ff 04"), "\nInvalid_method 0x7F (PBX->TX)");
 }
 
-TEST(analyse_cmd_pbx, GetPropertyPassesValuesOver) {
+TEST(Command, GetPropertyPassesValuesOver) {
     EXPECT_EQ(pbx("15 83 8f 0d dc 36 02 ec 1e 36 02 7f a3"),
               "\nGetProperty\ticonbox\tAck\n{\n\tServer\t\tCall\n\tObjectId\t0x0DDC\n\ticon           "
               "\t\n\ticon           \t\n}\n");
 }
 
-TEST(analyse_cmd_pbx, ShorterThanItsHeader) {
+TEST(Command, ShorterThanItsHeader) {
     // The header's missing bytes read as 0; there are no properties.
     EXPECT_EQ(pbx(""), "\nCreate\tcontext\n{\n\tServer\t\t(reserved_error)\n}\n");
     EXPECT_EQ(pbx("16"), "\nCreate\tcontext\n{\n\tServer\t\tPresentation\n}\n");
@@ -122,16 +117,17 @@ TEST(analyse_cmd_pbx, ShorterThanItsHeader) {
               "\nDeleteItem\tlistbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0000\n\tIndex\t00\n}");
 }
 
-TEST(analyse_cmd_pbx, BytesBehindTheMessageAsTheyStand) {
+TEST(Command, BytesBehindTheMessageAsTheyStand) {
     TestSession d;
     const auto data = bytes("16 02 84 00 07 37 03 41 42 43");
     const Message m(data.data(), 3, data.size());
     Text out;
-    analyse_cmd_pbx(d.session(), m, out);
+    Decoding decoding(d.session(), m, out);
+    object::from_system(decoding);
     EXPECT_EQ(out.view(), "\nSetProperty\ttextbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0007\n}\n");
 }
 
-TEST(analyse_cmd_pbx, LastPropertyLongerThanTheMessage) {
+TEST(Command, LastPropertyLongerThanTheMessage) {
     EXPECT_EQ(pbx("16 02 84 00 07 36 04 01 02"),
               "\nSetProperty\ttextbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0007\n\ticon           "
               "\t0x01020000\n}\n");
@@ -140,18 +136,19 @@ TEST(analyse_cmd_pbx, LastPropertyLongerThanTheMessage) {
         "\nSetProperty\ttextbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0007\n\tx              \t0\n}\n");
 }
 
-TEST(analyse_cmd_pbx, AppendsToTheText) {
+TEST(Command, AppendsToTheText) {
     TestSession d;
     const auto data = bytes("15 05 82 00 12 01");
     const Message m(data);
     Text out;
     out.add("call server");
-    analyse_cmd_pbx(d.session(), m, out);
+    Decoding decoding(d.session(), m, out);
+    object::from_system(decoding);
     EXPECT_EQ(out.view(),
               "call server\nDeleteItem\tlistbox\n{\n\tServer\t\tCall\n\tObjectId\t0x0012\n\tIndex\t01\n}");
 }
 
-TEST(analyse_cmd_pbx, UnknownClasses) {
+TEST(Command, UnknownClasses) {
     for (const char* hex : {"16 02 04", "16 00 0a 00 00", "16 03 0b", "16 05 0f 00 00 01", "16 02 7f",
                             "16 82 9b", "16 02 fe", "16 02 ff"}) {
         TestSession d;
@@ -162,7 +159,7 @@ TEST(analyse_cmd_pbx, UnknownClasses) {
     EXPECT_EQ(pbx("16 04 04"), "\nInvalid_method 0x04 (PBX->TX)");
 }
 
-TEST(analyse_cmd_pbx, MakesItsClassTheCurrentOne) {
+TEST(Command, MakesItsClassTheCurrentOne) {
     TestSession d;
     EXPECT_EQ(*d.session().object.properties, nullptr);
     pbx(d.session(), "16 02 06");
@@ -173,7 +170,7 @@ TEST(analyse_cmd_pbx, MakesItsClassTheCurrentOne) {
     EXPECT_EQ(*d.session().object.properties, Tab_listbox);
 }
 
-TEST(analyse_cmd_term, TerminalEvents) {
+TEST(Event, TerminalEvents) {
     EXPECT_EQ(term("16 04 02 35"),
               "\nNotify\tKEY_PRESS\n{\n\tServer\t\tPresentation\n\tkeychar         \"5\"\n}\n");
     EXPECT_EQ(term("15 84 02 35"), "\nNotify\tKEY_PRESS\n{\n\tServer\t\tCall\n\tkeychar         \"5\"\n}\n");
@@ -181,7 +178,7 @@ TEST(analyse_cmd_term, TerminalEvents) {
     EXPECT_EQ(term("16 04 20 01 02"), "\nNotify\t(reserved_error)\n{\n\tServer\t\tPresentation\n}\n");
 }
 
-TEST(analyse_cmd_term, EventsThatShowNoBody) {
+TEST(Event, EventsThatShowNoBody) {
     EXPECT_EQ(term("16 04 00 01 02"), "\nNotify\tCONTEXT_SWITCH\n{\n\tServer\t\tPresentation\n}\n");
     EXPECT_EQ(term("16 04 06 01 02"), "\nNotify\tONHOOK\n{\n\tServer\t\tPresentation\n}\n");
     EXPECT_EQ(term("16 04 07 01 02"), "\nNotify\tOFFHOOK\n{\n\tServer\t\tPresentation\n}\n");
@@ -193,7 +190,7 @@ TEST(analyse_cmd_term, EventsThatShowNoBody) {
               "\nNotify\tLISTBOX_FIRST\n{\n\tServer\t\tPresentation\n\tobjectId\t0x0005\n}\n");
 }
 
-TEST(analyse_cmd_term, WidgetEvents) {
+TEST(Event, WidgetEvents) {
     EXPECT_EQ(
         term("16 04 81 00 12 2b 01 02"),
         "\nNotify\tLISTBOX\n{\n\tServer\t\tPresentation\n\tobjectId\t0x0012\n\tactive         \t2\n}\n");
@@ -203,14 +200,14 @@ TEST(analyse_cmd_term, WidgetEvents) {
               "\nNotify\t(reserved_error)\n{\n\tServer\t\tPresentation\n\tobjectId\t0x0001\n}\n");
 }
 
-TEST(analyse_cmd_term, InvalidMethods) {
+TEST(Event, InvalidMethods) {
     EXPECT_EQ(term("16 02 02 35"), "\nInvalid_method 0x02 (TX->PBX)");
     EXPECT_EQ(term("16 80 02 35"), "\nInvalid_method 0x00 (TX->PBX)");
     EXPECT_EQ(term("16 05 94 00 01"), "\nInvalid_method 0x05 (TX->PBX)");
     EXPECT_EQ(term(""), "\nInvalid_method 0x00 (TX->PBX)");
 }
 
-TEST(analyse_cmd_term, ShorterThanItsHeader) {
+TEST(Event, ShorterThanItsHeader) {
     EXPECT_EQ(term("16 04"), "\nNotify\tCONTEXT_SWITCH\n{\n\tServer\t\tPresentation\n}\n");
     EXPECT_EQ(term("16 04 02"), "\nNotify\tKEY_PRESS\n{\n\tServer\t\tPresentation\n}\n");
     EXPECT_EQ(term("16 04 81"), "\nNotify\tLISTBOX\n{\n\tServer\t\tPresentation\n\tobjectId\t0x0000\n}\n");
@@ -218,7 +215,7 @@ TEST(analyse_cmd_term, ShorterThanItsHeader) {
     EXPECT_EQ(term("16 04 94"), "\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tPresentation\n}\n");
 }
 
-TEST(analyse_cmd_term, GetPropertyResultLooksItsClassUp) {
+TEST(Event, GetPropertyResultLooksItsClassUp) {
     TestSession d;
     EXPECT_EQ(term(d.session(), "15 04 94 00 01 62 06 30 30 38 30 41 31 03 02 05 dc"),
               "\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tCall\n\tserialnum      \t\"0080A1\"\n\tmtu      "
@@ -228,7 +225,7 @@ TEST(analyse_cmd_term, GetPropertyResultLooksItsClassUp) {
               "\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tCall\n\tchecked        \t\"x\"\n}\n");
 }
 
-TEST(analyse_cmd_term, GetPropertyResultKeepsTheClass) {
+TEST(Event, GetPropertyResultKeepsTheClass) {
     TestSession d;
     // None was ever looked up.
     EXPECT_EQ(term(d.session(), "15 04 94 01 01 62 01 41"),
@@ -240,7 +237,7 @@ TEST(analyse_cmd_term, GetPropertyResultKeepsTheClass) {
     EXPECT_EQ(term(d.session(), "15 04 94 00 82 37 01 41"), label);
 }
 
-TEST(analyse_cmd_term, GetPropertyResultOfAnUnknownClass) {
+TEST(Event, GetPropertyResultOfAnUnknownClass) {
     for (const char* hex :
          {"15 04 94 00 04 62 01 41", "15 04 94 00 0a", "15 04 94 00 0b", "15 00 94 00 04"}) {
         EXPECT_EQ(term(hex), "\nError class lookup table ptr[unknown class]") << hex;
@@ -248,13 +245,13 @@ TEST(analyse_cmd_term, GetPropertyResultOfAnUnknownClass) {
     EXPECT_EQ(term("15 04 94 01 04"), "\nNotify\tGET_PROPERTY_RESULT\n{\n\tServer\t\tCall\n}\n");
 }
 
-TEST(analyse_cmd_term, GetPropertyResultLooksItsClassUpBeforeTheMethod) {
+TEST(Event, GetPropertyResultLooksItsClassUpBeforeTheMethod) {
     TestSession d;
     EXPECT_EQ(term(d.session(), "15 02 94 00 06"), "\nInvalid_method 0x02 (TX->PBX)");
     EXPECT_EQ(*d.session().object.properties, Tab_screen);
 }
 
-TEST(analyse_cmd_term, ErrorOfAnUnknownClass) {
+TEST(Event, ErrorOfAnUnknownClass) {
     EXPECT_EQ(term("16 04 0b 00 01 00 04"),
               "\nNotify\tERROR_CREATE\n{\n\tServer\t\tPresentation"
               "\n\terrorcode       UNKNOWN_CLASS"
@@ -262,26 +259,33 @@ TEST(analyse_cmd_term, ErrorOfAnUnknownClass) {
               "\nError class lookup table ptr[unknown class]");
 }
 
-TEST(analyse_cmd_term, BodyLengthInSixteenBits) {
+std::string long_event(const std::vector<std::uint8_t>& data) {
     TestSession d;
-    std::vector<std::uint8_t> data = bytes("16 04 02");
-    data.resize(3 + 65536, 'x');
+    const Message m = Message::without_record(data);
     Text out;
-    analyse_cmd_term(d.session(), Message::without_record(data), out);
-    EXPECT_EQ(out.view(), "\nNotify\tKEY_PRESS\n{\n\tServer\t\tPresentation\n}\n");
-    data.push_back('y');
-    out.clear();
-    analyse_cmd_term(d.session(), Message::without_record(data), out);
-    EXPECT_EQ(out.view(), "\nNotify\tKEY_PRESS\n{\n\tServer\t\tPresentation\n\tkeychar         \"x\"\n}\n");
+    Decoding decoding(d.session(), m, out);
+    object::to_system(decoding);
+    return std::string(out.view());
 }
 
-TEST(analyse_cmd_pbx, LongerThanARecord) {
+TEST(Event, BodyLengthInSixteenBits) {
+    std::vector<std::uint8_t> data = bytes("16 04 02");
+    data.resize(3 + 65536, 'x');
+    EXPECT_EQ(long_event(data), "\nNotify\tKEY_PRESS\n{\n\tServer\t\tPresentation\n}\n");
+    data.push_back('y');
+    EXPECT_EQ(long_event(data),
+              "\nNotify\tKEY_PRESS\n{\n\tServer\t\tPresentation\n\tkeychar         \"x\"\n}\n");
+}
+
+TEST(Command, LongerThanARecord) {
     TestSession d;
     std::vector<std::uint8_t> data = bytes("16 02 84 00 07 37 a0 00");
     data.resize(data.size() + 0x2000, 'x');
     for (const std::uint8_t byte : bytes("26 01 05")) data.push_back(byte);
     Text out;
-    analyse_cmd_pbx(d.session(), Message::without_record(data), out);
+    const Message m = Message::without_record(data);
+    Decoding decoding(d.session(), m, out);
+    object::from_system(decoding);
     EXPECT_EQ(
         out.view(),
         "\nSetProperty\ttextbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0007\n\tlabel          \t\"" +

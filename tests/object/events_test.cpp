@@ -13,11 +13,14 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace object;
+
 // What an event of this code shows for a body.
 std::string body_of(Session& session, std::uint8_t event, const std::vector<std::uint8_t>& data) {
     const Message m(data);
     Text out;
-    vDecodeEvent(session, event, Bytes{m, 0, m.length()}, out);
+    Decoding d(session, m, out);
+    event_body(d, Byte{event});
     return std::string(out.view());
 }
 
@@ -26,7 +29,7 @@ std::string body_of(int event, const char* hex) {
     return body_of(d.session(), static_cast<std::uint8_t>(event), bytes(hex));
 }
 
-TEST(vDecodeEvent, Keys) {
+TEST(EventBody, Keys) {
     for (const int event : {0x02, 0x03, 0x04, 0x05, 0x08}) {
         EXPECT_EQ(body_of(event, "35"), "\n\tkeychar         \"5\"");
         EXPECT_EQ(body_of(event, "ee 84 92"), "\n\tkeychar         \"\\uE112\"\t\"<Right>\"");
@@ -35,7 +38,7 @@ TEST(vDecodeEvent, Keys) {
     }
 }
 
-TEST(vDecodeEvent, Errors) {
+TEST(EventBody, Errors) {
     for (const int event : {0x0A, 0x0B, 0x0C, 0x0D, 0x0E, 0x1E}) {
         EXPECT_EQ(body_of(event, "00 04 02 84 00 07 37 00 00 05 00 00 00 01 74 6f 6f 20 6c 6f 6e 67"),
                   "\n\terrorcode       UNKNOWN_PROPERTY"
@@ -50,7 +53,7 @@ TEST(vDecodeEvent, Errors) {
     }
 }
 
-TEST(vDecodeEvent, ErrorFields) {
+TEST(EventBody, ErrorFields) {
     EXPECT_EQ(body_of(0x0B, "aa 82 06 82 ab cd ff fe 12 34 de ad be ef 41 00 e9 7f 20 7e"),
               "\n\terrorcode       INTERNAL"
               "\n\tmethod          InsertItem"
@@ -73,7 +76,7 @@ TEST(vDecodeEvent, ErrorFields) {
               "\n\ttxt             \"\"");
 }
 
-TEST(vDecodeEvent, ErrorTextBeginsAtByte14) {
+TEST(EventBody, ErrorTextBeginsAtByte14) {
     const std::string head =
         "\n\terrorcode       INVALID_METHOD"
         "\n\tmethod          Create"
@@ -90,18 +93,19 @@ TEST(vDecodeEvent, ErrorTextBeginsAtByte14) {
     EXPECT_EQ(body_of(0x0A, "00"), head + "\n\ttxt             \"\"");
 }
 
-TEST(vDecodeEvent, ErrorMakesItsClassTheCurrentOne) {
+TEST(EventBody, ErrorMakesItsClassTheCurrentOne) {
     TestSession d;
     body_of(d.session(), 0x0D, bytes("00 00 02 8c 00 00 38 00 00 00 00 00 00 00"));
     EXPECT_EQ(*d.session().object.properties, Tab_sliderbar);
 }
 
-TEST(vDecodeEvent, ErrorOfAnUnknownClass) {
+TEST(EventBody, ErrorOfAnUnknownClass) {
     TestSession d;
     const auto data = bytes("00 01 00 04 00 00");
     const Message m(data);
     Text out;
-    EXPECT_THROW(vDecodeEvent(d.session(), 0x0A, Bytes{m, 0, m.length()}, out), UnknownClass);
+    Decoding decoding(d.session(), m, out);
+    EXPECT_THROW(event_body(decoding, Byte{0x0A}), UnknownClass);
     EXPECT_EQ(out.view(),
               "\n\terrorcode       UNKNOWN_CLASS"
               "\n\tmethod          Create"
@@ -109,7 +113,7 @@ TEST(vDecodeEvent, ErrorOfAnUnknownClass) {
     EXPECT_EQ(*d.session().object.properties, nullptr);
 }
 
-TEST(vDecodeEvent, DevicePresence) {
+TEST(EventBody, DevicePresence) {
     EXPECT_EQ(body_of(0x15, "01 01"), "\n\tvalue           BT handset\n\tstate           plugged");
     EXPECT_EQ(body_of(0x15, "02 00"),
               "\n\tvalue           BT headset (should not be used on rymplus)\n\tstate           unplugged");
@@ -120,7 +124,7 @@ TEST(vDecodeEvent, DevicePresence) {
     EXPECT_EQ(body_of(0x15, "03"), "\n\tvalue           Jack\n\tstate           unplugged");
 }
 
-TEST(vDecodeEvent, KeyLine) {
+TEST(EventBody, KeyLine) {
     EXPECT_EQ(body_of(0x16, "01 01"), "\n\tvalue           BT handset");
     EXPECT_EQ(body_of(0x16, "02"), "\n\tvalue           BT headset (should not be used on rymplus)");
     EXPECT_EQ(body_of(0x16, "03"), "\n\tvalue           Jack");
@@ -128,14 +132,14 @@ TEST(vDecodeEvent, KeyLine) {
     EXPECT_EQ(body_of(0x16, "00"), "\n\tvalue           device unknown");
 }
 
-TEST(vDecodeEvent, Bluetooth) {
+TEST(EventBody, Bluetooth) {
     EXPECT_EQ(body_of(0x18, "12 ab 0c"), "\n\tobjectid        0x12AB\n\tvalue           0x0C");
     for (const int event : {0x19, 0x1A, 0x1B}) {
         EXPECT_EQ(body_of(event, "9f 01"), "\n\tvalue           0x9F");
     }
 }
 
-TEST(vDecodeEvent, LocalApplication) {
+TEST(EventBody, LocalApplication) {
     EXPECT_EQ(body_of(0x1C, "01 00 01"),
               "\n\tstarted         true\n\tinterruptible   false\n\tid              usermenu");
     EXPECT_EQ(body_of(0x1C, "00 01 02"),
@@ -150,7 +154,7 @@ TEST(vDecodeEvent, LocalApplication) {
               "\n\tstarted         true\n\tinterruptible   false\n\tid              unknown");
 }
 
-TEST(vDecodeEvent, Reset) {
+TEST(EventBody, Reset) {
     EXPECT_EQ(body_of(0x01, "12 34"), "\n\tobjectId\t0x1234");
     EXPECT_EQ(body_of(0x01, "12"), "\n\tobjectId\t0x1200");
     EXPECT_EQ(
@@ -183,7 +187,7 @@ struct Row {
     std::string text;
 };
 
-TEST(vDecodeEvent, Properties) {
+TEST(EventBody, Properties) {
     const Row rows[] = {
         {0x80, "2b 01 02 85 02 02 6f 6b", "\n\tactive         \t2\n\tDvalue         \tIdx:2  \"ok\""},
         {0x81, "2b 01 02 85 02 04 6d 65 6e 75", "\n\tactive         \t2\n\tDvalue         \tIdx:2  \"menu\""},
@@ -202,7 +206,7 @@ TEST(vDecodeEvent, Properties) {
     for (const auto& row : rows) EXPECT_EQ(body_of(row.event, row.hex), row.text) << int{row.event};
 }
 
-TEST(vDecodeEvent, ListBoxLengthsAreOneByte) {
+TEST(EventBody, ListBoxLengthsAreOneByte) {
     std::vector<std::uint8_t> data = bytes("85 01 85");
     data.insert(data.end(), 133, 'x');
     for (const std::uint8_t byte : bytes("2b 01 02")) data.push_back(byte);
@@ -214,7 +218,7 @@ TEST(vDecodeEvent, ListBoxLengthsAreOneByte) {
               ("\n\tDvalue         \tIdx:1  \"" + std::string(133, 'x')).substr(0, 40));
 }
 
-TEST(vDecodeEvent, GetPropertyResult) {
+TEST(EventBody, GetPropertyResult) {
     TestSession d;
     EXPECT_EQ(body_of(d.session(), 0x94, bytes("62 01 41")), "");
     d.session().change(d.session().object.properties) = Tab_terminal;
@@ -226,7 +230,7 @@ TEST(vDecodeEvent, GetPropertyResult) {
 }
 
 // Codes with a row of their own; every other one shows nothing.
-TEST(vDecodeEvent, EventsWithoutBody) {
+TEST(EventBody, EventsWithoutBody) {
     const std::vector<int> with_body = {0x01, 0x02, 0x03, 0x04, 0x05, 0x08, 0x0A, 0x0B, 0x0C, 0x0D,
                                         0x0E, 0x15, 0x16, 0x18, 0x19, 0x1A, 0x1B, 0x1C, 0x1E, 0x80,
                                         0x81, 0x87, 0x8C, 0x94, 0x99, 0x9A, 0x9B, 0x9F, 0xA0, 0xA1};
@@ -239,7 +243,7 @@ TEST(vDecodeEvent, EventsWithoutBody) {
     }
 }
 
-TEST(vDecodeEvent, DebugTrace) {
+TEST(EventBody, DebugTrace) {
     TestSession d;
     body_of(d.session(), 0x02, bytes("35 36"));
     EXPECT_EQ(d.output, "");

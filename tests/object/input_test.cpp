@@ -9,13 +9,15 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace object;
+
 class Input : public ::testing::Test {
   protected:
     Input() { in_buf.fill(0xEE); }
 
     void read(std::string_view text) {
         out.clear();
-        count = convert_line(text, in_buf, out);
+        count = read_numbers(text, in_buf, out);
     }
     void expect(const std::vector<std::uint8_t>& bytes, std::uint16_t n, const char* complaint) {
         EXPECT_EQ(std::vector<std::uint8_t>(in_buf.begin(),

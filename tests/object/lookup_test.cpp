@@ -17,6 +17,8 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace object;
+
 struct NameRow {
     std::uint8_t code;
     const char* name;
@@ -26,32 +28,35 @@ constexpr const char* unknown = "(reserved_error)";
 
 // Looks all 256 codes up in both ways: the rows have these names, every other code is unknown.
 template <std::size_t N>
-void expect_names(const NameRow (&rows)[N], const ztdecode_name_record* table,
-                  std::string_view (*direct)(std::uint8_t)) {
+void expect_names(const NameRow (&rows)[N], const ztdecode_name_record* table, Word (*direct)(const Byte&)) {
     const char* names[256];
     std::fill(std::begin(names), std::end(names), unknown);
     for (const NameRow& row : rows) names[row.code] = row.name;
     for (unsigned c = 0; c < 256; ++c) {
         const auto code = static_cast<std::uint8_t>(c);
-        EXPECT_STREQ(ztdecode::Look(code, table), names[c]) << c;
-        EXPECT_EQ(direct(code), names[c]) << c;
+        EXPECT_STREQ(object::find_name(code, table), names[c]) << c;
+        const Word word = direct(Byte{code, {7, 1}});
+        EXPECT_EQ(word.text, names[c]) << c;
+        EXPECT_EQ(word.code, c);
+        EXPECT_EQ(word.known, names[c] != unknown) << c;
+        EXPECT_EQ(word.place.first, 7U);
     }
 }
 
-TEST(Look, Servers) {
+TEST(FindName, Servers) {
     const NameRow rows[] = {{0x15, "Call"}, {0x16, "Presentation"}};
-    expect_names(rows, Tab_Servers_def, server_name);
+    expect_names(rows, Tab_Servers_def, object::server);
 }
 
-TEST(Look, Methods) {
+TEST(FindName, Methods) {
     const NameRow rows[] = {
         {0, "Create"}, {1, "Delete"},     {2, "SetProperty"}, {3, "GetProperty"},
         {4, "Notify"}, {5, "DeleteItem"}, {6, "InsertItem"},
     };
-    expect_names(rows, Tab_Methods_def, method_name);
+    expect_names(rows, Tab_Methods_def, object::method);
 }
 
-TEST(Look, Errors) {
+TEST(FindName, Errors) {
     // clang-format off
     const NameRow rows[] = {
         {0x00, "INVALID_METHOD"},
@@ -77,10 +82,10 @@ TEST(Look, Errors) {
         {0x82, "INTERNAL"},
     };
     // clang-format on
-    expect_names(rows, Tab_Error_def, error_name);
+    expect_names(rows, Tab_Error_def, object::error);
 }
 
-TEST(Look, Events) {
+TEST(FindName, Events) {
     // clang-format off
     const NameRow rows[] = {
         {0x00, "CONTEXT_SWITCH"},
@@ -155,25 +160,25 @@ TEST(Look, Events) {
         {0xA4, "ACTLISTBOX_DISMISSED"},
     };
     // clang-format on
-    expect_names(rows, Tab_Events_Opcodes, event_name);
+    expect_names(rows, Tab_Events_Opcodes, object::event);
 }
 
 // Whoever calls may bring a table of his own, at any address; the first row of a code counts.
-TEST(Look, AnyTable) {
+TEST(FindName, AnyTable) {
     alignas(16) unsigned char bytes[1 + 4 * 31] = {};
     const ztdecode_name_record rows[] = {{5, "first"}, {5, "second"}, {255, "end"}, {6, "behind"}};
     std::memcpy(bytes + 1, rows, sizeof rows);
     const auto* table = reinterpret_cast<const ztdecode_name_record*>(bytes + 1);
-    EXPECT_STREQ(ztdecode::Look(5, table), "first");
-    EXPECT_STREQ(ztdecode::Look(6, table), "end");
-    EXPECT_STREQ(ztdecode::Look(255, table), "end");
-    EXPECT_STREQ(ztdecode::Look(5, table + 2), "end");
+    EXPECT_STREQ(object::find_name(5, table), "first");
+    EXPECT_STREQ(object::find_name(6, table), "end");
+    EXPECT_STREQ(object::find_name(255, table), "end");
+    EXPECT_STREQ(object::find_name(5, table + 2), "end");
 }
 
-TEST(Lclass, EveryClass) {
+TEST(FindClass, EveryClass) {
     std::set<unsigned> known;
     for (const ClassRow& row : class_rows) {
-        const ztdecode_class_record& found = ztdecode::Lclass(row.opcode, Tab_Classes_Opcodes);
+        const ztdecode_class_record& found = object::find_class(row.opcode, Tab_Classes_Opcodes);
         EXPECT_STREQ(found.name, row.name);
         EXPECT_EQ(found.properties + 0, row.table) << row.name;
         const ObjectClass direct = class_of(row.opcode);
@@ -188,7 +193,7 @@ TEST(Lclass, EveryClass) {
     for (unsigned c = 0; c < 256; ++c) {
         if (known.count(c) != 0) continue;
         const ztdecode_class_record& found =
-            ztdecode::Lclass(static_cast<std::uint8_t>(c), Tab_Classes_Opcodes);
+            object::find_class(static_cast<std::uint8_t>(c), Tab_Classes_Opcodes);
         EXPECT_STREQ(found.name, "(class_error)") << c;
         EXPECT_TRUE(found.properties == nullptr) << c;
         const ObjectClass direct = class_of(static_cast<std::uint8_t>(c));
@@ -197,20 +202,20 @@ TEST(Lclass, EveryClass) {
     }
 }
 
-TEST(Lclass, AnyTable) {
+TEST(FindClass, AnyTable) {
     constexpr std::size_t size = sizeof(ztdecode_class_record);
     alignas(16) unsigned char bytes[1 + 3 * size] = {};
     const ztdecode_class_record rows[] = {
         {9, "nine", Tab_date}, {9, "again", Tab_leds}, {255, "end", nullptr}};
     std::memcpy(bytes + 1, rows, sizeof rows);
     const auto* table = reinterpret_cast<const ztdecode_class_record*>(bytes + 1);
-    EXPECT_STREQ(ztdecode::Lclass(9, table).name, "nine");
-    EXPECT_EQ(ztdecode::Lclass(9, table).properties + 0, Tab_date);
-    EXPECT_STREQ(ztdecode::Lclass(8, table).name, "end");
-    EXPECT_TRUE(ztdecode::Lclass(8, table).properties == nullptr);
+    EXPECT_STREQ(object::find_class(9, table).name, "nine");
+    EXPECT_EQ(object::find_class(9, table).properties + 0, Tab_date);
+    EXPECT_STREQ(object::find_class(8, table).name, "end");
+    EXPECT_TRUE(object::find_class(8, table).properties == nullptr);
 }
 
-TEST(Lprop, Rows) {
+TEST(FindProperty, Rows) {
     struct Row {
         const ztdecode_property_record* table;
         std::uint8_t id;
@@ -252,7 +257,7 @@ TEST(Lprop, Rows) {
     };
     // clang-format on
     for (const Row& row : rows) {
-        const ztdecode_property_record& found = ztdecode::Lprop(row.id, row.table);
+        const ztdecode_property_record& found = object::find_property(row.id, row.table);
         EXPECT_STREQ(found.name, row.name);
         EXPECT_EQ(unsigned{found.count}, row.count) << row.name;
         EXPECT_EQ(unsigned{found.type}, row.type) << row.name;
@@ -262,7 +267,7 @@ TEST(Lprop, Rows) {
 void expect_both_ways_agree(const PropertyTable& table) {
     for (unsigned i = 0; i < 256; ++i) {
         const auto id = static_cast<std::uint8_t>(i);
-        const ztdecode_property_record& walked = ztdecode::Lprop(id, table.rows());
+        const ztdecode_property_record& walked = object::find_property(id, table.rows());
         const Property direct = table[id];
         EXPECT_EQ(direct.name, walked.name) << i;
         EXPECT_EQ(direct.name.data(), walked.name + 0) << i;
@@ -271,7 +276,7 @@ void expect_both_ways_agree(const PropertyTable& table) {
     }
 }
 
-TEST(Lprop, BothWaysAgreeOnAllIds) {
+TEST(FindProperty, BothWaysAgreeOnAllIds) {
     for (const ClassRow& row : class_rows) {
         SCOPED_TRACE(row.name);
         expect_both_ways_agree(class_of(row.opcode).properties);
@@ -298,14 +303,14 @@ TEST(Lprop, BothWaysAgreeOnAllIds) {
     }
 }
 
-TEST(Lprop, AnyTable) {
+TEST(FindProperty, AnyTable) {
     alignas(16) unsigned char bytes[1 + 3 * 34] = {};
     const ztdecode_property_record rows[] = {{4, 9, "nine", 258}, {5, 9, "again", 0}, {0, 255, "end", 0}};
     std::memcpy(bytes + 1, rows, sizeof rows);
     const auto* table = reinterpret_cast<const ztdecode_property_record*>(bytes + 1);
-    EXPECT_STREQ(ztdecode::Lprop(9, table).name, "nine");
-    EXPECT_EQ(unsigned{ztdecode::Lprop(9, table).count}, 258U);
-    EXPECT_STREQ(ztdecode::Lprop(10, table).name, "end");
+    EXPECT_STREQ(object::find_property(9, table).name, "nine");
+    EXPECT_EQ(unsigned{object::find_property(9, table).count}, 258U);
+    EXPECT_STREQ(object::find_property(10, table).name, "end");
 }
 
 TEST(ClassProperties, ByTable) {
@@ -342,7 +347,7 @@ TEST(Help, Listing) {
     }
     expected += separator;
     Text text;
-    ClassProp_Help(text);
+    list_classes(text);
     EXPECT_EQ(text.view(), expected);
     EXPECT_EQ(text.size(), 15133U);
 }
@@ -350,7 +355,7 @@ TEST(Help, Listing) {
 TEST(Help, FirstAndLastLines) {
     Text text;
     text.add("in front");
-    ClassProp_Help(text);
+    list_classes(text);
     const std::string_view first =
         "in front"
         "\n-----------------------------------------"

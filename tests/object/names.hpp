@@ -8,7 +8,7 @@ namespace ztdecode::testing {
 
 // A character's name where the names library is installed, else what stands for it: its block.
 inline std::string named(const char* name, const char* without_library) {
-    return character_names().available() ? name : without_library;
+    return object::character_names().available() ? name : without_library;
 }
 
 inline std::string e_acute() {

@@ -10,11 +10,13 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace object;
+
 class Segments : public ::testing::Test {
   protected:
-    bool take(const char* hex) { return boCatchSegment(segments, message(bytes(hex))); }
-    bool take_old(const char* hex) { return bo_OLD_CatchSegment(segments, message(bytes(hex))); }
-    bool take(const std::vector<std::uint8_t>& data) { return boCatchSegment(segments, message(data)); }
+    bool take(const char* hex) { return take_segment(segments, message(bytes(hex))); }
+    bool take_old(const char* hex) { return take_segment_of_old(segments, message(bytes(hex))); }
+    bool take(const std::vector<std::uint8_t>& data) { return take_segment(segments, message(data)); }
 
     void expect(const char* hex) {
         EXPECT_EQ(segments.bytes, bytes(hex));
@@ -140,10 +142,10 @@ TEST_F(Segments, NextSeriesLiesBehindOneThatNobodyFreed) {
 TEST_F(Segments, FreedSeries) {
     take("06 00 0c 81 01 02 03 04");
     take("03 00 0c 00 05");
-    vFreeReconstructedCmd(segments);
+    forget_series(segments);
     expect("");
     EXPECT_EQ(segments.last_command_text, " 02 01 03 04 05");
-    vFreeLastReconstructedCmd(segments);
+    forget_command_text(segments);
     EXPECT_EQ(segments.last_command_text, "");
     take("05 00 0c 81 11 12 13");
     expect("12 11 13");
@@ -151,10 +153,10 @@ TEST_F(Segments, FreedSeries) {
 
 TEST_F(Segments, SavedTextStaysWhenNothingIsGathered) {
     take("06 00 0c 81 01 02 03 04");
-    vSaveLastReconstructedCmd(segments);
+    keep_command_text(segments);
     EXPECT_EQ(segments.last_command_text, " 02 01 03 04");
-    vFreeReconstructedCmd(segments);
-    vSaveLastReconstructedCmd(segments);
+    forget_series(segments);
+    keep_command_text(segments);
     EXPECT_EQ(segments.last_command_text, " 02 01 03 04");
 }
 

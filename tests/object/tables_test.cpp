@@ -15,6 +15,8 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace object;
+
 std::string hex_byte(unsigned value) {
     char text[16];
     std::snprintf(text, sizeof text, "0x%02X", value);

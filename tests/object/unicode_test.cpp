@@ -16,6 +16,8 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace object;
+
 // Every glyph and key that has a name of its own; the others of U+E000 to U+E0B2 have the font's alone.
 // clang-format off
 const std::map<std::uint32_t, const char*> named_glyphs = {
@@ -173,18 +175,18 @@ TEST(Glyphs, FoundByCodePoint) {
         } else {
             EXPECT_STREQ(glyph_name(c), name) << c;
         }
-        EXPECT_EQ(ztdecode::find_glyph(c, tab_unicod), glyph_name(c)) << c;
+        EXPECT_EQ(object::find_glyph(c, tab_unicod), glyph_name(c)) << c;
     }
     EXPECT_EQ(glyph_name(0xFFFFFFFF), nullptr);
     EXPECT_EQ(glyph_name(0x1E031), nullptr);
-    EXPECT_EQ(ztdecode::find_glyph(0x1E031, tab_unicod), nullptr);
-    EXPECT_EQ(ztdecode::find_glyph(0xB000, tab_unicod), nullptr);
+    EXPECT_EQ(object::find_glyph(0x1E031, tab_unicod), nullptr);
+    EXPECT_EQ(object::find_glyph(0xB000, tab_unicod), nullptr);
 }
 
 TEST(Glyphs, AnyTableEndsAtItsSentinel) {
     const ztdecode_glyph_record table[] = {{7, "seven"}, {7, "again"}, {0xB000, "end"}, {9, "behind"}};
-    EXPECT_STREQ(ztdecode::find_glyph(7, table), "seven");
-    EXPECT_EQ(ztdecode::find_glyph(9, table), nullptr);
+    EXPECT_STREQ(object::find_glyph(7, table), "seven");
+    EXPECT_EQ(object::find_glyph(9, table), nullptr);
 }
 
 TEST(Blocks, Structure) {

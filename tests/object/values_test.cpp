@@ -14,13 +14,17 @@
 namespace ztdecode::testing {
 namespace {
 
+using namespace object;
+
 using namespace std::string_literals;
 
 std::string shown(const std::vector<std::uint8_t>& data, const Properties& table,
                   LengthField length_field = LengthField::one_or_two_bytes, Values values = Values::carried) {
     const Message m(data);
+    Session session;
     Text out;
-    print_properties(Bytes{m, 0, m.length()}, 0, table, length_field, values, out);
+    Decoding d(session, m, out);
+    print_properties(d, 0, table, length_field, values);
     return std::string(out.view());
 }
 
@@ -137,8 +141,9 @@ TEST(Properties, BytesBehindTheMessageAsTheyStand) {
     const auto data = bytes("37 03 41 42 43 99");
     const Message m(data.data(), 3, data.size());
     Text out;
-    print_properties(Bytes{m, 0, m.length()}, 0, class_of(0x84).properties, LengthField::one_or_two_bytes,
-                     Values::carried, out);
+    Session session;
+    Decoding d(session, m, out);
+    print_properties(d, 0, class_of(0x84).properties, LengthField::one_or_two_bytes, Values::carried);
     EXPECT_EQ(out.view(), "\n\tlabel          \t\"ABC\"");
 }
 
@@ -161,28 +166,36 @@ TEST(Properties, TableOfSomebodyElse) {
     EXPECT_EQ(shown(bytes("2b 01 09"), Properties(Tab_LISTBOX)), "\n\tactive         \t9");
 }
 
-TEST(vDecodeTLV, Value) {
-    const auto data = bytes("41 c3 a9");
+// A property by itself.
+std::string shown(std::uint8_t id, std::uint8_t index, const char* hex, std::uint32_t length,
+                  const Properties& table) {
+    const auto data = bytes(hex);
     const Message m(data);
-    const Bytes value{m, 0, 3};
+    Session session;
     Text out;
-    vDecodeTLV(0x8A, 12, &value, class_of(0x82).properties, out);
-    EXPECT_EQ(out.view(), "\n\tDlabel         \tIdx:12  \"A\xC3\xA9\"\t//\"A<" + e_acute() + ">\"");
+    Decoding d(session, m, out);
+    print_property_name(d, Byte{id}, table);
+    const Decoding::Window value(d, 0, length);
+    print_property_value(d, Byte{id}, Byte{index}, table);
+    return std::string(out.view());
 }
 
-TEST(vDecodeTLV, NoValue) {
+TEST(Property, Value) {
+    EXPECT_EQ(shown(0x8A, 12, "41 c3 a9", 3, class_of(0x82).properties),
+              "\n\tDlabel         \tIdx:12  \"A\xC3\xA9\"\t//\"A<" + e_acute() + ">\"");
+}
+
+TEST(Property, NoValue) {
+    const Message m({});
+    Session session;
     Text out;
-    vDecodeTLV(0x8A, 12, nullptr, class_of(0x82).properties, out);
+    Decoding d(session, m, out);
+    print_property_name(d, Byte{0x8A}, class_of(0x82).properties);
     EXPECT_EQ(out.view(), "\n\tDlabel         \t");
 }
 
-TEST(vDecodeTLV, ZeroLengthReadsTheByteBehind) {
-    const auto data = bytes("05");
-    const Message m(data);
-    const Bytes value{m, 0, 0};
-    Text out;
-    vDecodeTLV(0x26, 0, &value, class_of(0x80).properties, out);
-    EXPECT_EQ(out.view(), "\n\tx              \t5");
+TEST(Property, ZeroLengthReadsTheByteBehind) {
+    EXPECT_EQ(shown(0x26, 0, "05", 0, class_of(0x80).properties), "\n\tx              \t5");
 }
 
 struct Utf8Row {
@@ -197,12 +210,13 @@ class PrintUtf8 : public ::testing::Test {
     static void expect(const std::vector<std::uint8_t>& data, std::uint32_t length,
                        const std::string& characters, const std::string& names, bool beyond_ascii) {
         const Message m(data.data(), length, data.size());
-        const Bytes text{m, 0, length};
+        Session session;
         Text out;
-        EXPECT_EQ(printUTF8str(text, Utf8Mode::characters, out), beyond_ascii);
+        Decoding d(session, m, out);
+        EXPECT_EQ(print_text(d, "text", Utf8Mode::characters), beyond_ascii);
         EXPECT_EQ(out.view(), characters);
         out.clear();
-        EXPECT_EQ(printUTF8str(text, Utf8Mode::names, out), beyond_ascii);
+        EXPECT_EQ(print_text(d, "text", Utf8Mode::names), beyond_ascii);
         EXPECT_EQ(out.view(), names);
     }
 };
@@ -283,12 +297,10 @@ TEST_F(PrintUtf8, ZeroByteInsideACharacterStays) {
               "\n\tlabel          \t\"\xC4\0\"\t//\"<"s + a_macron() + ">\"\n\tx              \t5");
 }
 
-TEST(vPutf8char, EveryByte) {
+TEST(ShownCharacter, EveryByte) {
     for (unsigned c = 0; c < 256; ++c) {
-        Text out;
-        vPutf8char(static_cast<std::uint8_t>(c), out);
         const bool printable = c >= ' ' && c <= '~';
-        EXPECT_EQ(out.view(), printable ? std::string(1, static_cast<char>(c)) : "$") << c;
+        EXPECT_EQ(shown_character(static_cast<std::uint8_t>(c)), printable ? c : '$');
     }
 }
 

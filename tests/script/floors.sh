@@ -14,12 +14,11 @@ find include "$@" -maxdepth 1 -type f \( -name '*.[ch]' -o -name '*.[ch]pp' \) -
     BEGIN {
         # Tables that a host sees have the types of the C interface, whatever folder they stand in; core/ has none.
         floor("include/ core/")
-        # decode/ stands on two floors. Every link needs the names of terminals and modules; object/frames.cpp needs a
-        # reader for the messages of sets in a frame, and the reader itself needs core/ alone.
-        floor("decode/identity. decode/readers.")
+        # decode/ stands on two floors: every link needs the names of terminals and modules.
+        floor("decode/tables/")
         floor("digital/options/ ip/ he/ object/ convert/")
         floor("digital/")
-        # The dispatcher knows every link; decode/minor.cpp passes a command on to object/.
+        # The dispatcher knows every link; decode/routes/servers.cpp passes a command on to object/.
         floor("decode/")
         floor("abi/ tool/")
 

@@ -1,4 +1,4 @@
-#include "decode/routes/minor.hpp"
+#include "decode/routes/servers.hpp"
 
 #include <gtest/gtest.h>
 
@@ -12,24 +12,25 @@ namespace {
 
 using namespace std::string_literals;
 
-TEST(Minor, Servers) {
+TEST(Servers, Messages) {
     TestSession d;
-    EXPECT_EQ(d.with(cs2dhs, "15 04 07"), "call server\nNotify\tOFFHOOK\n{\n\tServer\t\tCall\n}\n");
+    EXPECT_EQ(d.with(call_server::to_system, "15 04 07"),
+              "call server\nNotify\tOFFHOOK\n{\n\tServer\t\tCall\n}\n");
     EXPECT_EQ(d.status, Status::recognised);
-    EXPECT_EQ(d.with(dhs2cs, "15 05 82 00 12 01"),
+    EXPECT_EQ(d.with(call_server::from_system, "15 05 82 00 12 01"),
               "call server\nDeleteItem\tlistbox\n{\n\tServer\t\tCall\n\tObjectId\t0x0012\n\tIndex\t01\n}");
     EXPECT_EQ(d.status, Status::recognised);
     EXPECT_EQ(
-        d.with(prs2dhs, "16 04 02 35"),
+        d.with(presentation_server::to_system, "16 04 02 35"),
         "presentation server\nNotify\tKEY_PRESS\n{\n\tServer\t\tPresentation\n\tkeychar         \"5\"\n}\n");
     EXPECT_EQ(d.status, Status::recognised);
-    EXPECT_EQ(d.with(dhs2prs, "16 02 84 00 07 37 03 41 42 43"),
+    EXPECT_EQ(d.with(presentation_server::from_system, "16 02 84 00 07 37 03 41 42 43"),
               "presentation server\nSetProperty\ttextbox\n{\n\tServer\t\tPresentation\n\tObjectId\t0x0007"
               "\n\tlabel          \t\"ABC\"\n}\n");
     EXPECT_EQ(d.status, Status::recognised);
 }
 
-TEST(Minor, ServersThroughTheDispatcher) {
+TEST(Servers, ThroughTheDispatcher) {
     TestSession d;
     EXPECT_EQ(d.to_dhs("15 04 06"), "\tRYM - call server\nNotify\tONHOOK\n{\n\tServer\t\tCall\n}\n");
     EXPECT_EQ(d.from_dhs("15 04 06"), "\tRYM - call server\nInvalid_method 0x04 (PBX->TX)");
@@ -41,7 +42,7 @@ TEST(Minor, ServersThroughTheDispatcher) {
               "\tRYM - presentation server\nCreate\tAOMV\n{\n\tServer\t\t(reserved_error)\n}\n");
 }
 
-TEST(Minor, UnknownClass) {
+TEST(Servers, UnknownClass) {
     TestSession d;
     EXPECT_EQ(d.from_dhs("15 02 04 01"), "\tRYM - call server\nError class lookup table ptr");
     EXPECT_EQ(d.outcome, Outcome::unknown_class);
@@ -53,7 +54,7 @@ TEST(Minor, UnknownClass) {
     EXPECT_EQ(d.outcome, Outcome::decoded);
 }
 
-TEST(Minor, TheClassOfARequestIsThatOfItsAnswer) {
+TEST(Servers, TheClassOfARequestIsThatOfItsAnswer) {
     TestSession d;
     d.from_dhs("16 03 86 00 05 38 00");
     EXPECT_EQ(d.to_dhs("16 04 94 00 86 38 02 31 32"),
@@ -70,7 +71,7 @@ class Announced : public ApplicationText {
     std::vector<std::string> texts;
 };
 
-TEST(Minor, ApplicationTextIsThatOfTheMessage) {
+TEST(Servers, ApplicationTextIsThatOfTheMessage) {
     TestSession d;
     Announced announced;
     d.session().object.application = &announced;

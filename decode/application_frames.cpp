@@ -1,4 +1,4 @@
-#include "object/frames.hpp"
+#include "decode/application_frames.hpp"
 
 #include <span>
 
@@ -17,7 +17,7 @@ constexpr std::uint8_t segment = 0x0C;
 struct Way {
     Direction direction;
     std::string_view object_banner;
-    Analyser analyse;
+    Decoder decoder;
     std::string_view zt_banner;
     std::string_view zt_header;
 };
@@ -25,28 +25,29 @@ struct Way {
 constexpr Way to_terminal = {
     from_dhs,
     "\n//>>>>>>>> RYM PBX->TERMINAL",
-    analyse_cmd_pbx,
+    object::from_system,
     "\n//|||||||| ZT PBX->TERMINAL",
     "\nPbx_ZT_message\n{",
 };
 constexpr Way to_system = {
     to_dhs,
     "\n//******** RYM TERMINAL->PBX",
-    analyse_cmd_term,
+    object::to_system,
     "\n//######## ZT TERMINAL->PBX",
     "\nTerm_ZT_message\n{",
 };
 
 void add_dump(std::string_view banner, const Message& frame, ApplicationText& out) {
     Text line;
-    vDsipTLV(banner, frame, line);
+    dump_application_frame(banner, frame, line);
     out.add(line.view());
 }
 
 // The message's text takes the place of its dump line.
 void add_object_message(Session& session, const Message& m, const Way& way) {
     Text text;
-    analyse_for_application(session, way.analyse, m, text);
+    Decoding d(session, m, text);
+    object::for_application(d, way.decoder);
 }
 
 // The frame itself is the message: its length byte is read as the server.
@@ -58,7 +59,7 @@ void object_frame(Session& session, const Message& frame, const Way& way, Applic
 // Frees the gathered bytes, whatever becomes of the message in them.
 struct Freed {
     ObjectSegments& segments;
-    ~Freed() { vFreeReconstructedCmd(segments); }
+    ~Freed() { object::forget_series(segments); }
 };
 
 // A whole series is decoded without its last two bytes, in a length of 16 bits; they stand behind its end.
@@ -86,15 +87,15 @@ void zt_frame(Session& session, const Message& frame, const Way& way, Applicatio
 
 }  // namespace
 
-void vDsipTLV(std::string_view banner, const Message& frame, Text& out) {
+void dump_application_frame(std::string_view banner, const Message& frame, Text& out) {
     out.add(banner);
-    out.print("   OP:{:02X}"_cf, frame[2]);
-    out.print("   LG:{:02X} {:02X}   VALUE: "_cf, frame[1], frame[0]);
-    for (std::uint32_t k = 3; k < frame.length(); ++k) out.print("{:02X} "_cf, frame[k]);
+    out.print("   OP:{-:02X}"_cf, frame[2]);
+    out.print("   LG:{-:02X} {-:02X}   VALUE: "_cf, frame[1], frame[0]);
+    for (std::uint32_t k = 3; k < frame.length(); ++k) out.print("{-:02X} "_cf, frame[k]);
 }
 
-void analyse_cmd(Session& session, const Message& frame, int way, int& series_whole) {
-    const Way& w = way == from_system ? to_terminal : to_system;
+void decode_application_frame(Session& session, const Message& frame, int way, int& series_whole) {
+    const Way& w = way == frame_from_system ? to_terminal : to_system;
     ApplicationText& out = *session.object.application;
     switch (frame[2]) {
         case call_server:
@@ -102,7 +103,7 @@ void analyse_cmd(Session& session, const Message& frame, int way, int& series_wh
             object_frame(session, frame, w, out);
             break;
         case segment:
-            series_whole = boCatchSegment(session.change(session.object.segments), frame) ? 1 : 0;
+            series_whole = object::take_segment(session.change(session.object.segments), frame) ? 1 : 0;
             if (series_whole != 0) series(session, w, out);
             break;
         default:

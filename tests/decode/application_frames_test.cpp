@@ -1,4 +1,4 @@
-#include "object/frames.hpp"
+#include "decode/application_frames.hpp"
 
 #include <gtest/gtest.h>
 
@@ -43,7 +43,7 @@ class Frames : public ::testing::Test {
         recorded.steps.clear();
         unknown_class = false;
         try {
-            analyse_cmd(decoding.session(), Message::without_record(data), way, series_whole);
+            decode_application_frame(decoding.session(), Message::without_record(data), way, series_whole);
         } catch (const UnknownClass&) {
             unknown_class = true;
         }
@@ -214,7 +214,7 @@ TEST_F(Frames, SeriesOfLessThanItLeavesOut) {
                                                         {"03 00 0c 81 16", "Presentation"}};
     for (const auto& [first, server] : rows) {
         const auto data = bytes(first);
-        bo_OLD_CatchSegment(decoding.session().object.segments.now(), Message::without_record(data));
+        object::take_segment_of_old(decoding.session().object.segments.now(), Message::without_record(data));
         EXPECT_EQ(series({"02 00 0c 00"}, 'S'), "\nCreate\tcontext\n{\n\tServer\t\t" + server + "\n}\n");
     }
 }
@@ -222,7 +222,7 @@ TEST_F(Frames, SeriesOfLessThanItLeavesOut) {
 TEST_F(Frames, SeriesBehindOneThatNobodyFreed) {
     for (const char* hex : {"06 00 0c 81 01 02 03 04", "02 00 0c 00"}) {
         const auto data = bytes(hex);
-        boCatchSegment(decoding.session().object.segments.now(), Message::without_record(data));
+        object::take_segment(decoding.session().object.segments.now(), Message::without_record(data));
     }
     EXPECT_EQ(take("06 00 0c 81 11 12 13 14", 'S'), Steps{});
     // 00 00 00 00 12 11 | 41 42, of which six count: the property's eighteen bytes begin with the sixth.
@@ -382,7 +382,7 @@ TEST_F(Frames, UnknownClassAmongMessagesOfTheSets) {
     EXPECT_TRUE(unknown_class);
 }
 
-TEST(vDsipTLV, Lines) {
+TEST(ApplicationFrames, Lines) {
     const struct {
         const char* hex;
         const char* text;
@@ -396,7 +396,7 @@ TEST(vDsipTLV, Lines) {
     for (const auto& row : rows) {
         const auto data = bytes(row.hex);
         Text text;
-        vDsipTLV("banner", Message::without_record(data), text);
+        dump_application_frame("banner", Message::without_record(data), text);
         EXPECT_EQ(text.view(), row.text);
     }
 }
