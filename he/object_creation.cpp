@@ -13,8 +13,10 @@ namespace {
 void create_static_text_field(Decoding& d) {
     d.add("create static text field ");
     window_and_object(d);
-    d.print(" fgCol={foreground_color:02x} bgCol={background_color:02x}"_cf, d[5], d[6]);
-    d.print(" attr=({first_attributes:02x},{second_attributes:02x}) fontId={font:02x} "_cf, d[7], d[8], d[9]);
+    d.print(
+        " fgCol={foreground_color:02x} bgCol={background_color:02x} attr=({first_attributes:02x},"
+        "{second_attributes:02x}) fontId={font:02x} "_cf,
+        d[5], d[6], d[7], d[8], d[9]);
     position(d, 10);
     d.print(" charPerLine={characters_per_line} linesNumber={lines}"_cf, d[14], d[15]);
     shared_or_quoted_text(d, 4, 16);

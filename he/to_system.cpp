@@ -33,9 +33,11 @@ PlainVersion plain_version(const Decoding& d, std::size_t k) { return {d.u16(k)}
 
 // Versions, two bytes each: boot 4, code 6, ipar1 8, ipar2 11. Byte 10 is not a version's.
 void reset(Decoding& d) {
-    d.print("reset {reset_kind}: boot {boot_version}, code {code_version}, ipar1 {ipar1_version}"_cf,
-            either(d[1] == 0, "hard", "soft"), plain_version(d, 4), plain_version(d, 6), plain_version(d, 8));
-    d.print(", ipar2 {ipar2_version}"_cf, plain_version(d, 11));
+    d.print(
+        "reset {reset_kind}: boot {boot_version}, code {code_version}, ipar1 {ipar1_version}, "
+        "ipar2 {ipar2_version}"_cf,
+        either(d[1] == 0, "hard", "soft"), plain_version(d, 4), plain_version(d, 6), plain_version(d, 8),
+        plain_version(d, 11));
 }
 
 void illegal_command(Decoding& d) { d.print("illegal command received: {command:02x}"_cf, d[2]); }

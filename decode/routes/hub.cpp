@@ -19,11 +19,18 @@ void to_set(Decoding& d) { d.print(" to set {set_number}"_cf, set_of_code(d)); }
 
 void from_set(Decoding& d) { d.print("from set {set_number}"_cf, set_of_code(d)); }
 
-// Two bytes from k on.
-Meaning version(const Decoding& d, std::size_t k) {
-    const Number number = d.u16(k);
-    return {Kind::version, true, 0, number.number, number.place};
-}
+// "1B.2C": a version in hexadecimal digits.
+template <bool capitals>
+struct HexVersion {
+    Number number;
+
+    std::size_t bound() const noexcept { return 8; }
+    char* write(char* at) const {
+        if constexpr (capitals) return write_format(at, "{-:02X}.{-:02X}"_cf, number >> 8, number & 0xFF);
+        return write_format(at, "{-:02x}.{-:02x}"_cf, number >> 8, number & 0xFF);
+    }
+    Meaning meaning() const noexcept { return {Kind::version, true, 0, number.number, number.place}; }
+};
 
 // byte 2: identifier   bytes 3-4: version, may be left out   bytes 5-6: address, may be left out
 void download_request(Decoding& d) {
@@ -33,10 +40,7 @@ void download_request(Decoding& d) {
         return;
     }
     d.print("download request, binary identifier: {download_identifier:02x}"_cf, d[2]);
-    if (length >= 5) {
-        d.add(" version: ");
-        d.value("software_version", version(d, 3), [&] { d.out().print("{-:02X}.{-:02X}"_cf, d[3], d[4]); });
-    }
+    if (length >= 5) d.print(" version: {software_version}"_cf, HexVersion<true>{d.u16(3)});
     if (length == 7) d.print(" begin address: {download_address:04X}"_cf, d.u16(5));
 }
 
@@ -165,8 +169,8 @@ void anv_number_response(Decoding& d) {
 
 void version_response(Decoding& d) {
     if (!has_length(5, "ERR: bad length in version response", d)) return;
-    d.print("version response ROM: {rom_version:02x}, RAM: "_cf, d[2]);
-    d.value("ram_version", version(d, 3), [&] { d.out().print("{-:02x}.{-:02x}"_cf, d[3], d[4]); });
+    d.print("version response ROM: {rom_version:02x}, RAM: {ram_version}"_cf, d[2],
+            HexVersion<false>{d.u16(3)});
 }
 
 void status_response(Decoding& d) {
