@@ -133,7 +133,7 @@ class Opcodes {
                 d.name(row->name, d.code());
                 row->action(d);
             } else if (!other_name_.empty()) {
-                d.name(other_name_, code);
+                d.name(other_name_, d.code());
                 other_(d);
             } else {
                 d.unknown(d.code(), [this, &d] { other_(d); });
