@@ -23,7 +23,7 @@ constexpr std::uint8_t first_widget_event = 0x80;
 constexpr std::uint8_t get_property_result = 0x94;
 constexpr std::uint8_t first_result_without_class = 15;
 
-Byte method_of(const Decoding& d) { return d[1] & 0x7F; }
+[[gnu::always_inline]] inline Byte method_of(const Decoding& d) { return d[1] & 0x7F; }
 
 // A method that is none of this direction, as two hexadecimal digits.
 struct Refused {
