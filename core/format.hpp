@@ -51,7 +51,7 @@ inline constexpr std::size_t longest_padding = 18;
 
 // The size of the text where there is none. (std::string_view::find is nothing for the compiler when it looks
 // for undefined behaviour.)
-consteval std::size_t find(std::string_view text, char c, std::size_t from) {
+constexpr std::size_t find(std::string_view text, char c, std::size_t from) {
     while (from < text.size() && text[from] != c) ++from;
     return from;
 }

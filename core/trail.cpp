@@ -1,6 +1,7 @@
 #include "core/trail.hpp"
 
 #include <algorithm>
+#include <iterator>
 #include <new>
 
 #include "core/message.hpp"
@@ -305,11 +306,16 @@ Trail::Notes Trail::notes(std::size_t begin, std::size_t end) noexcept {
         notes.size_ = to - from;
         const auto stretch =
             std::ranges::partition_point(stretches_, [from](auto& s) { return s.end <= from; });
-        for (auto s = stretch; s != stretches_.end() && s->begin < to; ++s)
-            notes.stretches_.push_back(inside(*s));
+        const auto stretches_end =
+            std::partition_point(stretch, stretches_.end(), [to](auto& s) { return s.begin < to; });
+        notes.stretches_.reserve(static_cast<std::size_t>(stretches_end - stretch));
+        std::transform(stretch, stretches_end, std::back_inserter(notes.stretches_), inside);
         const auto value = std::ranges::partition_point(values_, [from](auto& v) { return v.begin < from; });
         notes.first_value_ = static_cast<std::uint32_t>(value - values_.begin());
-        for (auto v = value; v != values_.end() && v->end <= to; ++v) notes.values_.push_back(inside(*v));
+        const auto values_end =
+            std::partition_point(value, values_.end(), [to](auto& v) { return v.end <= to; });
+        notes.values_.reserve(static_cast<std::size_t>(values_end - value));
+        std::transform(value, values_end, std::back_inserter(notes.values_), inside);
         const auto message =
             std::ranges::partition_point(messages_, [from](auto& m) { return m.begin < from; });
         for (auto m = message; m != messages_.end() && m->begin < to; ++m) {

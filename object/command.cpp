@@ -23,7 +23,7 @@ constexpr std::uint8_t first_widget_event = 0x80;
 constexpr std::uint8_t get_property_result = 0x94;
 constexpr std::uint8_t first_result_without_class = 15;
 
-Byte method_of(const Decoding& d) { return d[1] & 0x7F; }
+[[gnu::always_inline]] inline Byte method_of(const Decoding& d) { return d[1] & 0x7F; }
 
 // A method that is none of this direction, as two hexadecimal digits.
 struct Refused {
@@ -34,31 +34,26 @@ struct Refused {
     Meaning meaning() const noexcept { return {Kind::word, false, 0, method.number, method.place}; }
 };
 
-void print_server(Decoding& d) { d.print("\n\tServer\t\t{server}"_cf, server(d[0])); }
-
 void print_command_header(Decoding& d, std::string_view class_name) {
-    d.print("\n{-}\t{class}"_cf, method(method_of(d)).text, Word{class_name, d[2].number, true, d[2].place});
+    d.print("\n{-}\t{class}"_cf, method(method_of(d)), Word{class_name, d[2].number, true, d[2].place});
     const Condition asked = d.bit(1, 7);
     if (asked.holds) {
         d.add("\t");
         d.value("acknowledge", Meaning{Kind::flag, true, 0, 1, asked.place}, [&] { d.out().add("Ack"); });
     }
-    d.add("\n{");
-    print_server(d);
+    d.print("\n{{\n\tServer\t\t{server}"_cf, server(d[0]));
 }
 
 void print_event_header(Decoding& d) {
-    d.print("\n{-}\t"_cf, method(method_of(d)).text);
-    d.on(d[2]);
-    d.name(notification_name(d[2].number), d[2]);
+    if (d.trail() != nullptr) d.name(notification_name(d[2].number), d[2]);
     const Word name = event(d[2]);
     if (name.known) {
-        d.add(name.text);
+        d.print("\n{-}\t{-}\n{{\n\tServer\t\t{server}"_cf, method(method_of(d)), name, server(d[0]));
     } else {
-        d.unknown(d[2], [&] { d.out().add(name.text); });
+        d.print("\n{-}\t{unknown_code}\n{{\n\tServer\t\t{server}"_cf, method(method_of(d)), name,
+                server(d[0]));
     }
-    d.add("\n{");
-    print_server(d);
+    d.on(d[2]);
 }
 
 bool refuses_method_of_event(Decoding& d) {
@@ -101,7 +96,7 @@ void from_system(Decoding& d) {
         d.print("\nInvalid_method 0x{method} (PBX->TX)"_cf, Refused{asked});
         return;
     }
-    d.name(command_name(method), asked);
+    if (d.trail() != nullptr) d.name(command_name(method), asked);
     const ObjectClass target = current_class(d, d[2]);
     print_command_header(d, target.name);
     const std::uint8_t object_class = d.on(d[2]);

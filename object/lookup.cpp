@@ -10,12 +10,6 @@ namespace {
 constexpr std::uint8_t end_code = 255;
 constexpr std::uint16_t end_glyph = 0xB000;
 
-Word word_of(const Byte& code, const ztdecode_name_record* rows, const CodeIndex& index) noexcept {
-    const IndexedRow found = index[code.number];
-    const ztdecode_name_record& row = rows[found.row];
-    return {{row.name, found.name_size}, code.number, row.code != end_code, code.place};
-}
-
 std::string_view type_name(std::uint8_t type) noexcept {
     switch (type) {
         case ZTDECODE_INT32:
@@ -61,14 +55,6 @@ const char* find_glyph(std::uint32_t code_point, const ztdecode_glyph_record* ta
     while (table->code != end_glyph && table->code != code_point) ++table;
     return table->code != end_glyph ? table->name : nullptr;
 }
-
-Word server(const Byte& code) noexcept { return word_of(code, Tab_Servers_def, servers_index); }
-
-Word method(const Byte& code) noexcept { return word_of(code, Tab_Methods_def, methods_index); }
-
-Word error(const Byte& code) noexcept { return word_of(code, Tab_Error_def, errors_index); }
-
-Word event(const Byte& code) noexcept { return word_of(code, Tab_Events_Opcodes, events_index); }
 
 ObjectClass class_of(std::uint8_t opcode) noexcept {
     const IndexedRow found = classes_index[opcode];

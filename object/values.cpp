@@ -167,18 +167,14 @@ FieldName field_of(const Decoding& d, const Properties& table, std::uint8_t id) 
     return d.trail() != nullptr ? table.field(id) : no_field;
 }
 
-void print_value(Decoding& d, const Byte& id, const Byte& index, const Property& property, FieldName field) {
-    if ((id.number & 0x80) != 0) d.print("Idx:{property_index}  "_cf, index);
-    print_value(d, property.type, field);
-}
+void print_index(Decoding& d, const Byte& index) { d.print("Idx:{property_index}  "_cf, index); }
 
 }  // namespace
 
 Properties::Properties(const ztdecode_property_record* rows) noexcept
     : known_(class_properties_at(rows)), rows_(rows) {}
 
-Property Properties::operator[](std::uint8_t id) const noexcept {
-    if (known_) return known_[id];
+Property Properties::searched(std::uint8_t id) const noexcept {
     const ztdecode_property_record& row = find_property(id, rows_);
     return {{row.name, strnlen(row.name, sizeof row.name)}, row.count, row.type, row.id != end_of_properties};
 }
@@ -188,14 +184,19 @@ FieldName Properties::field(std::uint8_t id) const noexcept {
 }
 
 bool print_text(Decoding& d, FieldName field, Utf8Mode mode) {
-    d.add("\"");
+    Text& out = d.out();
+    out.add("\"");
     Written written;
-    Meaning text{Kind::text};
-    d.value(field, text, [&] {
-        written = print_characters(d, mode, d.out());
-        text.place = {d[0].place.first, written.bytes};
-    });
-    d.add("\"");
+    if (d.trail() == nullptr) {
+        written = print_characters(d, mode, out);
+    } else {
+        Meaning text{Kind::text};
+        d.value(field, text, [&] {
+            written = print_characters(d, mode, out);
+            text.place = {d[0].place.first, written.bytes};
+        });
+    }
+    out.add("\"");
     return written.beyond_ascii;
 }
 
@@ -206,28 +207,32 @@ void print_property_name(Decoding& d, const Byte& id, const Properties& table) {
 }
 
 void print_property_value(Decoding& d, const Byte& id, const Byte& index, const Properties& table) {
-    print_value(d, id, index, table[id.number], field_of(d, table, id.number));
+    if ((id.number & 0x80) != 0) print_index(d, index);
+    print_value(d, table[id.number].type, field_of(d, table, id.number));
 }
 
 void print_properties(Decoding& d, std::uint32_t first, const Properties& table, LengthField length_field,
                       Values values) {
-    Byte index{};
     for (std::uint32_t at = first; at < d.length();) {
         const Decoding::Scope scope(d);
         const Byte id = d[at++];
-        if ((d.on(id) & 0x80) != 0) index = d[at++];
-        Number length = d[at++];
-        if ((length.number & 0x80) != 0 && length_field == LengthField::one_or_two_bytes) {
-            length = d.u16(at++ - 1) & 0x7FFF;
-        }
+        const bool indexed = (d.on(id) & 0x80) != 0;
+        const std::uint32_t index_at = at;
+        if (indexed) ++at;
+        const Byte announced = d[at++];
+        std::uint32_t length = announced.number;
+        const bool two = (length & 0x80) != 0 && length_field == LengthField::one_or_two_bytes;
+        if (two) length = (length & 0x7F) << 8 | d[at++].number;
         const Property property = table[id.number];
         print_name(d, id, property);
-        d.walk(length);
+        d.walk(Number{length, {announced.place.first, two ? 2U : 1U}});
         if (values == Values::carried) {
-            const Decoding::Window value(d, at, length.number);
-            print_value(d, id, index, property, field_of(d, table, id.number));
+            if (indexed) print_index(d, d[index_at]);
+            const FieldName field = field_of(d, table, id.number);
+            const Decoding::Window value(d, at, length);
+            print_value(d, property.type, field);
         }
-        at += length.number;
+        at += length;
     }
 }
 

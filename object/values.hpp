@@ -16,11 +16,13 @@ class Properties {
         : known_(table), rows_(table.rows()) {}  // NOLINT: the same thing
     explicit Properties(const ztdecode_property_record* rows) noexcept;
 
-    Property operator[](std::uint8_t id) const noexcept;
+    Property operator[](std::uint8_t id) const noexcept { return known_ ? known_[id] : searched(id); }
     // What the value of a property is called.
     FieldName field(std::uint8_t id) const noexcept;
 
   private:
+    Property searched(std::uint8_t id) const noexcept;
+
     PropertyTable known_;
     const ztdecode_property_record* rows_;
 };
