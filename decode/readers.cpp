@@ -240,7 +240,6 @@ void LineReader::begin(Line text, LineLayout layout, std::uint32_t direction) no
                 break;
             }
             direction_ = spzt_direction(text);
-            if (layout == LineLayout::spzt && begin_plain_spzt(text)) break;
             if (const SpztBody body =
                     layout == LineLayout::spzt ? spzt_body(text) : SpztBody::two_length_bytes;
                 body == SpztBody::too_short) {
@@ -254,29 +253,24 @@ void LineReader::begin(Line text, LineLayout layout, std::uint32_t direction) no
     }
 }
 
-// A line as it is nearly always written, one message in plain fields up to its end, is read in one go.
-// Nothing is done with any other one.
-bool LineReader::begin_plain_spzt(Line text) noexcept {
-    if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return false;
+const Message* LineReader::plain_spzt(Line text) noexcept {
+    if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return nullptr;
     const std::size_t fields = (text.length - 7) / 3;
-    if (fields > record_.size()) return false;
-    if (read_plain_fields(text, spzt_body_column, fields) != fields) return false;
+    if (fields > record_.size() || text.text[7] != ' ' || !has_sr_column(text)) return nullptr;
+    if (read_plain_fields(text, spzt_body_column, fields) != fields) return nullptr;
     const SpztBody body = body_with(record_[0], record_[1], text.length);
     const bool two = body == SpztBody::two_length_bytes;
     const std::size_t count = record_[0] + (two ? 256U * record_[1] : 0U);
     const std::size_t first = two ? 2 : 1;
-    if (body == SpztBody::too_short || count == 0 || first + count != fields) return false;
-    plain_first_ = first;
-    plain_count_ = count;
-    state_ = State::plain_spzt;
-    return true;
+    if (body == SpztBody::too_short || count == 0 || first + count != fields) return nullptr;
+    refusal_.reason = Refusal::Reason::none;
+    goes_on_ = padded_ = false;
+    direction_ = spzt_direction(text);
+    return message(first, count);
 }
 
 const Message* LineReader::next() {
     switch (state_) {
-        case State::plain_spzt:
-            state_ = State::nothing;
-            return message(plain_first_, plain_count_);
         case State::line:
             return next_line();
         case State::line_lng2:

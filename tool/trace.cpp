@@ -44,6 +44,7 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
       display_(display),
       out_(out),
       diagnostics_(diagnostics),
+      plain_lines_(options.layout == Layout::recognised || options.layout == Layout::spzt),
       presents_(options.explain || display.color || out.escapes()),
       reader_(LineReader::Behind::zeros) {
     const bool data = options.format == Format::ndjson;
@@ -82,7 +83,10 @@ void TraceDecoder::decode_text(Input& input) {
 
 // A line that is no trace line keeps its place, so that a log keeps its context.
 void TraceDecoder::text_line(const Input::Next& next) {
-    if (!next.piece) ++number_;
+    if (!next.piece) {
+        ++number_;
+        if (plain_lines_ && plain_line(next)) return;
+    }
     Layout layout = options_.layout;
     if (!next.piece && is_trace_line(next.line, layout)) {
         trace_line(next.line, layout);
@@ -95,6 +99,27 @@ void TraceDecoder::text_line(const Input::Next& next) {
         if (next.newline) out_.text.add("\n");
     }
     if (next.piece && next.newline) ++number_;
+}
+
+// Nearly all lines of a trace are S/R lines of one message and nothing else, which need no second look. No
+// other layout begins like one that does not begin with the first character of a tag.
+bool TraceDecoder::plain_line(const Input::Next& next) {
+    const Line line = next.line;
+    if (line.length == 0 || blank(line.text[0]) || line.text[0] == '#' || line.text[0] == 'z') return false;
+    const Message* const m = reader_.plain_spzt(line);
+    if (m == nullptr) return false;
+    Text& out = out_.text;
+    const std::size_t begin = out.size();
+    if (options_.input && !ndjson_) {
+        out_.add_foreign({line.text, line.length});
+        out.add("\n");
+    }
+    columns_ = {line.text, 6};
+    line_ = line;
+    message(begin, [&] {
+        return decode_and_present(*m) == Outcome::decoded ? ReadResult::decoded : ReadResult::unknown_class;
+    });
+    return true;
 }
 
 Place TraceDecoder::place() const noexcept { return {name_, number_, columns_, !columns_.empty()}; }
