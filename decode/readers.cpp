@@ -160,7 +160,7 @@ Line spzt_line(Line text) {
 
 std::uint32_t spzt_direction(Line text) { return text.text[6] == 'S' ? from_dhs : to_dhs; }
 
-const Message* LineReader::message(std::size_t first, std::uint64_t length) noexcept {
+inline const Message* LineReader::message(std::size_t first, std::uint64_t length) noexcept {
     const auto n = static_cast<std::size_t>(std::min<std::uint64_t>(length, message_capacity));
     message_ = Message(record_.data() + first, n, behind_ == Behind::zeros ? n : message_capacity);
     message_.direction = direction_;
@@ -257,7 +257,7 @@ const Message* LineReader::plain_spzt(Line text) noexcept {
     if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return nullptr;
     const std::size_t fields = (text.length - 7) / 3;
     if (fields > record_.size() || text.text[7] != ' ' || !has_sr_column(text)) return nullptr;
-    if (read_plain_fields(text, spzt_body_column, fields) != fields) return nullptr;
+    if (!read_only_plain_fields(text.text + spzt_body_column, fields)) return nullptr;
     const SpztBody body = body_with(record_[0], record_[1], text.length);
     const bool two = body == SpztBody::two_length_bytes;
     const std::size_t count = record_[0] + (two ? 256U * record_[1] : 0U);
@@ -267,6 +267,21 @@ const Message* LineReader::plain_spzt(Line text) noexcept {
     goes_on_ = padded_ = false;
     direction_ = spzt_direction(text);
     return message(first, count);
+}
+
+// Reads n fields, a blank between two of them. What is wrong with one shows behind the last one, which costs
+// less than a look at each.
+inline bool LineReader::read_only_plain_fields(const char* field, std::size_t n) noexcept {
+    unsigned wrong = 0;
+    for (std::size_t i = 0;; ++i, field += 3) {
+        const unsigned value = first_digits[static_cast<std::uint8_t>(field[0])] |
+                               second_digits[static_cast<std::uint8_t>(field[1])];
+        record_[i] = static_cast<std::uint8_t>(value);
+        wrong |= value;
+        if (i + 1 == n) break;
+        wrong |= static_cast<unsigned>(field[2] ^ ' ') << 8;
+    }
+    return wrong <= 0xFF;
 }
 
 const Message* LineReader::next() {

@@ -111,6 +111,7 @@ class LineReader {
     const Message* next_lng2();
     const Message* message(std::size_t first, std::uint64_t length) noexcept;
     void about_to_read(std::size_t n) noexcept;
+    bool read_only_plain_fields(const char* field, std::size_t n) noexcept;
     std::size_t read_plain_fields(Line line, std::size_t column, std::size_t n);
 
     Behind behind_;
