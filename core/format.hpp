@@ -171,8 +171,10 @@ inline char* copy_characters(char* at, std::string_view text) noexcept {
         copy_both_ends<std::uint64_t>(at, from, n);
     } else if (n >= 4) {
         copy_both_ends<std::uint32_t>(at, from, n);
-    } else {
-        for (std::size_t k = 0; k < n; ++k) at[k] = from[k];
+    } else if (n >= 2) {
+        copy_both_ends<std::uint16_t>(at, from, n);
+    } else if (n == 1) {
+        *at = *from;
     }
     return at + n;
 }

@@ -49,7 +49,7 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
       text_only_(!presents_ && options.format == Format::text && !options.audio_only && !options.debug),
       reader_(LineReader::Behind::zeros) {
     const bool data = options.format == Format::ndjson;
-    if (data) ndjson_.emplace(options.explain, out.escapes(), out.text);
+    if (data) ndjson_.emplace(name_, options.explain, out.escapes(), out.text);
     session_.switches = {.color = display.color && !data,
                          .audio_only = options.audio_only,
                          .debug = options.debug,
@@ -91,7 +91,7 @@ void TraceDecoder::text_line(const Input::Next& next) {
         return;
     }
     if (ndjson_) {
-        ndjson_->other(place(), {next.line.text, next.line.length});
+        ndjson_->other(number_, {next.line.text, next.line.length});
     } else {
         out_.add_foreign({next.line.text, next.line.length});
         if (next.newline) out_.text.add("\n");
@@ -144,7 +144,7 @@ void TraceDecoder::add_input(Line line) {
     out_.text.add("\n");
 }
 
-Place TraceDecoder::place() const noexcept { return {name_, number_, columns_, !columns_.empty()}; }
+Place TraceDecoder::place() const noexcept { return {number_, columns_, !columns_.empty()}; }
 
 bool TraceDecoder::is_trace_line(Line line, Layout& layout) const {
     if (blank_or_comment(line)) return false;
@@ -227,7 +227,7 @@ void TraceDecoder::refuse_for_memory() {
     refused_ = true;
     complain("no memory for this message");
     if (ndjson_) {
-        ndjson_->refused(place(), {.reason = Refusal::Reason::no_memory}, {line_.text, line_.length});
+        ndjson_->refused(number_, {.reason = Refusal::Reason::no_memory}, {line_.text, line_.length});
     }
 }
 
@@ -264,14 +264,14 @@ void TraceDecoder::finish_data(ReadResult result) {
         write_refusal(reader_.refusal(), line_, why);
         refused_ = true;
         complain(why.view());
-        ndjson_->refused(place(), reader_.refusal(), line);
+        ndjson_->refused(number_, reader_.refusal(), line);
     } else if (result == ReadResult::unknown_class) {
         refused_ = true;
         Text why;
         add_uncoloured(decoded_.view(), why);
         complain(why.view());
     } else if (!said_) {
-        ndjson_->other(place(), line);
+        ndjson_->other(number_, line);
     }
 }
 
@@ -307,7 +307,7 @@ Outcome TraceDecoder::decode_and_present(const Message& m) {
     const Outcome outcome = ztdecode::decode(session_, m, decoded_);
     if (ndjson_) {
         said_ = true;
-        if (!traced_.empty()) ndjson_->trace(place(), traced_);
+        if (!traced_.empty()) ndjson_->trace(number_, traced_);
         traced_.clear();
         const Refusal& figures = reader_.refusal();
         const std::uint64_t padded = reader_.padded() ? figures.expected - figures.found : 0;
