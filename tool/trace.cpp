@@ -44,6 +44,7 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
       display_(display),
       out_(out),
       diagnostics_(diagnostics),
+      trail_(options.explain ? Trail::What::words : Trail::What::values),
       plain_lines_(options.layout == Layout::recognised || options.layout == Layout::spzt),
       presents_(options.explain || display.color || out.escapes()),
       text_only_(!presents_ && options.format == Format::text && !options.audio_only && !options.debug),
@@ -223,7 +224,7 @@ void TraceDecoder::refuse_for_memory() {
     out_.flush_and_release();
     decoded_ = Text();
     traced_ = std::string();
-    trail_ = Trail();
+    trail_ = Trail(options_.explain ? Trail::What::words : Trail::What::values);
     refused_ = true;
     complain("no memory for this message");
     if (ndjson_) {

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <vector>
 
 namespace ztdecode::tool {
@@ -79,11 +80,25 @@ void add_escape(std::string_view character, bool ascii, Text& out) {
     }
 }
 
+// Whether eight characters stand in a JSON string as they are.
+bool all_plain(std::uint64_t characters) {
+    constexpr std::uint64_t each = 0x0101010101010101;
+    const auto has = [](std::uint64_t c) { return (c - each) & ~c & 0x80 * each; };  // a zero byte
+    const std::uint64_t below_blank = (characters - 0x20 * each) & ~characters;
+    const std::uint64_t del_or_beyond = characters | (characters + each);
+    return ((below_blank | del_or_beyond | has(characters ^ '"' * each) | has(characters ^ '\\' * each)) &
+            0x80 * each) == 0;
+}
+
 // Bytes that are no UTF-8 become U+FFFD, one each.
 void add_string(std::string_view s, bool ascii, Text& out) {
     out.add("\"");
     for (std::size_t at = 0; at < s.size();) {
         std::size_t end = at;
+        for (std::uint64_t eight = 0; end + sizeof eight <= s.size(); end += sizeof eight) {
+            std::memcpy(&eight, s.data() + end, sizeof eight);
+            if (!all_plain(eight)) break;
+        }
         while (end < s.size() && plain[static_cast<unsigned char>(s[end])]) ++end;
         out.add(s.substr(at, end - at));
         if (end == s.size()) break;
@@ -239,16 +254,25 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         bytes(part.bytes);
         add("\"text\"", record.text(part));
         fields(record, part);
-        key("\"unknown\"");
-        Uint(part.unknown);
-        key("\"missing\"");
-        Uint(part.missing);
+        if (part.unknown == 0 && part.missing == 0 && noted.segments.empty() && !words) {
+            key("\"unknown\":0,\"missing\":0,\"parts\"");
+            parts(kind_and_file, place, record, part, words);
+            return;
+        }
+        add("\"unknown\"", part.unknown);
+        add("\"missing\"", part.missing);
         if (!noted.segments.empty()) segments(noted);
         if (words) {
             words_of(record, part);
             details(record, part);
         }
         key("\"parts\"");
+        parts(kind_and_file, place, record, part, words);
+    }
+
+  private:
+    void parts(std::string_view kind_and_file, const Place& place, const Record& record,
+               const Record::Part& part, bool words) {
         StartArray();
         for (const std::uint32_t carried : record.carried(part)) {
             message(kind_and_file, place, record, carried, words);
@@ -256,8 +280,6 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         }
         EndArray();
     }
-
-  private:
     void string(std::string_view value) {
         Prefix(rapidjson::kStringType);
         add_string(value, ascii_, out_);
@@ -345,7 +367,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         for (std::size_t k = 0; k < order_.size();) {
             const std::string_view name = record.value(order_[k]).name;
             std::size_t end = k + 1;
-            while (end < order_.size() && record.value(order_[end]).name == name) ++end;
+            while (end < order_.size() && record.value(order_[end]).field == record.value(order_[k]).field) ++end;
             field_key(name);
             if (end - k > 1) StartArray();
             for (std::size_t i = k; i < end; ++i) value(record, record.value(order_[i]));
@@ -361,9 +383,10 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         const auto values = record.values(part);
         order_.assign(values.begin(), values.end());
         const auto name = [&](std::uint32_t k) { return record.value(k).name; };
+        const auto field = [&](std::uint32_t k) { return record.value(k).field; };
         bool repeats = order_.size() > few;
         for (std::size_t i = 1; i < order_.size() && !repeats; ++i) {
-            for (std::size_t k = 0; k < i && !repeats; ++k) repeats = name(order_[i]) == name(order_[k]);
+            for (std::size_t k = 0; k < i && !repeats; ++k) repeats = field(order_[i]) == field(order_[k]);
         }
         if (!repeats) return;
         std::stable_sort(order_.begin(), order_.end(),
