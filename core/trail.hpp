@@ -62,6 +62,7 @@ struct NotedMessage {
     std::uint32_t origin = 0;  // where its bytes begin in the captured one, or in the reassembled one
     std::uint32_t length = 0;
     std::uint32_t source_length = 0;  // of the captured or reassembled one
+    std::uint32_t there = 0;          // bytes of it that are in the captured one, from its first one on
     std::uint32_t direction = 0;
     std::string_view link{};
     std::string_view name{};  // none: its code is unknown
@@ -106,7 +107,9 @@ class Trail {
     void name(std::string_view name, std::uint32_t code, bool is_code) noexcept;
 
     // Bytes that decide what is written next. They count until the scope ends in which they were tested.
-    void test(const Message& m, Place bytes) noexcept;
+    void test(const Message& m, Place bytes) noexcept {
+        if (words_too_ || !all_there(bytes)) note_test(m, bytes);
+    }
     // Bytes that say where the others stand.
     void walk(const Message& m, Place bytes) noexcept;
     std::size_t scope() const noexcept { return tested_.size(); }
@@ -183,7 +186,8 @@ class Trail {
     template <class Note>
     void note(Note write) noexcept;
     void look_at_words() noexcept;
-    bool all_there(const Message& m, Place bytes) const noexcept;
+    void note_test(const Message& m, Place bytes) noexcept;
+    bool all_there(Place bytes) const noexcept { return std::size_t{bytes.first} + bytes.count <= there_; }
     Tested located(const Message& m, Place bytes);
     void begin_message(const Message& m, bool reassembled);
     void look_at_tested();
@@ -198,6 +202,7 @@ class Trail {
     std::size_t origin_ = 0;
     std::uint32_t seen_ = 0;  // of the text
     std::uint32_t message_ = 0;
+    std::uint32_t there_ = 0;       // of the present message
     std::size_t first_tested_ = 0;  // of the present message
     bool tested_changed_ = true;    // since the last literal
     std::uint32_t literal_first_range_ = 0;

@@ -51,33 +51,36 @@ std::uint32_t code_point(std::string_view character) {
     return code;
 }
 
-// A character that is not plain, as a JSON string has it. Control characters beyond ASCII are escaped, too:
-// there are terminals that act on them.
-void add_escape(std::string_view character, bool ascii, Text& out) {
-    const std::uint32_t code = code_point(character);
-    switch (code) {
+// What a backslash stands in front of; 0 for the others.
+constexpr char after_backslash(char c) {
+    switch (c) {
         case '"':
-            out.add("\\\"");
-            break;
         case '\\':
-            out.add("\\\\");
-            break;
+            return c;
         case '\n':
-            out.add("\\n");
-            break;
+            return 'n';
         case '\t':
-            out.add("\\t");
-            break;
+            return 't';
         default:
-            if (code >= 0xA0 && !ascii) {
-                out.add(character);
-            } else if (code < 0x10000) {
-                out.print("\\u{-:04x}"_cf, code);
-            } else {
-                const std::uint32_t rest = code - 0x10000;
-                out.print("\\u{-:04x}\\u{-:04x}"_cf, 0xD800 | rest >> 10, 0xDC00 | (rest & 0x3FF));
-            }
+            return 0;
     }
+}
+
+constexpr std::size_t longest_escape = 6;  // of one byte
+
+// A character that is not plain, as a JSON string has it. Control characters beyond ASCII are escaped, too:
+// there are terminals that act on them. Gives the end.
+char* write_escape(char* at, std::string_view character, bool ascii) {
+    if (const char c = after_backslash(character[0]); c != 0) {
+        *at++ = '\\';
+        *at++ = c;
+        return at;
+    }
+    const std::uint32_t code = code_point(character);
+    if (code >= 0xA0 && !ascii) return copy_characters(at, character);
+    if (code < 0x10000) return write_format(at, "\\u{-:04x}"_cf, code);
+    const std::uint32_t rest = code - 0x10000;
+    return write_format(at, "\\u{-:04x}\\u{-:04x}"_cf, 0xD800 | rest >> 10, 0xDC00 | (rest & 0x3FF));
 }
 
 // Whether eight characters stand in a JSON string as they are.
@@ -92,19 +95,32 @@ bool all_plain(std::uint64_t characters) {
 
 // Bytes that are no UTF-8 become U+FFFD, one each.
 void add_string(std::string_view s, bool ascii, Text& out) {
+    constexpr std::size_t most_at_once = 4096;
+    const char* from = s.data();
+    const char* const end = from + s.size();
     out.add("\"");
-    for (std::size_t at = 0; at < s.size();) {
-        std::size_t end = at;
-        for (std::uint64_t eight = 0; end + sizeof eight <= s.size(); end += sizeof eight) {
-            std::memcpy(&eight, s.data() + end, sizeof eight);
-            if (!all_plain(eight)) break;
+    while (from != end) {
+        const char* const stop =
+            from + std::min<std::size_t>(static_cast<std::size_t>(end - from), most_at_once);
+        char* at = out.room(longest_escape * (most_at_once + 4));
+        while (from < stop) {
+            if (std::uint64_t eight = 0; static_cast<std::size_t>(end - from) >= sizeof eight) {
+                std::memcpy(&eight, from, sizeof eight);
+                if (all_plain(eight)) {
+                    std::memcpy(at, &eight, sizeof eight);
+                    from += sizeof eight;
+                    at += sizeof eight;
+                    continue;
+                }
+            }
+            while (from != end && plain[static_cast<unsigned char>(*from)]) *at++ = *from++;
+            if (from == end) break;
+            const std::string_view rest(from, static_cast<std::size_t>(end - from));
+            const std::size_t n = character_length(rest);
+            at = write_escape(at, n == 0 ? replacement : rest.substr(0, n), ascii);
+            from += std::max<std::size_t>(n, 1);
         }
-        while (end < s.size() && plain[static_cast<unsigned char>(s[end])]) ++end;
-        out.add(s.substr(at, end - at));
-        if (end == s.size()) break;
-        const std::size_t n = character_length(s.substr(end));
-        add_escape(n == 0 ? replacement : s.substr(end, n), ascii, out);
-        at = end + std::max<std::size_t>(n, 1);
+        out.written_to(at);
     }
     out.add("\"");
 }
@@ -221,38 +237,36 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         }
     }
 
+    // What depends on nothing but the message goes out as parts of one key.
     void message(std::string_view kind_and_file, const Place& place, const Record& record, std::size_t index,
                  bool words) {
         const Record::Part& part = record.part(index);
         const NotedMessage& noted = *part.noted;
         begin(kind_and_file, place.line);
-        add_or_null("\"columns\"", place.columns, place.has_columns);
-        key(noted.direction == from_dhs ? "\"time\":null,\"direction\":\"from\",\"link\""
-                                        : "\"time\":null,\"direction\":\"to\",\"link\"");
-        name(noted.link);
-        key("\"message\"");
-        name(noted.name);
-        key("\"code\"");
+        key("\"columns\":");
+        if (place.has_columns) {
+            add_string(place.columns, ascii_, out_);
+        } else {
+            out_.add("null");
+        }
+        out_.add(noted.direction == from_dhs ? ",\"time\":null,\"direction\":\"from\",\"link\":"
+                                             : ",\"time\":null,\"direction\":\"to\",\"link\":");
+        quoted(noted.link);
+        out_.add(",\"message\":");
+        quoted(noted.name);
+        out_.add(",\"code\"");
         if (noted.code != NotedMessage::no_code) {
             Uint(noted.code);
         } else {
             Null();
         }
-        switch (part.decoded) {
-            case Decoded::decoded:
-                key("\"status\":\"decoded\",\"length\"");
-                break;
-            case Decoded::unknown:
-                key("\"status\":\"unknown\",\"length\"");
-                break;
-            case Decoded::refused:
-                key("\"status\":\"refused\",\"reason\":\"unknown_class\",\"length\"");
-                break;
-        }
+        key(status_and_length(part.decoded));
         Uint(noted.length);
-        key("\"bytes\"");
+        key("\"bytes\":\"");
         bytes(part.bytes);
-        add("\"text\"", record.text(part));
+        out_.add("\",\"text\":");
+        add_string(record.text(part), ascii_, out_);
+        out_.add(",\"fields\"");
         fields(record, part);
         if (part.unknown == 0 && part.missing == 0 && noted.segments.empty() && !words) {
             key("\"unknown\":0,\"missing\":0,\"parts\"");
@@ -284,27 +298,41 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         Prefix(rapidjson::kStringType);
         add_string(value, ascii_, out_);
     }
-    // One of our own, which needs no escapes.
-    void name(std::string_view value) {
-        if (value.empty()) {
-            Null();
+    static std::string_view status_and_length(Decoded decoded) {
+        switch (decoded) {
+            case Decoded::decoded:
+                break;
+            case Decoded::unknown:
+                return "\"status\":\"unknown\",\"length\"";
+            case Decoded::refused:
+                return "\"status\":\"refused\",\"reason\":\"unknown_class\",\"length\"";
+        }
+        return "\"status\":\"decoded\",\"length\"";
+    }
+
+    // A name of our own, which needs no escapes.
+    void quoted(std::string_view name) {
+        if (name.empty()) {
+            out_.add("null");
             return;
         }
-        Prefix(rapidjson::kStringType);
-        out_.add("\"");
-        out_.add(value);
-        out_.add("\"");
+        char* at = out_.room(name.size() + 2);
+        *at = '"';
+        at = copy_characters(at + 1, name);
+        *at = '"';
+        out_.written_to(at + 1);
+    }
+    void name(std::string_view value) {
+        Prefix(value.empty() ? rapidjson::kNullType : rapidjson::kStringType);
+        quoted(value);
     }
 
     void bytes(std::span<const std::uint8_t> bytes) {
-        Prefix(rapidjson::kStringType);
-        char* at = out_.room(2 * bytes.size() + 2);
-        *at++ = '"';
+        char* at = out_.room(2 * bytes.size());
         for (const std::uint8_t byte : bytes) {
             *at++ = lower_case_digits[byte >> 4];
             *at++ = lower_case_digits[byte & 15];
         }
-        *at++ = '"';
         out_.written_to(at);
     }
 
@@ -354,20 +382,18 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
 
     void field_key(std::string_view name) {
         Prefix(rapidjson::kStringType);
-        out_.add("\"");
-        out_.add(name);
-        out_.add("\"");
+        quoted(name);
     }
 
     // A name that stands several times has an array.
     void fields(const Record& record, const Record::Part& part) {
-        key("\"fields\"");
         StartObject();
         order(record, part);
         for (std::size_t k = 0; k < order_.size();) {
             const std::string_view name = record.value(order_[k]).name;
             std::size_t end = k + 1;
-            while (end < order_.size() && record.value(order_[end]).field == record.value(order_[k]).field) ++end;
+            while (end < order_.size() && record.value(order_[end]).field == record.value(order_[k]).field)
+                ++end;
             field_key(name);
             if (end - k > 1) StartArray();
             for (std::size_t i = k; i < end; ++i) value(record, record.value(order_[i]));
