@@ -47,7 +47,8 @@ void subdevice_command(Decoding& d) {
 
 // byte 1, where there is one: 0 2G, 1 3G
 void warm_start(Decoding& d) {
-    static constexpr auto modes = names({{0, "warmstart mode 2G"}, {1, "warmstart mode 3G"}}, "warmstart bizarre");
+    static constexpr auto modes =
+        names({{0, "warmstart mode 2G"}, {1, "warmstart mode 3G"}}, "warmstart bizarre");
     switch (d.length()) {
         case 1:
             d.add("warmstart simple");
@@ -124,9 +125,11 @@ void side_tone(Decoding& d) { d.value("side_tone", flag(d[1] != 0, "side tone on
 // Of 13 bytes: byte 2 what to do with refusals, byte 3 what is downloaded, bytes 10 to 12 its length.
 // Otherwise: byte 3 identifier, bytes 10 to 13 length.
 void download_request(Decoding& d) {
-    static constexpr auto refusals = names({{0, ", accept all refusals"}, {1, ", will override software lock"}}, "");
+    static constexpr auto refusals =
+        names({{0, ", accept all refusals"}, {1, ", will override software lock"}}, "");
     static constexpr auto contents = names({{0, ", patches"}, {1, ", application"}, {2, ", data"}}, "");
-    static constexpr auto identifiers = names({{0xAA, "base binary"}, {0xCC, "patch binary"}}, "unknown identifier");
+    static constexpr auto identifiers =
+        names({{0xAA, "base binary"}, {0xCC, "patch binary"}}, "unknown identifier");
     d.add("request");
     if (d.length() == 13) {
         d.print("{refusals}{download_content}, length 0x{download_length:06x}"_cf, refusals[d[2]],

@@ -46,18 +46,18 @@ void download_ack(Decoding& d, const Byte& code) {
 // byte 1: key
 void digit_dialled(Decoding& d) {
     static constexpr auto digits = names({{0, "0"},
-                                   {1, "1"},
-                                   {2, "2"},
-                                   {3, "3"},
-                                   {4, "4"},
-                                   {5, "5"},
-                                   {6, "6"},
-                                   {7, "7"},
-                                   {8, "8"},
-                                   {9, "9"},
-                                   {10, "*"},
-                                   {11, "#"}},
-                                  "");
+                                          {1, "1"},
+                                          {2, "2"},
+                                          {3, "3"},
+                                          {4, "4"},
+                                          {5, "5"},
+                                          {6, "6"},
+                                          {7, "7"},
+                                          {8, "8"},
+                                          {9, "9"},
+                                          {10, "*"},
+                                          {11, "#"}},
+                                         "");
     if (d.on(d[1] < 12)) {
         d.print("digit dialed '{digit}'"_cf, digits[d[1]]);
     } else {
@@ -165,8 +165,10 @@ void adapter_reset(Decoding& d) {
 
 // byte 6: channels   byte 7: power feeding   byte 9: 1 download suggested
 void base_reset(Decoding& d) {
-    static constexpr auto channels = names({{0, ", reserved"}, {1, ", 3 channels"}, {2, ", 6 channels"}}, ", ???");
-    static constexpr auto power = names({{0, ", local power feeding"}, {1, ", remote power feeding"}}, ", ???");
+    static constexpr auto channels =
+        names({{0, ", reserved"}, {1, ", 3 channels"}, {2, ", 6 channels"}}, ", ???");
+    static constexpr auto power =
+        names({{0, ", local power feeding"}, {1, ", remote power feeding"}}, ", ???");
     software_version(d);
     d.value("channels", channels[d[6]]);
     d.value("power_feeding", power[d[7]]);

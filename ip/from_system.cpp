@@ -21,7 +21,8 @@ void stream_list(Decoding& d, std::uint32_t first) {
 }
 
 void start_rtp(Decoding& d) {
-    static constexpr auto directions = names({{0, "TSC input"}, {1, "TSC output"}, {2, "both directions"}}, "???");
+    static constexpr auto directions =
+        names({{0, "TSC input"}, {1, "TSC output"}, {2, "both directions"}}, "???");
     d.print("start RTP: {stream_direction}"_cf, directions[d[2]]);
     stream_list(d, 3);
 }

@@ -56,12 +56,12 @@ void dtmf_level(Decoding& d) {
 
 void skin(Decoding& d) {
     static constexpr auto skins = names({{0, "handled by terminal"},
-                                  {1, "classical"},
-                                  {2, "rainbow"},
-                                  {3, "green"},
-                                  {4, "luxury"},
-                                  {5, "release skin"}},
-                                 "");
+                                         {1, "classical"},
+                                         {2, "rainbow"},
+                                         {3, "green"},
+                                         {4, "luxury"},
+                                         {5, "release skin"}},
+                                        "");
     d.value(row_field, NameOrCode{skins[d[0].number], d[0].number, "unknown 0x", d[0].place});
 }
 

@@ -86,10 +86,11 @@ constexpr auto listen_items = items({{0x00, "remote IP=", ip_address},
                                     "???");
 
 void tag_check(Decoding& d) {
-    static constexpr auto tag_checks = names({{0x00, "no authentication"},
-                                       {0x01, "Authentication tag emission with received tag control"},
-                                       {0x10, "Authentication tag emission without received tag control"}},
-                                      "unknown");
+    static constexpr auto tag_checks =
+        names({{0x00, "no authentication"},
+               {0x01, "Authentication tag emission with received tag control"},
+               {0x10, "Authentication tag emission without received tag control"}},
+              "unknown");
     d.value(row_field, tag_checks[d[0]]);
 }
 
