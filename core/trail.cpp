@@ -167,6 +167,7 @@ void Trail::walk(const Message& m, Place bytes) noexcept {
 }
 
 void Trail::put_by(const Message& m, Place bytes) noexcept {
+    if (!words_too_) return;
     const auto own = static_cast<std::uint32_t>(m.bytes().size());
     const Place there = {bytes.first, std::min(bytes.count, own - std::min(own, bytes.first))};
     note([&] {
