@@ -37,6 +37,7 @@ void Trail::start(const Text& text, const Message& m) {
     messages_.clear();
     ranges_.clear();
     walked_.clear();
+    put_by_.clear();
     message_ = NotedMessage::no_message;
     begin_message(m, false);
 }
@@ -160,6 +161,16 @@ void Trail::walk(const Message& m, Place bytes) noexcept {
     note([&] {
         const Tested& at = tested_.back();
         if (at.some) walked_.push_back({at.bytes, now(), messages_[message_].reassembled});
+    });
+}
+
+void Trail::put_by(const Message& m, Place bytes) noexcept {
+    if (!words_too_) return;
+    const auto own = static_cast<std::uint32_t>(m.bytes().size());
+    const Place there = {bytes.first, std::min(bytes.count, own - std::min(own, bytes.first))};
+    note([&] {
+        const Tested at = located(m, there);
+        if (at.some && !messages_[message_].reassembled) put_by_.push_back(at.bytes);
     });
 }
 
@@ -404,6 +415,7 @@ std::vector<ByteRange> Trail::unused() const {
         if (messages_[v.message].reassembled) continue;
         for (const ByteRange& r : bytes_of(v)) use(r);
     }
+    for (const ByteRange& r : put_by_) use(r);
     std::vector<ByteRange> result;
     for (std::uint32_t k = 0; k < length; ++k) {
         if (used[k]) continue;

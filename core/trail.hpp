@@ -112,6 +112,8 @@ class Trail {
     }
     // Bytes that say where the others stand.
     void walk(const Message& m, Place bytes) noexcept;
+    // Bytes that are put by for a message that is put together from segments.
+    void put_by(const Message& m, Place bytes) noexcept;
     std::size_t scope() const noexcept { return tested_.size(); }
     void end_scope(std::size_t scope) noexcept;
 
@@ -166,7 +168,7 @@ class Trail {
     std::span<const ByteRange> bytes_of(const NotedValue& v) const noexcept {
         return {ranges_.data() + v.first_range, v.ranges};
     }
-    // The runs of bytes of the captured message that no stretch names.
+    // The runs of bytes of the captured message that no stretch names and that were not put by.
     std::vector<ByteRange> unused() const;
 
     struct Walked {
@@ -215,6 +217,7 @@ class Trail {
     std::vector<NotedMessage> messages_;
     std::vector<ByteRange> ranges_;
     std::vector<Walked> walked_;
+    std::vector<ByteRange> put_by_;
 };
 
 }  // namespace ztdecode
