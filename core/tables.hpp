@@ -140,7 +140,7 @@ class Opcodes {
             }
         };
         d.row(code, row_field, run, [this, row, &code, &d](Trail& trail) {
-            const TableRows asked{.opcodes = rows().data(), .count = N};
+            const TableRows asked{.opcodes = rows().data(), .count = N, .other = other_name_};
             trail.asked(d.message(), asked, code.number, row != nullptr, code.place);
         });
         return row != nullptr;

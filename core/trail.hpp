@@ -81,6 +81,7 @@ struct TableRows {
     const Opcode* opcodes = nullptr;
     const Item* items = nullptr;
     std::size_t count = 0;
+    std::string_view other{};  // the name of every other code's message, where it has one
 };
 
 // A table that was asked for a code.
