@@ -127,7 +127,7 @@ struct Node {
         }
         return n;
     }
-    bool has(std::uint32_t k) const { return code.contains(k) || other.contains(k); }
+    bool has(std::uint32_t k) const { return code.contains(k) || (!any && other.contains(k)); }
     Bytes message(std::uint32_t length, std::uint8_t fill) const {
         Bytes bytes(length, fill);
         for (const auto& fixed : {code, other}) {
@@ -263,7 +263,8 @@ class Walk {
         const std::size_t place = rows_.size();
         Fields fields;
         attempt(node, node.message(longest, 0));
-        if (const AskedTable* const table = next_table(node)) node.told_further = !table->rows.other.empty();
+        if (const AskedTable* const table = next_table(node))
+            node.told_further = !node.any && !table->rows.other.empty();
         explore_into(node, fields);
         emit(node, fields, place);
     }
@@ -272,11 +273,18 @@ class Walk {
     void explore_into(const Node& node, Fields& fields) {
         attempt(node, node.message(longest, 0));
         if (node.plain) {
+            if (!is_of(node)) attempt(node, node.message(node.length(), 0));
             fields.add(tried_);
             return;
         }
         std::vector<const Opcode*> met;
-        if (const AskedTable* const table = next_table(node)) explore_table(node, *table, met, fields);
+        if (const AskedTable* const table = next_table(node)) {
+            if (node.any) {
+                met.push_back(table->rows.opcodes);
+            } else {
+                explore_table(node, *table, met, fields);
+            }
+        }
         if (node.name.empty()) return;
         // Further tables may stand behind bytes that no table was asked with.
         for (const Bytes& found : gather(node, fields, met)) {
@@ -319,7 +327,8 @@ class Walk {
                 other_seen = true;
                 child.name = table.rows.other;
                 child.other[at] = static_cast<std::uint8_t>(value);
-                child.any = child.plain = true;
+                child.any = true;
+                child.plain = false;
             }
             children.push_back(std::move(child));
         }
@@ -444,6 +453,7 @@ class Walk {
     // byte 1: method   byte 2: class or event
     void explore_objects(const Node& server) {
         constexpr std::uint8_t notify = 4;
+        constexpr std::uint8_t last_method = 6;
         constexpr std::uint8_t end = 0xFF;
         if (server.direction == to_dhs) {
             for (const ztdecode_name_record& event : Tab_Events_Opcodes) {
@@ -460,14 +470,14 @@ class Walk {
             }
             return;
         }
-        for (const ztdecode_name_record& method : Tab_Methods_def) {
-            if (method.code == end || method.code == notify) continue;
-            for (const ztdecode_class_record& object_class : Tab_Classes_Opcodes) {
-                if (object_class.opcode == end) continue;
+        for (const ztdecode_class_record& object_class : Tab_Classes_Opcodes) {
+            if (object_class.properties == nullptr) continue;
+            for (std::uint8_t method = 0; method <= last_method; ++method) {
+                if (method == notify) continue;
                 Node node = server;
-                node.code[1] = method.code;
+                node.code[1] = method;
                 node.code[2] = object_class.opcode;
-                node.name = object::command_name(method.code);
+                node.name = object::command_name(method);
                 node.of = object_class.name;
                 Fields fields;
                 add_properties(node, object_class, fields);
@@ -537,7 +547,7 @@ class Walk {
         std::ranges::stable_sort(rows_, [&](const CatalogRow& a, const CatalogRow& b) {
             if (a.link != b.link) return order[a.link] < order[b.link];
             if (a.direction != b.direction) return a.direction < b.direction;
-            return false;
+            return a.of.empty() && !b.of.empty();
         });
     }
 

@@ -26,7 +26,8 @@ struct CatalogRow {
     std::vector<CatalogField> fields{};
 };
 
-// All of them, by link, direction and code: what the decoders' tables say when messages are tried on them.
+// All of them by link and direction, those of modules and classes behind the others, then by code: what the
+// decoders' tables say when messages are tried on them.
 std::vector<CatalogRow> catalog();
 
 }  // namespace ztdecode
