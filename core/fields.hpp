@@ -53,6 +53,13 @@ inline constexpr Field all_fields[] = {
     {"part_bytes", "bytes of a part of a super message"},
     {"sender", "application that sends"},
     {"receiver", "application that receives"},
+    {"application", "application of the terminal"},
+    {"anomaly", "what a module or a base found wrong"},
+    {"color", "number of a colour"},
+    {"debug_text", "free text for debugging", "", person},
+    {"voice_mode", "mode of the voice"},
+    {"x", "place from the left"},
+    {"y", "place from the top"},
     {"source", "where a visiophone message comes from"},
     {"destination", "where a visiophone message goes to"},
 
@@ -133,7 +140,6 @@ inline constexpr Field all_fields[] = {
     // The modules behind a digital set.
     {"adaptation", "protocol of a data adapter"},
     {"adapter_state", "state of a data adapter"},
-    {"anomaly", "what a module's software found wrong"},
     {"baud_rate", "speed of a data adapter's line, as a code"},
     {"call_control", "ISDN call-control message"},
     {"control_key", "control key pushed"},
@@ -160,17 +166,14 @@ inline constexpr Field all_fields[] = {
     {"tei", "TEI of a data link"},
     {"timer", "timer that expired"},
     {"transmission", "asynchronous or synchronous"},
-    {"voice_mode", "mode of the voice"},
 
     // The hub, the DECT bases and the smaller links.
-    {"anomaly", "number of an anomaly"},
     {"anomaly_link", "link with the anomaly"},
     {"anv_number", "ANV number"},
     {"channel", "channel of a set behind the hub"},
     {"checksum_status", "whether the checksum is right"},
     {"connected", "connected"},
     {"cooling_time", "time that the power supply cools down", "ms"},
-    {"debug_text", "text of a debug message"},
     {"download_address", "address of the download in the memory"},
     {"led_state", "state of the led"},
     {"link_state", "state of the link"},
@@ -193,7 +196,6 @@ inline constexpr Field all_fields[] = {
 
     // The IP set.
     {"aec_stable_mode", "acoustic echo cancellation in its stable mode"},
-    {"application", "name of an application of the set"},
     {"application_enabled", "application enabled"},
     {"application_mode", "what the set runs as"},
     {"arp_spoofing_timer", "timer against ARP spoofing", "ms"},
@@ -211,7 +213,6 @@ inline constexpr Field all_fields[] = {
     {"cpu_ip_address", "address of the CPU", "", network_address},
     {"ctl_fingerprint", "fingerprint of the CTL"},
     {"cust_name", "name of the customisation", "", person},
-    {"debug_text", "free text for debugging", "", person},
     {"default_codec", "coding of the voice when nothing else is said"},
     {"delay_table", "table of delays"},
     {"dhcp_ip_address", "address of the DHCP server", "", network_address},
@@ -338,11 +339,9 @@ inline constexpr Field all_fields[] = {
     {"vad", "voice activity detection"},
     {"vlan_id", "number of the VLAN"},
     {"vlan_tagging", "802.1Q in use"},
-    {"voice_mode", "mode of the voice"},
     {"write_through_command", "command to the set"},
 
     // The set with windows.
-    {"application", "number of an application"},
     {"available_memory", "memory that is available", "bytes"},
     {"background_color", "number of the background's colour"},
     {"boot_version", "version of the boot software"},
@@ -351,7 +350,6 @@ inline constexpr Field all_fields[] = {
     {"characters_per_line", "width of a text field", "characters"},
     {"checksum", "checksum"},
     {"code_version", "version of the code"},
-    {"color", "number of a colour"},
     {"download_failure", "why a download failed"},
     {"first_attributes", "first attributes of a text field"},
     {"font", "number of a font"},
@@ -373,8 +371,6 @@ inline constexpr Field all_fields[] = {
     {"window", "number of a window"},
     {"window_count", "number of windows"},
     {"window_text", "text in a window", "", person},
-    {"x", "place from the left"},
-    {"y", "place from the top"},
 
     // The object protocol.
     {"accesskey", "key that opens an item"},
@@ -392,7 +388,6 @@ inline constexpr Field all_fields[] = {
     {"alt", "what the keys give with alt"},
     {"anchorid", "object that an object hangs on"},
     {"append", "text or data to append", "", person},
-    {"application", "application of the terminal"},
     {"arp_spoofing", "protection from forged addresses"},
     {"autorepeat", "time until a held key repeats"},
     {"autospread", "a frame spreads by itself"},
@@ -414,7 +409,6 @@ inline constexpr Field all_fields[] = {
     {"class", "class of an object"},
     {"clearscreen", "the screen is cleared"},
     {"cod", "class of a Bluetooth device"},
-    {"color", "colour of a led"},
     {"contrast", "contrast of a display"},
     {"count", "number of elements"},
     {"cs_idle_state", "the call server is idle"},
@@ -549,8 +543,6 @@ inline constexpr Field all_fields[] = {
     {"vsplit", "vertical split"},
     {"w", "width"},
     {"widgets_size", "sizes of objects count"},
-    {"x", "horizontal place"},
-    {"y", "vertical place"},
     {"year", "year"},
 };
 // clang-format on

@@ -130,7 +130,7 @@ class Writer {
             std::string fields = listed(row, false);
             const auto same = [&row](const CatalogRow& other) { return same_fields(other, row); };
             const CatalogRow& first = *std::ranges::find_if(group, same);
-            if (&first != &row && fields.size() > longest_repeated) {
+            if (&first != &row && (own || row.of.empty()) && fields.size() > longest_repeated) {
                 fields = "as " + std::string(first.message) + " " + first.code;
             }
             line(row, own, fields);
@@ -156,8 +156,15 @@ class Writer {
             out_.add("\n");
             return;
         }
-        begin.append(begin.size() + 2 > column ? 2 : column - begin.size(), ' ');
-        wrapped(begin, column < width_ ? std::min(column, width_ - width_ / 3) : 4, fields);
+        const std::size_t indent = column < width_ ? std::min(column, width_ - width_ / 3) : 4;
+        if (width_ != 0 && begin.size() + 2 > indent) {
+            out_.add(begin);
+            out_.add("\n");
+            begin.assign(indent, ' ');
+        } else {
+            begin.append(begin.size() + 2 > column ? 2 : column - begin.size(), ' ');
+        }
+        wrapped(begin, indent, fields);
     }
 
     // Words behind `begin`, further lines from column `indent` on.
