@@ -174,6 +174,15 @@ void Trail::put_by(const Message& m, Place bytes) noexcept {
     });
 }
 
+void Trail::asked(const Message& m, const TableRows& rows, std::uint32_t code, bool known,
+                  Place bytes) noexcept {
+    if (tables == nullptr) return;
+    note([&] {
+        const Tested at = located(m, bytes);
+        tables->push_back({rows, code, known, at.some, at.bytes, message_});
+    });
+}
+
 void Trail::end_scope(std::size_t scope) noexcept {
     if (tested_.size() <= scope) return;
     look();

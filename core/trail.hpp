@@ -13,6 +13,8 @@ namespace ztdecode {
 
 class Message;
 class Text;
+struct Item;
+struct Opcode;
 
 // A run of message bytes: offsets first ... last in the message as it was captured (or in the reassembled
 // one).
@@ -75,6 +77,24 @@ struct NotedMessage {
     std::vector<ByteRange> missing{};       // offsets in itself
 };
 
+// The rows of a table, of one kind or the other.
+struct TableRows {
+    const Opcode* opcodes = nullptr;
+    const Item* items = nullptr;
+    std::size_t count = 0;
+    std::string_view other{};  // the name of every other code's message, where it has one
+};
+
+// A table that was asked for a code.
+struct AskedTable {
+    TableRows rows;
+    std::uint32_t code;
+    bool known;       // it has a row for the code
+    bool some;        // the code was read from a byte of the message,
+    ByteRange bytes;  // from these
+    std::uint32_t message;
+};
+
 // Notes of one message's decoding, for whoever asks for them: every value with its name, its meaning and its
 // bytes, and for all other words the bytes that were looked at to choose them.
 //
@@ -91,6 +111,9 @@ class Trail {
 
     // Where the captured message stands in its trace (its line); said before it is decoded.
     std::uint64_t place = 0;
+
+    // Where the tables go that were asked, for who wants to know what there is: null for everybody else.
+    std::vector<AskedTable>* tables = nullptr;
 
     // Starts anew for the message whose text is written to `text` from its present end on.
     void start(const Text& text, const Message& m);
@@ -114,6 +137,7 @@ class Trail {
     void walk(const Message& m, Place bytes) noexcept;
     // Bytes that are put by for a message that is put together from segments.
     void put_by(const Message& m, Place bytes) noexcept;
+    void asked(const Message& m, const TableRows& rows, std::uint32_t code, bool known, Place bytes) noexcept;
     std::size_t scope() const noexcept { return tested_.size(); }
     void end_scope(std::size_t scope) noexcept;
 
