@@ -164,7 +164,7 @@ TEST(Noted, Notifications) {
     const Observed unknown("16 04 20 01", to_dhs);
     EXPECT_EQ(unknown.message().name, "notify");
     EXPECT_EQ(unknown.values(),
-              (Lines{"unknown_code=(reserved_error) word 32 unknown @2", "server=Presentation word 22 @0"}));
+              (Lines{"unknown_code=(reserved_error) number 32 unknown @2", "server=Presentation word 22 @0"}));
     const Observed reset("16 04 01 12 34 3e 01 01 67 04 00 00 00 02", to_dhs);
     EXPECT_EQ(reset.message().name, "reset");
     EXPECT_EQ(reset.values(), (Lines{"server=Presentation word 22 @0", "object_id=1234 number 4660 @3-4",
