@@ -31,38 +31,41 @@ void Decoding::text_to_zero(FieldName field, std::size_t first, std::size_t most
 }
 
 // Most bytes are the message's own, which lie in memory.
-void Decoding::write_hex(std::size_t first, std::size_t n, std::string_view before, const char* digits) {
+void Decoding::write_hex(std::size_t first, std::size_t n, bool blanks, const char* digits) {
     const auto own = message_.bytes();
     const std::size_t end = first_ + first + n;
+    const std::size_t own_end = std::min(end, own.size());
     std::size_t k = first_ + first;
-    char* at = out_.room(n * (before.size() + 2));
+    char* at = out_.room(3 * n);
     const auto write = [&](std::uint8_t byte) {
-        at = copy_characters(at, before);
-        *at++ = digits[byte >> 4];
-        *at++ = digits[byte & 15];
+        *at = ' ';
+        at += blanks ? 1 : 0;
+        at[0] = digits[byte >> 4];
+        at[1] = digits[byte & 15];
+        at += 2;
     };
-    for (const std::size_t own_end = std::min(end, own.size()); k < own_end; ++k) write(own[k]);
+    for (; k < own_end; ++k) write(own[k]);
     for (; k < end; ++k) write(k < message_capacity ? message_[k] : std::uint8_t{0});
     out_.written_to(at);
 }
 
-void Decoding::hex(FieldName field, std::size_t first, std::size_t n, std::string_view before) {
+void Decoding::hex(FieldName field, std::size_t first, std::size_t n, Before before) {
     const std::size_t begin = out_.size();
-    write_hex(first, n, before, lower_case_digits);
+    write_hex(first, n, before == Before::blank, lower_case_digits);
     if (trail_ != nullptr)
         note(field, {Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))}, begin);
 }
 
-void Decoding::HEX(FieldName field, std::size_t first, std::size_t n, std::string_view before) {
+void Decoding::HEX(FieldName field, std::size_t first, std::size_t n, Before before) {
     const std::size_t begin = out_.size();
-    write_hex(first, n, before, upper_case_digits);
+    write_hex(first, n, before == Before::blank, upper_case_digits);
     if (trail_ != nullptr)
         note(field, {Kind::bytes, true, 0, 0, place(first, static_cast<std::uint32_t>(n))}, begin);
 }
 
 void Decoding::hex_number(FieldName field, std::size_t first, std::size_t n) {
     const std::size_t begin = out_.size();
-    write_hex(first, n, "", lower_case_digits);
+    write_hex(first, n, false, lower_case_digits);
     if (trail_ != nullptr) note(field, number_or_bytes(first, n), begin);
 }
 

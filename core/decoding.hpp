@@ -198,9 +198,10 @@ class Decoding {
     // The same up to the first zero byte, as "%s" shows them: what is written next follows there.
     void text_to_zero(FieldName field, std::size_t first, std::size_t most);
 
-    // Each of these bytes as two digits, with `before` in front of it.
-    void hex(FieldName field, std::size_t first, std::size_t n, std::string_view before = "");
-    void HEX(FieldName field, std::size_t first, std::size_t n, std::string_view before = "");
+    enum class Before : std::uint8_t { nothing, blank };
+    // Each of these bytes as two digits, with a blank in front of it or nothing.
+    void hex(FieldName field, std::size_t first, std::size_t n, Before before = Before::nothing);
+    void HEX(FieldName field, std::size_t first, std::size_t n, Before before = Before::nothing);
     // The same without anything in front; bytes that are not too many are one number.
     void hex_number(FieldName field, std::size_t first, std::size_t n);
 
@@ -309,7 +310,7 @@ class Decoding {
     void note_between(FieldName field, const Meaning& meaning, const char* begin, const char* end) noexcept;
     void note(FieldName field, const Meaning& meaning, std::size_t begin) noexcept;
     void note_text(FieldName field, std::size_t first, std::size_t n, std::size_t begin) noexcept;
-    void write_hex(std::size_t first, std::size_t n, std::string_view before, const char* digits);
+    void write_hex(std::size_t first, std::size_t n, bool blanks, const char* digits);
     Meaning number_or_bytes(std::size_t first, std::size_t n) const noexcept;
 
     Session& session_;

@@ -171,8 +171,10 @@ inline char* copy_characters(char* at, std::string_view text) noexcept {
         copy_both_ends<std::uint64_t>(at, from, n);
     } else if (n >= 4) {
         copy_both_ends<std::uint32_t>(at, from, n);
-    } else {
-        for (std::size_t k = 0; k < n; ++k) at[k] = from[k];
+    } else if (n >= 2) {
+        copy_both_ends<std::uint16_t>(at, from, n);
+    } else if (n == 1) {
+        *at = *from;
     }
     return at + n;
 }
@@ -183,12 +185,31 @@ inline constexpr char upper_case_digits[] = "0123456789ABCDEF";
 namespace format_detail {
 
 template <unsigned base, class T>
-char* write_digits(char* at, T value, std::size_t least, const char* digits) noexcept {
+char* write_many_digits(char* at, T value, std::size_t least, const char* digits) noexcept {
     std::size_t n = 1;
     for (T rest = value / base; rest != 0; rest /= base) ++n;
     char* const end = at + std::max(n, least);
     for (char* digit = end; digit != at; value /= base) *--digit = digits[value % base];
     return end;
+}
+
+// Most numbers have one digit or two.
+template <unsigned base, std::size_t least, class T>
+char* write_digits(char* at, T value, const char* digits) noexcept {
+    if constexpr (least <= 1) {
+        if (value < base) {
+            *at = digits[value];
+            return at + 1;
+        }
+    }
+    if constexpr (least <= 2) {
+        if (value < base * base) {
+            at[0] = digits[value / base];
+            at[1] = digits[value % base];
+            return at + 2;
+        }
+    }
+    return write_many_digits<base>(at, value, least, digits);
 }
 
 template <Shape shape, std::integral T>
@@ -206,9 +227,9 @@ char* write_number(char* at, T value) noexcept {
             *at++ = '-';
             magnitude = static_cast<std::make_unsigned_t<T>>(0 - magnitude);
         }
-        return write_digits<10>(at, magnitude, 1, digits);
+        return write_digits<10, 1>(at, magnitude, digits);
     } else {
-        return write_digits<shape.base>(at, value, shape.width, digits);
+        return write_digits<shape.base, shape.width>(at, value, digits);
     }
 }
 

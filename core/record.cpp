@@ -1,6 +1,7 @@
 #include "core/record.hpp"
 
 #include <algorithm>
+#include <numeric>
 
 namespace ztdecode {
 
@@ -31,9 +32,34 @@ std::uint32_t count(std::vector<ByteRange> ranges) {
 void Record::take(const Trail& trail, std::string_view text, const Message& m, Outcome outcome) {
     trail_ = &trail;
     text_ = text;
-    take_messages(m, outcome);
-    take_values();
+    if (trail.messages().size() == 1) {
+        take_single(m, outcome);
+    } else {
+        take_messages(m, outcome);
+        take_values();
+    }
     take_stretches();
+}
+
+// Most messages carry no other one: all values are theirs.
+void Record::take_single(const Message& m, Outcome outcome) {
+    const NotedMessage& noted = trail_->messages().front();
+    const auto values = static_cast<std::uint32_t>(trail_->values().size());
+    parts_.resize(1);
+    Part& part = parts_.front();
+    part = Part();
+    part.noted = &noted;
+    part.end = static_cast<std::uint32_t>(text_.size());
+    part.bytes = m.bytes();
+    part.values = values;
+    for (auto k = static_cast<std::uint32_t>(values_.size()); k < values; ++k) values_.push_back(k);
+    if (!in_order_) std::iota(values_.begin(), values_.end(), 0U);
+    in_order_ = true;
+    for (const NotedValue& v : trail_->values()) part.unknown += v.meaning.known ? 0 : 1;
+    if (!noted.missing.empty()) part.missing = count(noted.missing);
+    part.decoded = outcome == Outcome::unknown_class          ? Decoded::refused
+                   : noted.name.empty() && noted.length > 0 ? Decoded::unknown
+                                                              : Decoded::decoded;
 }
 
 void Record::take_messages(const Message& m, Outcome outcome) {
@@ -93,6 +119,7 @@ void Record::take_messages(const Message& m, Outcome outcome) {
 
 void Record::take_values() {
     const auto& values = trail_->values();
+    in_order_ = false;
     for (const NotedValue& v : values) {
         Part& part = parts_[part_of_[v.message]];
         ++part.values;
@@ -113,6 +140,7 @@ void Record::take_values() {
 
 void Record::take_stretches() {
     const auto& stretches = trail_->stretches();
+    if (stretches.empty()) return;
     const auto from = [&](std::uint32_t begin) {
         return static_cast<std::uint32_t>(
             std::lower_bound(stretches.begin(), stretches.end(), begin,

@@ -72,6 +72,7 @@ class Record {
     }
 
   private:
+    void take_single(const Message& m, Outcome outcome);
     void take_messages(const Message& m, Outcome outcome);
     void take_values();
     void take_stretches();
@@ -82,6 +83,7 @@ class Record {
     std::vector<std::uint32_t> part_of_;  // of each noted message
     std::vector<std::uint32_t> depth_;
     std::vector<std::uint32_t> values_;
+    bool in_order_ = false;  // values_ counts up from 0
     std::vector<std::uint32_t> carried_;
 };
 

@@ -54,7 +54,7 @@ void Trail::begin_message(const Message& m, bool reassembled) {
     next.origin = m.origin();
     next.length = m.length();
     next.direction = m.direction;
-    if (message_ != NotedMessage::no_message) {
+    if (message_ != NotedMessage::no_message && words_too_) {
         look_at_tested();
         next.first_tested = literal_first_range_;
         next.tested = literal_ranges_;
@@ -68,6 +68,7 @@ void Trail::begin_message(const Message& m, bool reassembled) {
     }
     message_ = static_cast<std::uint32_t>(messages_.size());
     messages_.push_back(std::move(next));
+    if (!words_too_) seen_ = now();
 }
 
 void Trail::enter_message(const Message& m) noexcept {
@@ -118,9 +119,18 @@ void Trail::name(std::string_view name, std::uint32_t code, bool is_code) noexce
     if (is_code && m.code == NotedMessage::no_code) m.code = code;
 }
 
+// The question that is nearly always answered with yes.
+inline bool Trail::all_there(const Message& m, Place bytes) const noexcept {
+    const std::size_t end = std::size_t{bytes.first} + bytes.count;
+    return end <= m.bytes().size() && m.origin() + end <= messages_[message_].source_length;
+}
+
 // Offsets beyond the message are noted as missing.
 Trail::Tested Trail::located(const Message& m, Place bytes) {
     if (bytes.count == 0) return {{0, 0}, false, false};
+    if (all_there(m, bytes)) {
+        return {{m.origin() + bytes.first, m.origin() + bytes.first + bytes.count - 1}, true, false};
+    }
     NotedMessage& noted = messages_[message_];
     const std::uint32_t left = noted.source_length > m.origin() ? noted.source_length - m.origin() : 0;
     // (Behind the bytes that lie in a row a record shows what was left there, which stood elsewhere before.)
@@ -138,6 +148,7 @@ Trail::Tested Trail::located(const Message& m, Place bytes) {
 }
 
 void Trail::test(const Message& m, Place bytes) noexcept {
+    if (!words_too_ && all_there(m, bytes)) return;
     look();
     note([&] {
         tested_.push_back(located(m, bytes));
@@ -147,6 +158,7 @@ void Trail::test(const Message& m, Place bytes) noexcept {
 
 void Trail::walk(const Message& m, Place bytes) noexcept {
     test(m, bytes);
+    if (!words_too_) return;
     note([&] {
         const Tested& at = tested_.back();
         if (at.some) walked_.push_back({at.bytes, now(), messages_[message_].reassembled});
@@ -160,7 +172,7 @@ void Trail::end_scope(std::size_t scope) noexcept {
     tested_changed_ = true;
 }
 
-void Trail::look() noexcept {
+void Trail::look_at_words() noexcept {
     note([&] {
         const std::uint32_t end = now();
         if (end < seen_) cut_to(end);
@@ -259,8 +271,17 @@ void Trail::value(const Message& m, std::string_view name, const Field* field, c
         s.begin = static_cast<std::uint32_t>(begin - origin_);
         s.end = static_cast<std::uint32_t>(end - origin_);
         if (s.begin < seen_) cut_to(s.begin);
-        if (s.begin > seen_) add_literal(s.begin);
         const Tested at = located(m, meaning.place);
+        if (!words_too_) {
+            const auto first = static_cast<std::uint32_t>(ranges_.size());
+            if (at.some) ranges_.push_back(at.bytes);
+            if (values_.size() < most_stretches) {
+                values_.push_back({name, field, meaning, s.begin, s.end, first, at.some ? 1U : 0U, message_, at.missing});
+            }
+            seen_ = s.end;
+            return;
+        }
+        if (s.begin > seen_) add_literal(s.begin);
         s.missing = at.missing;
         look_at_tested();
         s.first_tested = literal_first_range_;
@@ -280,6 +301,10 @@ void Trail::value(const Message& m, std::string_view name, const Field* field, c
 }
 
 void Trail::words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept {
+    if (!words_too_) {
+        test(m, bytes);
+        return;
+    }
     note([&] {
         const auto from = static_cast<std::uint32_t>(begin - origin_);
         if (from < seen_) cut_to(from);

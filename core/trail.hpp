@@ -84,6 +84,10 @@ class Trail {
     // What a text has behind so many stretches is one stretch, and its values are not noted.
     static constexpr std::size_t most_stretches = 65536;
 
+    // What is noted: values alone, or every word as well.
+    enum class What : std::uint8_t { values, words };
+    explicit Trail(What what = What::words) noexcept : words_too_(what == What::words) {}
+
     // Where the captured message stands in its trace (its line); said before it is decoded.
     std::uint64_t place = 0;
 
@@ -115,7 +119,9 @@ class Trail {
     void words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept;
 
     // Takes note of all plain words so far: to be called before the text is cut.
-    void look() noexcept;
+    void look() noexcept {
+        if (words_too_) look_at_words();
+    }
     // The text was cut.
     void look_at_cut() noexcept;
     // What was written since `look` is no part of the text: the codes of a colour.
@@ -176,6 +182,8 @@ class Trail {
 
     template <class Note>
     void note(Note write) noexcept;
+    void look_at_words() noexcept;
+    bool all_there(const Message& m, Place bytes) const noexcept;
     Tested located(const Message& m, Place bytes);
     void begin_message(const Message& m, bool reassembled);
     void look_at_tested();
@@ -184,6 +192,7 @@ class Trail {
     void cut_to(std::uint32_t end) noexcept;
     std::uint32_t now() const noexcept;
 
+    bool words_too_;
     const Text* text_ = nullptr;
     bool without_memory_ = false;
     std::size_t origin_ = 0;

@@ -64,7 +64,7 @@ void dispatch_with_newline(Decoding& d) {
 // The bytes of a part as a trace line that the readers take: "\t> zt LL 00 B0 B1 ... Bn\n".
 void part_as_trace_line(Decoding& d, std::uint32_t first, const Number& length) {
     d.print("\t> zt {part_length:02x} 00"_cf, length);
-    d.hex("part_bytes", first, length.number, " ");
+    d.hex("part_bytes", first, length.number, Decoding::Before::blank);
     d.add("\n");
 }
 

@@ -86,6 +86,9 @@ class LineReader {
 
     // Begins with a line, which stays as it is until it is done. `direction`: of layouts that do not say it.
     void begin(Line text, LineLayout layout, std::uint32_t direction) noexcept;
+    // The message of an S/R line as it is nearly always written: one message in plain fields up to the line's end.
+    // Null for any other line; then nothing is done with it.
+    const Message* plain_spzt(Line text) noexcept;
     // The next message of it, null behind the last one; valid until the next call.
     const Message* next();
     // Of the message that `next` gave last: others may stand behind it.
@@ -99,16 +102,16 @@ class LineReader {
     void forget_line() noexcept;
 
   private:
-    enum class State { nothing, line, line_lng2, plain_spzt };
+    enum class State { nothing, line, line_lng2 };
 
     void begin_body(Line text, bool two_length_bytes, std::uint32_t direction) noexcept;
-    bool begin_plain_spzt(Line text) noexcept;
     const Message* refuse(Refusal::Reason reason, std::size_t column, std::uint64_t expected = 0,
                           std::uint64_t found = 0) noexcept;
     const Message* next_line();
     const Message* next_lng2();
     const Message* message(std::size_t first, std::uint64_t length) noexcept;
     void about_to_read(std::size_t n) noexcept;
+    bool read_only_plain_fields(const char* field, std::size_t n) noexcept;
     std::size_t read_plain_fields(Line line, std::size_t column, std::size_t n);
 
     Behind behind_;
@@ -119,8 +122,6 @@ class LineReader {
     Line body_{"", 0};
     std::size_t skipped_ = 0;  // characters in front of the body
     std::size_t at_ = 0;       // in the body
-    std::size_t plain_first_ = 0;
-    std::size_t plain_count_ = 0;
     DigitRow row_;
     Refusal refusal_;
     Message message_{{}};

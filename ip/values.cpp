@@ -52,7 +52,7 @@ void bytes_text(Decoding& d) {
     quoted(d);
 }
 
-void blank_and_hex(Decoding& d) { d.hex(row_field, 0, d.length(), " "); }
+void blank_and_hex(Decoding& d) { d.hex(row_field, 0, d.length(), Decoding::Before::blank); }
 
 void number(Decoding& d) { d.value(row_field, d[0]); }
 

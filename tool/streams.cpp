@@ -85,7 +85,6 @@ bool Input::next(Next& next, Output& out) {
         auto* newline = static_cast<char*>(std::memchr(text + searched_, '\n', present - searched_));
         if (newline != nullptr) {
             const auto length = static_cast<std::size_t>(newline - text);
-            *newline = '\0';
             next = {{text, length}, true, in_long_line_};
             begin_ += length + 1;
             searched_ = 0;

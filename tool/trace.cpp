@@ -44,10 +44,13 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
       display_(display),
       out_(out),
       diagnostics_(diagnostics),
+      trail_(options.explain ? Trail::What::words : Trail::What::values),
+      plain_lines_(options.layout == Layout::recognised || options.layout == Layout::spzt),
       presents_(options.explain || display.color || out.escapes()),
+      text_only_(!presents_ && options.format == Format::text && !options.audio_only && !options.debug),
       reader_(LineReader::Behind::zeros) {
     const bool data = options.format == Format::ndjson;
-    if (data) ndjson_.emplace(options.explain, out.escapes(), out.text);
+    if (data) ndjson_.emplace(name_, options.explain, out.escapes(), out.text);
     session_.switches = {.color = display.color && !data,
                          .audio_only = options.audio_only,
                          .debug = options.debug,
@@ -75,21 +78,21 @@ void TraceDecoder::decode(int descriptor) {
 
 void TraceDecoder::decode_text(Input& input) {
     for (Input::Next next{}; out_.error() == 0 && input.next(next, out_);) {
-        text_line(next);
+        if (!next.piece) ++number_;
+        if (!plain_lines_ || next.piece || !plain_line(next)) text_line(next);
         message_done(input);
     }
 }
 
 // A line that is no trace line keeps its place, so that a log keeps its context.
 void TraceDecoder::text_line(const Input::Next& next) {
-    if (!next.piece) ++number_;
     Layout layout = options_.layout;
     if (!next.piece && is_trace_line(next.line, layout)) {
         trace_line(next.line, layout);
         return;
     }
     if (ndjson_) {
-        ndjson_->other(place(), {next.line.text, next.line.length});
+        ndjson_->other(number_, {next.line.text, next.line.length});
     } else {
         out_.add_foreign({next.line.text, next.line.length});
         if (next.newline) out_.text.add("\n");
@@ -97,7 +100,52 @@ void TraceDecoder::text_line(const Input::Next& next) {
     if (next.piece && next.newline) ++number_;
 }
 
-Place TraceDecoder::place() const noexcept { return {name_, number_, columns_, !columns_.empty()}; }
+// Nearly all lines of a trace are S/R lines of one message and nothing else, which need no second look. No
+// other layout begins like one that does not begin with the first character of a tag.
+inline bool TraceDecoder::plain_line(const Input::Next& next) {
+    const Line line = next.line;
+    if (line.length == 0 || blank(line.text[0]) || line.text[0] == '#' || line.text[0] == 'z') return false;
+    const Message* const m = reader_.plain_spzt(line);
+    if (m == nullptr) return false;
+    if (text_only_ && next.newline) {
+        plain_text(line, *m);
+        return true;
+    }
+    const std::size_t begin = out_.text.size();
+    add_input(line);
+    columns_ = {line.text, 6};
+    line_ = line;
+    message(begin, [&] {
+        return decode_and_present(*m) == Outcome::decoded ? ReadResult::decoded : ReadResult::unknown_class;
+    });
+    return true;
+}
+
+// The text as it is decoded, below the line with the newline that stands behind it.
+inline void TraceDecoder::plain_text(Line line, const Message& m) {
+    Text& out = out_.text;
+    if (options_.input) out.add({line.text, line.length + 1});
+    text_ = out.size();
+    try {
+        if (ztdecode::decode(session_, m, out) != Outcome::decoded) {
+            finish_message(text_, ReadResult::unknown_class);
+        } else if (out.size() > text_ && out.view().back() != '\n') {
+            out.add("\n");
+        }
+    } catch (const std::bad_alloc&) {
+        out.cut(text_);
+        line_ = line;
+        refuse_for_memory();
+    }
+}
+
+void TraceDecoder::add_input(Line line) {
+    if (!options_.input || ndjson_) return;
+    out_.add_foreign({line.text, line.length});
+    out_.text.add("\n");
+}
+
+Place TraceDecoder::place() const noexcept { return {number_, columns_, !columns_.empty()}; }
 
 bool TraceDecoder::is_trace_line(Line line, Layout& layout) const {
     if (blank_or_comment(line)) return false;
@@ -150,10 +198,7 @@ ReadResult TraceDecoder::read(Line line, LineLayout layout) {
 
 void TraceDecoder::trace_line(Line line, Layout layout) {
     const std::size_t begin = out_.text.size();
-    if (options_.input && !ndjson_) {
-        out_.add_foreign({line.text, line.length});
-        out_.text.add("\n");
-    }
+    add_input(line);
     const Line body = without_trailing_blanks(line);
     const bool has_columns = layout == Layout::spzt || layout == Layout::spzt_lng2;
     columns_ = has_columns && has_sr_column(body) ? std::string_view(body.text, 6) : std::string_view();
@@ -179,11 +224,11 @@ void TraceDecoder::refuse_for_memory() {
     out_.flush_and_release();
     decoded_ = Text();
     traced_ = std::string();
-    trail_ = Trail();
+    trail_ = Trail(options_.explain ? Trail::What::words : Trail::What::values);
     refused_ = true;
     complain("no memory for this message");
     if (ndjson_) {
-        ndjson_->refused(place(), {.reason = Refusal::Reason::no_memory}, {line_.text, line_.length});
+        ndjson_->refused(number_, {.reason = Refusal::Reason::no_memory}, {line_.text, line_.length});
     }
 }
 
@@ -220,14 +265,14 @@ void TraceDecoder::finish_data(ReadResult result) {
         write_refusal(reader_.refusal(), line_, why);
         refused_ = true;
         complain(why.view());
-        ndjson_->refused(place(), reader_.refusal(), line);
+        ndjson_->refused(number_, reader_.refusal(), line);
     } else if (result == ReadResult::unknown_class) {
         refused_ = true;
         Text why;
         add_uncoloured(decoded_.view(), why);
         complain(why.view());
     } else if (!said_) {
-        ndjson_->other(place(), line);
+        ndjson_->other(number_, line);
     }
 }
 
@@ -263,7 +308,7 @@ Outcome TraceDecoder::decode_and_present(const Message& m) {
     const Outcome outcome = ztdecode::decode(session_, m, decoded_);
     if (ndjson_) {
         said_ = true;
-        if (!traced_.empty()) ndjson_->trace(place(), traced_);
+        if (!traced_.empty()) ndjson_->trace(number_, traced_);
         traced_.clear();
         const Refusal& figures = reader_.refusal();
         const std::uint64_t padded = reader_.padded() ? figures.expected - figures.found : 0;

@@ -38,6 +38,9 @@ class TraceDecoder : private SideChannel {
     void decode_binary(Input& input);
 
     void text_line(const Input::Next& next);
+    bool plain_line(const Input::Next& next);
+    void plain_text(Line line, const Message& m);
+    void add_input(Line line);
     bool is_trace_line(Line line, Layout& layout) const;
     void trace_line(Line line, Layout layout);
     LineLayout line_layout(Layout layout) const;
@@ -68,7 +71,9 @@ class TraceDecoder : private SideChannel {
     Output& diagnostics_;
     Session session_;
     Trail trail_;
+    bool plain_lines_;  // S/R lines may come
     bool presents_;  // texts go out in another form than they are decoded in
+    bool text_only_;  // texts go out as they are decoded, and nothing else does
     LineReader reader_;
     std::optional<NdjsonReport> ndjson_;  // what the trace says, as data
     Line line_{"", 0};                    // the trace line

@@ -3,39 +3,23 @@
 #include <rapidjson/writer.h>
 
 #include <algorithm>
-#include <string>
+#include <array>
+#include <cstring>
 #include <vector>
 
 namespace ztdecode::tool {
 
 namespace {
 
-// The output as RapidJSON's writer wants it.
-struct Stream {
-    using Ch = char;  // NOLINT(readability-identifier-naming): RapidJSON's
-    Text& out;
-
-    void Put(char c) {  // NOLINT(readability-identifier-naming): RapidJSON's
-        char* const at = out.room(1);
-        *at = c;
-        out.written_to(at + 1);
-    }
-    void Flush() {}  // NOLINT(readability-identifier-naming): RapidJSON's
-};
-
-// RapidJSON looks for these beside the stream.
-void PutReserve(Stream& stream, std::size_t n) {
-    stream.out.room(n);
-}  // NOLINT(readability-identifier-naming)
-void PutUnsafe(Stream& stream, char c) { stream.Put(c); }  // NOLINT(readability-identifier-naming)
-
 constexpr std::string_view replacement = "\xEF\xBF\xBD";  // U+FFFD
 
-std::size_t ascii_length(std::string_view s) {
-    std::size_t n = 0;
-    while (n < s.size() && static_cast<unsigned char>(s[n]) < 0x80) ++n;
-    return n;
+// Characters that stand in a JSON string as they are: ASCII but control characters, quotes and backslashes.
+consteval std::array<bool, 256> plain_characters() {
+    std::array<bool, 256> plain{};
+    for (std::size_t c = 0x20; c < 0x7F; ++c) plain[c] = c != '"' && c != '\\';
+    return plain;
 }
+constexpr auto plain = plain_characters();
 
 // How many bytes of the beginning are one character in UTF-8: 0 when they are none.
 std::size_t character_length(std::string_view s) {
@@ -59,16 +43,90 @@ std::size_t character_length(std::string_view s) {
     return 0;
 }
 
-// Bytes that are no UTF-8 become U+FFFD, one each.
-std::string utf8(std::string_view s) {
-    std::string result;
-    while (!s.empty()) {
-        const std::size_t n = character_length(s);
-        result += n == 0 ? replacement : s.substr(0, n);
-        s.remove_prefix(std::max<std::size_t>(n, 1));
-    }
-    return result;
+std::uint32_t code_point(std::string_view character) {
+    const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(character[k]); };
+    std::uint32_t code = byte(0);
+    if (character.size() > 1) code &= 0xFFU >> (character.size() + 1);
+    for (std::size_t k = 1; k < character.size(); ++k) code = code << 6 | (byte(k) & 0x3FU);
+    return code;
 }
+
+// A character that is not plain, as a JSON string has it. Control characters beyond ASCII are escaped, too:
+// there are terminals that act on them.
+void add_escape(std::string_view character, bool ascii, Text& out) {
+    const std::uint32_t code = code_point(character);
+    switch (code) {
+        case '"':
+            out.add("\\\"");
+            break;
+        case '\\':
+            out.add("\\\\");
+            break;
+        case '\n':
+            out.add("\\n");
+            break;
+        case '\t':
+            out.add("\\t");
+            break;
+        default:
+            if (code >= 0xA0 && !ascii) {
+                out.add(character);
+            } else if (code < 0x10000) {
+                out.print("\\u{-:04x}"_cf, code);
+            } else {
+                const std::uint32_t rest = code - 0x10000;
+                out.print("\\u{-:04x}\\u{-:04x}"_cf, 0xD800 | rest >> 10, 0xDC00 | (rest & 0x3FF));
+            }
+    }
+}
+
+// Whether eight characters stand in a JSON string as they are.
+bool all_plain(std::uint64_t characters) {
+    constexpr std::uint64_t each = 0x0101010101010101;
+    const auto has = [](std::uint64_t c) { return (c - each) & ~c & 0x80 * each; };  // a zero byte
+    const std::uint64_t below_blank = (characters - 0x20 * each) & ~characters;
+    const std::uint64_t del_or_beyond = characters | (characters + each);
+    return ((below_blank | del_or_beyond | has(characters ^ '"' * each) | has(characters ^ '\\' * each)) &
+            0x80 * each) == 0;
+}
+
+// Bytes that are no UTF-8 become U+FFFD, one each.
+void add_string(std::string_view s, bool ascii, Text& out) {
+    out.add("\"");
+    for (std::size_t at = 0; at < s.size();) {
+        std::size_t end = at;
+        for (std::uint64_t eight = 0; end + sizeof eight <= s.size(); end += sizeof eight) {
+            std::memcpy(&eight, s.data() + end, sizeof eight);
+            if (!all_plain(eight)) break;
+        }
+        while (end < s.size() && plain[static_cast<unsigned char>(s[end])]) ++end;
+        out.add(s.substr(at, end - at));
+        if (end == s.size()) break;
+        const std::size_t n = character_length(s.substr(end));
+        add_escape(n == 0 ? replacement : s.substr(end, n), ascii, out);
+        at = end + std::max<std::size_t>(n, 1);
+    }
+    out.add("\"");
+}
+
+// The output as RapidJSON's writer wants it.
+struct Stream {
+    using Ch = char;  // NOLINT(readability-identifier-naming): RapidJSON's
+    Text& out;
+
+    void Put(char c) {  // NOLINT(readability-identifier-naming): RapidJSON's
+        char* const at = out.room(1);
+        *at = c;
+        out.written_to(at + 1);
+    }
+    void Flush() {}  // NOLINT(readability-identifier-naming): RapidJSON's
+};
+
+// RapidJSON looks for these beside the stream.
+void PutReserve(Stream& stream, std::size_t n) {
+    stream.out.room(n);
+}  // NOLINT(readability-identifier-naming)
+void PutUnsafe(Stream& stream, char c) { stream.Put(c); }  // NOLINT(readability-identifier-naming)
 
 std::string_view name_of(Kind kind) {
     switch (kind) {
@@ -108,151 +166,180 @@ std::string_view name_of(Sensitivity sensitivity) {
     return "none";
 }
 
-// Only its digits: "0x2a", " 2e 2f".
-std::string digits_of(std::string_view hexadecimal) {
-    std::string digits;
+// Only its digits: of "0x2A", " 2e 2f".
+void add_digits_of(std::string_view hexadecimal, Text& out) {
     for (std::size_t k = 0; k < hexadecimal.size(); ++k) {
         const char c = hexadecimal[k];
         if (c == '0' && k + 1 < hexadecimal.size() && hexadecimal[k + 1] == 'x') {
             ++k;
         } else if (hex_digit(c) < 16) {
-            digits += static_cast<char>(c >= 'A' && c <= 'F' ? c - 'A' + 'a' : c);
+            out.put(static_cast<std::uint8_t>(c >= 'A' && c <= 'F' ? c - 'A' + 'a' : c));
         }
     }
-    return digits;
 }
 
-template <class Writer>
-class Object {
-  public:
-    explicit Object(Text& out) : stream_{out}, writer_(stream_) {}
+}  // namespace
 
-    void line(std::string_view kind, const Place& place) {
-        writer_.StartObject();
-        add("kind", kind);
-        add("file", place.file);
-        key("line");
-        writer_.Uint64(place.line);
+// RapidJSON's writer knows where a comma stands and how a number is written. Strings go out in whole pieces;
+// what is the same in every object goes out at once with the key behind it.
+class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
+    using Base = rapidjson::Writer<Stream>;
+
+  public:
+    Writer(bool ascii, Text& out) : out_(out), ascii_(ascii), stream_{out} { Reset(stream_); }
+
+    void begin(std::string_view kind_and_file, std::uint64_t line) {
+        StartObject();
+        key(kind_and_file);
+        Uint64(line);
     }
     void end() {
-        writer_.EndObject();
-        stream_.Put('\n');
+        EndObject();
+        out_.add("\n");
+        Reset(stream_);
     }
 
-    void message(const Place& place, const Record& record, std::size_t index, bool words) {
+    // `words`: the keys in their quotes, after others with their values.
+    void key(std::string_view words) {
+        Prefix(rapidjson::kStringType);
+        out_.add(words);
+    }
+    void add(std::string_view key_words, std::string_view value) {
+        key(key_words);
+        string(value);
+    }
+    void add(std::string_view key_words, std::uint64_t value) {
+        key(key_words);
+        Uint64(value);
+    }
+    void add_or_null(std::string_view key_words, std::string_view value, bool there_is_one) {
+        key(key_words);
+        if (there_is_one) {
+            string(value);
+        } else {
+            Null();
+        }
+    }
+
+    void message(std::string_view kind_and_file, const Place& place, const Record& record, std::size_t index,
+                 bool words) {
         const Record::Part& part = record.part(index);
         const NotedMessage& noted = *part.noted;
-        line("message", place);
-        add_or_null("columns", place.columns, place.has_columns);
-        key("time");
-        writer_.Null();
-        add("direction", noted.direction == from_dhs ? "from" : "to");
-        add_or_null("link", noted.link, !noted.link.empty());
-        add_or_null("message", noted.name, !noted.name.empty());
-        key("code");
+        begin(kind_and_file, place.line);
+        add_or_null("\"columns\"", place.columns, place.has_columns);
+        key(noted.direction == from_dhs ? "\"time\":null,\"direction\":\"from\",\"link\""
+                                        : "\"time\":null,\"direction\":\"to\",\"link\"");
+        name(noted.link);
+        key("\"message\"");
+        name(noted.name);
+        key("\"code\"");
         if (noted.code != NotedMessage::no_code) {
-            writer_.Uint(noted.code);
+            Uint(noted.code);
         } else {
-            writer_.Null();
+            Null();
         }
         switch (part.decoded) {
             case Decoded::decoded:
-                add("status", "decoded");
+                key("\"status\":\"decoded\",\"length\"");
                 break;
             case Decoded::unknown:
-                add("status", "unknown");
+                key("\"status\":\"unknown\",\"length\"");
                 break;
             case Decoded::refused:
-                add("status", "refused");
-                add("reason", "unknown_class");
+                key("\"status\":\"refused\",\"reason\":\"unknown_class\",\"length\"");
                 break;
         }
-        key("length");
-        writer_.Uint(noted.length);
+        Uint(noted.length);
+        key("\"bytes\"");
         bytes(part.bytes);
-        add("text", record.text(part));
+        add("\"text\"", record.text(part));
         fields(record, part);
-        key("unknown");
-        writer_.Uint(part.unknown);
-        key("missing");
-        writer_.Uint(part.missing);
-        if (!noted.segments.empty()) {
-            key("segments");
-            writer_.StartArray();
-            for (const std::uint64_t segment : noted.segments) writer_.Uint64(segment);
-            writer_.EndArray();
+        if (part.unknown == 0 && part.missing == 0 && noted.segments.empty() && !words) {
+            key("\"unknown\":0,\"missing\":0,\"parts\"");
+            parts(kind_and_file, place, record, part, words);
+            return;
         }
+        add("\"unknown\"", part.unknown);
+        add("\"missing\"", part.missing);
+        if (!noted.segments.empty()) segments(noted);
         if (words) {
             words_of(record, part);
             details(record, part);
         }
-        key("parts");
-        writer_.StartArray();
-        for (const std::uint32_t carried : record.carried(part)) {
-            message(place, record, carried, words);
-            writer_.EndObject();
-        }
-        writer_.EndArray();
-    }
-
-    void add(std::string_view name, std::string_view value) {
-        key(name);
-        string(value);
-    }
-    void add(std::string_view name, std::uint64_t value) {
-        key(name);
-        writer_.Uint64(value);
+        key("\"parts\"");
+        parts(kind_and_file, place, record, part, words);
     }
 
   private:
-    void key(std::string_view name) {
-        writer_.Key(name.data(), static_cast<rapidjson::SizeType>(name.size()));
+    void parts(std::string_view kind_and_file, const Place& place, const Record& record,
+               const Record::Part& part, bool words) {
+        StartArray();
+        for (const std::uint32_t carried : record.carried(part)) {
+            message(kind_and_file, place, record, carried, words);
+            EndObject();
+        }
+        EndArray();
     }
     void string(std::string_view value) {
-        if (ascii_length(value) != value.size()) {
-            const std::string valid = utf8(value);
-            writer_.String(valid.data(), static_cast<rapidjson::SizeType>(valid.size()));
-        } else {
-            writer_.String(value.data() == nullptr ? "" : value.data(),
-                           static_cast<rapidjson::SizeType>(value.size()));
-        }
+        Prefix(rapidjson::kStringType);
+        add_string(value, ascii_, out_);
     }
-    void add_or_null(std::string_view name, std::string_view value, bool there_is_one) {
-        key(name);
-        if (there_is_one) {
-            string(value);
-        } else {
-            writer_.Null();
+    // One of our own, which needs no escapes.
+    void name(std::string_view value) {
+        if (value.empty()) {
+            Null();
+            return;
         }
+        Prefix(rapidjson::kStringType);
+        out_.add("\"");
+        out_.add(value);
+        out_.add("\"");
     }
 
     void bytes(std::span<const std::uint8_t> bytes) {
-        hexadecimal_.clear();
+        Prefix(rapidjson::kStringType);
+        char* at = out_.room(2 * bytes.size() + 2);
+        *at++ = '"';
         for (const std::uint8_t byte : bytes) {
-            hexadecimal_ += lower_case_digits[byte >> 4];
-            hexadecimal_ += lower_case_digits[byte & 15];
+            *at++ = lower_case_digits[byte >> 4];
+            *at++ = lower_case_digits[byte & 15];
         }
-        add("bytes", hexadecimal_);
+        *at++ = '"';
+        out_.written_to(at);
+    }
+
+    void segments(const NotedMessage& noted) {
+        key("\"segments\"");
+        StartArray();
+        for (const std::uint64_t segment : noted.segments) Uint64(segment);
+        EndArray();
+    }
+
+    void number(const Meaning& meaning) {
+        if (meaning.tenths == 0) {
+            Int64(meaning.number);
+            return;
+        }
+        Prefix(rapidjson::kNumberType);
+        const std::int64_t n = meaning.number;
+        const auto magnitude = static_cast<std::uint64_t>(n < 0 ? -n : n);
+        out_.print("{-}{-}.{-}"_cf, std::string_view(n < 0 ? "-" : ""), magnitude / 10, magnitude % 10);
     }
 
     void value(const Record& record, const NotedValue& v) {
         const std::string_view shown = record.shown(v);
         switch (v.meaning.kind) {
             case Kind::number:
-                if (v.meaning.tenths != 0) {
-                    const std::int64_t n = v.meaning.number;
-                    const std::string tenths = (n < 0 ? "-" : "") + std::to_string((n < 0 ? -n : n) / 10) +
-                                               "." + std::to_string((n < 0 ? -n : n) % 10);
-                    writer_.RawValue(tenths.data(), tenths.size(), rapidjson::kNumberType);
-                } else {
-                    writer_.Int64(v.meaning.number);
-                }
+                number(v.meaning);
                 break;
             case Kind::flag:
-                writer_.Bool(v.meaning.number != 0);
+                Bool(v.meaning.number != 0);
                 break;
             case Kind::bytes:
-                string(digits_of(shown));
+                Prefix(rapidjson::kStringType);
+                out_.add("\"");
+                add_digits_of(shown, out_);
+                out_.add("\"");
                 break;
             case Kind::word:
                 string(without_punctuation(shown));
@@ -265,36 +352,41 @@ class Object {
         }
     }
 
+    void field_key(std::string_view name) {
+        Prefix(rapidjson::kStringType);
+        out_.add("\"");
+        out_.add(name);
+        out_.add("\"");
+    }
+
     // A name that stands several times has an array.
     void fields(const Record& record, const Record::Part& part) {
-        key("fields");
-        writer_.StartObject();
-        const auto values = record.values(part);
-        order_.assign(values.begin(), values.end());
-        by_name(record);
+        key("\"fields\"");
+        StartObject();
+        order(record, part);
         for (std::size_t k = 0; k < order_.size();) {
             const std::string_view name = record.value(order_[k]).name;
             std::size_t end = k + 1;
-            while (end < order_.size() && record.value(order_[end]).name == name) ++end;
-            key(name);
-            if (end - k > 1) writer_.StartArray();
+            while (end < order_.size() && record.value(order_[end]).field == record.value(order_[k]).field) ++end;
+            field_key(name);
+            if (end - k > 1) StartArray();
             for (std::size_t i = k; i < end; ++i) value(record, record.value(order_[i]));
-            if (end - k > 1) writer_.EndArray();
+            if (end - k > 1) EndArray();
             k = end;
         }
-        writer_.EndObject();
+        EndObject();
     }
 
     // The values of a name behind its first one, the names in the order of the text.
-    void by_name(const Record& record) {
+    void order(const Record& record, const Record::Part& part) {
+        constexpr std::size_t few = 16;
+        const auto values = record.values(part);
+        order_.assign(values.begin(), values.end());
         const auto name = [&](std::uint32_t k) { return record.value(k).name; };
-        bool repeats = false;
-        if (order_.size() <= 16) {
-            for (std::size_t i = 0; i < order_.size() && !repeats; ++i) {
-                for (std::size_t k = 0; k < i && !repeats; ++k) repeats = name(order_[i]) == name(order_[k]);
-            }
-        } else {
-            repeats = true;
+        const auto field = [&](std::uint32_t k) { return record.value(k).field; };
+        bool repeats = order_.size() > few;
+        for (std::size_t i = 1; i < order_.size() && !repeats; ++i) {
+            for (std::size_t k = 0; k < i && !repeats; ++k) repeats = field(order_[i]) == field(order_[k]);
         }
         if (!repeats) return;
         std::stable_sort(order_.begin(), order_.end(),
@@ -303,7 +395,7 @@ class Object {
         first_.clear();
         for (std::size_t k = 0; k < order_.size(); ++k) {
             const bool same = k > 0 && name(order_[k]) == name(order_[k - 1]);
-            first_.push_back({same ? first_.back().first : order_[k], order_[k]});
+            first_.emplace_back(same ? first_.back().first : order_[k], order_[k]);
         }
         std::stable_sort(first_.begin(), first_.end(),
                          [](const auto& a, const auto& b) { return a.first < b.first; });
@@ -313,137 +405,138 @@ class Object {
     // Offsets in the bytes of the message, where they are its bytes.
     void ranges(const Record& record, const Record::Part& part, std::span<const ByteRange> ranges,
                 std::uint32_t message) {
-        key("bytes");
-        writer_.StartArray();
+        key("\"bytes\"");
+        StartArray();
         const NotedMessage& of = record.trail().messages()[message];
+        const std::uint32_t origin = part.noted->origin;
         for (const ByteRange& r : ranges) {
-            if (!same_source(record, part, of) || r.first < part.noted->origin) continue;
-            writer_.StartArray();
-            writer_.Uint(r.first - part.noted->origin);
-            writer_.Uint(r.last - part.noted->origin);
-            writer_.EndArray();
+            if (!same_source(record, part, of) || r.first < origin || r.last - origin >= part.bytes.size())
+                continue;
+            StartArray();
+            Uint(r.first - origin);
+            Uint(r.last - origin);
+            EndArray();
         }
-        writer_.EndArray();
+        EndArray();
     }
     // Whether offsets in the one count in the same bytes as in the other.
     static bool same_source(const Record& record, const Record::Part& part, const NotedMessage& of) {
         const auto source = [&](const NotedMessage* m) {
-            while (m->bytes.empty() && m->carrier != NotedMessage::no_message)
+            while (m->bytes.empty() && m->carrier != NotedMessage::no_message) {
                 m = &record.trail().messages()[m->carrier];
+            }
             return m;
         };
         return source(part.noted) == source(&of);
     }
 
     void words_of(const Record& record, const Record::Part& part) {
-        key("words");
-        writer_.StartArray();
+        key("\"words\"");
+        StartArray();
         for (const Stretch& s : record.stretches(part)) {
             const std::uint32_t end = std::min(s.end, part.end);
-            writer_.StartObject();
-            add("text", record.text(part).substr(s.begin - part.begin, end - s.begin));
-            add("begin", s.begin - part.begin);
-            add("end", end - part.begin);
+            StartObject();
+            add("\"text\"", record.text(part).substr(s.begin - part.begin, end - s.begin));
+            add("\"begin\"", s.begin - part.begin);
+            add("\"end\"", end - part.begin);
             ranges(record, part, record.trail().bytes_of(s), s.message);
             if (s.value != Stretch::no_value && s.value < record.trail().values().size()) {
-                add("field", record.value(s.value).name);
+                key("\"field\"");
+                name(record.value(s.value).name);
             }
             if (s.missing) {
-                key("missing");
-                writer_.Bool(true);
+                key("\"missing\"");
+                Bool(true);
             }
-            writer_.EndObject();
+            EndObject();
         }
-        writer_.EndArray();
+        EndArray();
     }
 
     void details(const Record& record, const Record::Part& part) {
-        key("fields_detail");
-        writer_.StartArray();
+        key("\"fields_detail\"");
+        StartArray();
         for (const std::uint32_t index : record.values(part)) {
             const NotedValue& v = record.value(index);
-            writer_.StartObject();
-            add("name", v.name);
-            add("kind", name_of(v.meaning.kind));
-            key("value");
+            StartObject();
+            key("\"name\"");
+            name(v.name);
+            key("\"kind\"");
+            name(name_of(v.meaning.kind));
+            key("\"value\"");
             value(record, v);
-            add_or_null("unit", v.field->unit, !v.field->unit.empty());
-            key("code");
+            key("\"unit\"");
+            name(v.field->unit);
+            key("\"code\"");
             if (v.meaning.kind == Kind::word) {
-                writer_.Int64(v.meaning.number);
+                Int64(v.meaning.number);
             } else {
-                writer_.Null();
+                Null();
             }
-            key("known");
-            writer_.Bool(v.meaning.known);
-            key("missing");
-            writer_.Bool(v.missing);
-            add("sensitivity", name_of(v.field->sensitivity));
-            add("begin", std::max(v.begin, part.begin) - part.begin);
-            add("end", std::max(v.end, part.begin) - part.begin);
+            key("\"known\"");
+            Bool(v.meaning.known);
+            key("\"missing\"");
+            Bool(v.missing);
+            key("\"sensitivity\"");
+            name(name_of(v.field->sensitivity));
+            add("\"begin\"", std::max(v.begin, part.begin) - part.begin);
+            add("\"end\"", std::max(v.end, part.begin) - part.begin);
             ranges(record, part, record.trail().bytes_of(v), v.message);
-            writer_.EndObject();
+            EndObject();
         }
-        writer_.EndArray();
+        EndArray();
     }
 
+    Text& out_;
+    bool ascii_;
     Stream stream_;
-    Writer writer_;
-    std::string hexadecimal_;
     std::vector<std::uint32_t> order_;
     std::vector<std::pair<std::uint32_t, std::uint32_t>> first_;
 };
 
-using Utf8 = Object<rapidjson::Writer<Stream>>;
-using Ascii = Object<rapidjson::Writer<Stream, rapidjson::UTF8<>, rapidjson::ASCII<>>>;
-
-template <class Write>
-void object(bool ascii, Text& out, Write write) {
-    if (ascii) {
-        Ascii o(out);
-        write(o);
-        o.end();
-    } else {
-        Utf8 o(out);
-        write(o);
-        o.end();
-    }
+NdjsonReport::NdjsonReport(std::string_view file, bool words, bool ascii, Text& out)
+    : words_(words), writer_(std::make_unique<Writer>(ascii, out)) {
+    Text name;
+    add_string(file, ascii, name);
+    const auto keys = [&](std::string_view kind) {
+        return formatted("\"kind\":\"{-}\",\"file\":{-},\"line\""_cf, kind, name.view());
+    };
+    message_ = keys("message");
+    refused_ = keys("refused");
+    other_ = keys("other");
+    trace_ = keys("trace");
 }
 
-}  // namespace
+NdjsonReport::~NdjsonReport() = default;
 
 void NdjsonReport::message(const Place& place, const Trail& trail, std::string_view text, const Message& m,
                            Outcome outcome, std::uint64_t padded) {
     record_.take(trail, text, m, outcome);
-    object(ascii_, out_, [&](auto& o) {
-        o.message(place, record_, 0, words_);
-        if (padded > 0) o.add("padded", padded);
-    });
+    writer_->message(message_, place, record_, 0, words_);
+    if (padded > 0) writer_->add("\"padded\"", padded);
+    writer_->end();
 }
 
-void NdjsonReport::refused(const Place& place, const Refusal& refusal, std::string_view content) {
-    object(ascii_, out_, [&](auto& o) {
-        o.line("refused", place);
-        o.add("column", refusal.column + 1);
-        o.add("reason", name_of(refusal.reason));
-        o.add("expected", refusal.expected);
-        o.add("found", refusal.found);
-        o.add("content", content);
-    });
+void NdjsonReport::refused(std::uint64_t line, const Refusal& refusal, std::string_view content) {
+    writer_->begin(refused_, line);
+    writer_->add("\"column\"", refusal.column + 1);
+    writer_->add("\"reason\"", ztdecode::name_of(refusal.reason));
+    writer_->add("\"expected\"", refusal.expected);
+    writer_->add("\"found\"", refusal.found);
+    writer_->add("\"content\"", content);
+    writer_->end();
 }
 
-void NdjsonReport::other(const Place& place, std::string_view content) {
-    object(ascii_, out_, [&](auto& o) {
-        o.line("other", place);
-        o.add("content", content);
-    });
+void NdjsonReport::other(std::uint64_t line, std::string_view content) {
+    writer_->begin(other_, line);
+    writer_->add("\"content\"", content);
+    writer_->end();
 }
 
-void NdjsonReport::trace(const Place& place, std::string_view content) {
-    object(ascii_, out_, [&](auto& o) {
-        o.line("trace", place);
-        o.add("content", content);
-    });
+void NdjsonReport::trace(std::uint64_t line, std::string_view content) {
+    writer_->begin(trace_, line);
+    writer_->add("\"content\"", content);
+    writer_->end();
 }
 
 }  // namespace ztdecode::tool
