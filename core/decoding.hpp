@@ -267,7 +267,7 @@ class Decoding {
     // What `write` writes stands for a code that no table knows.
     template <class Write>
     void unknown(const Number& code, Write write) {
-        value("unknown_code", {Kind::word, false, 0, code.number, code.place}, write);
+        value("unknown_code", {Kind::number, false, 0, code.number, code.place}, write);
     }
     // The message is this one.
     void name(std::string_view name, const Number& code) noexcept {

@@ -136,6 +136,7 @@ class Opcodes {
                 d.name(other_name_, d.code());
                 other_(d);
             } else {
+                d.name("", d.code());
                 d.unknown(d.code(), [this, &d] { other_(d); });
             }
         };

@@ -91,13 +91,15 @@ void segment_command(Decoding& d) {
     Session& session = d.session();
     Reassembly& whole = session.change(session.digital.reassembly);
     const Byte to_come = d[1] & 0x7F;
-    if (d.bit(1, 7).holds) {
+    const bool first = d.bit(1, 7).holds;
+    if (first) {
         start(whole, d);
     } else {
         gather(whole, d, 2);
     }
-    d.print("segment message {segment}/{segments}"_cf, to_come.as(whole.segments - to_come.number),
-            d[1].as(whole.segments));
+    // How many there are is what the first one said.
+    const Number segments{static_cast<std::uint32_t>(whole.segments), first ? d[1].place : Place{}};
+    d.print("segment message {segment}/{segments}"_cf, to_come.as(whole.segments - to_come.number), segments);
     trace(session, whole);
     if (d.on(to_come == 0)) dispatch_whole(d);
 }

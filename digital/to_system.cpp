@@ -78,7 +78,7 @@ void module_reset(Decoding& d) {
     d.add("reset");
     if (d.length() <= 7) return;
     d.value("reset_kind", either(d[3] == 0, " hard ", " soft "));
-    d.value("module", module_type(d[4]));
+    d.value("module_type", module_type(d[4]));
     if (d.on(d[4] == 0)) d.value("line_mode", either(d[8] == 3, " A1,", " A2,"));
     d.print(" soft={software_version}"_cf, version_at(d, 5));
     d.option_type = d[4].number;

@@ -48,8 +48,9 @@ void ip_address(Decoding& d) {
 void bytes_text(Decoding& d) {
     blank_and_hex(d);
     if (!d.on(Condition{all_printable(d), 0, bytes_at(d, 0, d.length())})) return;
-    d.add(" = ");
-    quoted(d);
+    d.add(" = \"");
+    d.text("item_text", 0, d.length());
+    d.add("\"");
 }
 
 void blank_and_hex(Decoding& d) { d.hex(row_field, 0, d.length(), Decoding::Before::blank); }

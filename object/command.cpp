@@ -46,10 +46,11 @@ void print_command_header(Decoding& d, std::string_view class_name) {
 
 void print_event_header(Decoding& d) {
     if (d.trail() != nullptr) d.name(notification_name(d[2].number), d[2]);
-    const Word name = event(d[2]);
+    Word name = event(d[2]);
     if (name.known) {
         d.print("\n{-}\t{-}\n{{\n\tServer\t\t{server}"_cf, method(method_of(d)), name, server(d[0]));
     } else {
+        name.kind = Kind::number;
         d.print("\n{-}\t{unknown_code}\n{{\n\tServer\t\t{server}"_cf, method(method_of(d)), name,
                 server(d[0]));
     }

@@ -95,17 +95,19 @@ Written print_characters(const Decoding& d, Utf8Mode mode, Text& out) {
 }
 
 // All bytes, as a number where they are one that can be told.
-Meaning number_or_bytes(const Decoding& d) {
+Meaning number_or_bytes(const Decoding& d, bool has_sign) {
     Meaning all{Kind::bytes, true, 0, 0, {d[0].place.first, d.length()}};
     if (d.length() == 0 || d.length() > sizeof all.number) return all;
     std::uint64_t number = 0;
     for (std::uint32_t k = 0; k < d.length(); ++k) number = number << 8 | d[k].number;
     all.kind = Kind::number;
     all.number = static_cast<std::int64_t>(number);
+    if (has_sign && d.length() == 4) all.number = static_cast<std::int32_t>(number);
+    if (has_sign && d.length() == 2) all.number = static_cast<std::int16_t>(number);
     return all;
 }
 
-void print_hex(Decoding& d, FieldName field) {
+void print_hex(Decoding& d, std::uint8_t type, FieldName field) {
     d.add("0x");
     const auto digits = [&d] {
         for (std::uint32_t k = 0; k < d.length(); ++k) d.out().HEX(d[k].number);
@@ -113,7 +115,9 @@ void print_hex(Decoding& d, FieldName field) {
     if (d.trail() == nullptr) {
         digits();
     } else {
-        d.value(field, number_or_bytes(d), digits);
+        // Nobody knows the sign of a property that no table has, whatever the type at the table's end.
+        const bool has_sign = type == ZTDECODE_INT32 || type == ZTDECODE_INT16;
+        d.value(field, number_or_bytes(d, has_sign && !(field == FieldName("property_value"))), digits);
     }
 }
 
@@ -135,7 +139,7 @@ void print_value(Decoding& d, std::uint8_t type, FieldName field) {
         case ZTDECODE_INT16:
         case ZTDECODE_UINT32:
         case ZTDECODE_UINT16:
-            print_hex(d, field);
+            print_hex(d, type, field);
             break;
         case ZTDECODE_INT8:
             d.value(field, d[0].as(static_cast<std::int8_t>(d[0].number)));
@@ -154,11 +158,13 @@ void print_value(Decoding& d, std::uint8_t type, FieldName field) {
     }
 }
 
-void print_name(Decoding& d, const Byte& id, const Property& property) {
-    if (property.known) {
-        d.print("\n\t{-:<15}\t"_cf, property.name);
-    } else {
+void print_name(Decoding& d, const Byte& id, const Property& property, Values values) {
+    if (!property.known) {
         d.print("\n\t{unknown_property:<15}\t"_cf, Word{property.name, id.number, false, id.place});
+    } else if (values == Values::none) {  // What is asked for is all that is said of it.
+        d.print("\n\t{property:<15}\t"_cf, Word{property.name, id.number, true, id.place});
+    } else {
+        d.print("\n\t{-:<15}\t"_cf, property.name);
     }
 }
 
@@ -203,7 +209,7 @@ Condition print_text(Decoding& d, FieldName field, Utf8Mode mode) {
 std::uint8_t shown_character(std::uint8_t c) noexcept { return is_printable(c) ? c : std::uint8_t{'$'}; }
 
 void print_property_name(Decoding& d, const Byte& id, const Properties& table) {
-    print_name(d, id, table[id.number]);
+    print_name(d, id, table[id.number], Values::carried);
 }
 
 void print_property_value(Decoding& d, const Byte& id, const Byte& index, const Properties& table) {
@@ -227,7 +233,7 @@ void print_properties(Decoding& d, std::uint32_t first, const Properties& table,
         const bool two = (length & 0x80) != 0 && length_field == LengthField::one_or_two_bytes;
         if (two) length = (length & 0x7F) << 8 | d[at++].number;
         const Property property = table[id.number];
-        print_name(d, id, property);
+        print_name(d, id, property, values);
         d.walk(Number{length, {announced.place.first, two ? 2U : 1U}});
         if (values == Values::carried) {
             if (indexed) print_index(d, d[index_at]);

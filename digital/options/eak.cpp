@@ -34,7 +34,7 @@ void status_response(Decoding& d) {
 
 // byte 3: 0 hard   byte 4: module type   bytes 5, 6: version   byte 8: number of keys
 void reset(Decoding& d) {
-    d.print("reset {reset_kind} {module}  soft={software_version}, nb touches: {keys}"_cf,
+    d.print("reset {reset_kind} {module_type}  soft={software_version}, nb touches: {keys}"_cf,
             modules::hard_or_soft(d[3]), either(d[4] == type_aom, "aom", "eak"), version_at(d, 5), d[8]);
 }
 

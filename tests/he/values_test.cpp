@@ -23,7 +23,7 @@ TEST(HeValues, Routing) {
 
 TEST(HeValues, Keys) {
     const Observed digit(to_dhs, "05 00 01 03 00 09");
-    EXPECT_EQ(digit.names(), "application_message digit");
+    EXPECT_EQ(digit.names(), "application_message digit_dialled");
     EXPECT_EQ(values(digit), Values{"digit = 9, 5-5"});
     EXPECT_EQ(digit.sensitivity("digit"), call_number);
     const Observed key(to_dhs, "05 00 01 25 00 41");

@@ -85,7 +85,7 @@ TEST(IpValues, VoiceStreams) {
 TEST(IpValues, BytesAndTheirCharacters) {
     const Observed stop("13 02 0e 02 34 37 0f 02 34 00", from_dhs);
     EXPECT_EQ(stop.values(),
-              (Values{"local_id =  34 37, 4-5", "local_id = 47, 4-5", "distant_id =  34 00, 8-9"}));
+              (Values{"local_id =  34 37, 4-5", "item_text = 47, 4-5", "distant_id =  34 00, 8-9"}));
     // All bytes are looked at before the characters are shown.
     EXPECT_EQ(stop.bytes_of_words(" = \""), "0-5");
 }

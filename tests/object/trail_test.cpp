@@ -131,8 +131,10 @@ TEST(Noted, UnknownProperty) {
 TEST(Noted, RequestsAndTheirAnswers) {
     Observed o("15 03 01 62 00 64 00", from_dhs);
     EXPECT_EQ(o.message().name, "get_property");
-    EXPECT_EQ(o.values(), (Lines{"class=terminal word 1 @2", "server=Call word 21 @0"}));
-    EXPECT_EQ(o.chosen_by("softversion"), "0-2 5");
+    EXPECT_EQ(o.values(),
+              (Lines{"class=terminal word 1 @2", "server=Call word 21 @0",
+                     "property=serialnum       word 98 @3", "property=softversion     word 100 @5"}));
+    EXPECT_EQ(o.chosen_by("softversion"), "5");
     o.decode("15 04 94 00 01 62 02 30 41", to_dhs);
     EXPECT_EQ(o.message().name, "get_property_result");
     EXPECT_EQ(o.message().code, 0x94U);
@@ -163,8 +165,8 @@ TEST(Noted, Notifications) {
     EXPECT_EQ(key.chosen_by("KEY_PRESS"), "0-2");
     const Observed unknown("16 04 20 01", to_dhs);
     EXPECT_EQ(unknown.message().name, "notify");
-    EXPECT_EQ(unknown.values(),
-              (Lines{"unknown_code=(reserved_error) word 32 unknown @2", "server=Presentation word 22 @0"}));
+    EXPECT_EQ(unknown.values(), (Lines{"unknown_code=(reserved_error) number 32 unknown @2",
+                                       "server=Presentation word 22 @0"}));
     const Observed reset("16 04 01 12 34 3e 01 01 67 04 00 00 00 02", to_dhs);
     EXPECT_EQ(reset.message().name, "reset");
     EXPECT_EQ(reset.values(), (Lines{"server=Presentation word 22 @0", "object_id=1234 number 4660 @3-4",
