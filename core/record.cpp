@@ -57,9 +57,9 @@ void Record::take_single(const Message& m, Outcome outcome) {
     in_order_ = true;
     for (const NotedValue& v : trail_->values()) part.unknown += v.meaning.known ? 0 : 1;
     if (!noted.missing.empty()) part.missing = count(noted.missing);
-    part.decoded = outcome == Outcome::unknown_class          ? Decoded::refused
+    part.decoded = outcome == Outcome::unknown_class        ? Decoded::refused
                    : noted.name.empty() && noted.length > 0 ? Decoded::unknown
-                                                              : Decoded::decoded;
+                                                            : Decoded::decoded;
 }
 
 void Record::take_messages(const Message& m, Outcome outcome) {

@@ -86,8 +86,8 @@ class LineReader {
 
     // Begins with a line, which stays as it is until it is done. `direction`: of layouts that do not say it.
     void begin(Line text, LineLayout layout, std::uint32_t direction) noexcept;
-    // The message of an S/R line as it is nearly always written: one message in plain fields up to the line's end.
-    // Null for any other line; then nothing is done with it.
+    // The message of an S/R line as it is nearly always written: one message in plain fields up to the line's
+    // end. Null for any other line; then nothing is done with it.
     const Message* plain_spzt(Line text) noexcept;
     // The next message of it, null behind the last one; valid until the next call.
     const Message* next();

@@ -90,9 +90,8 @@ class Input {
   public:
     explicit Input(int descriptor);
 
-    // The next line, without its newline, which stands behind it (a zero where the file has none); valid until
-    // the next call. A line that is longer
-    // than `longest_line` comes in several pieces.
+    // The next line, without its newline, which stands behind it (a zero where the file has none); valid
+    // until the next call. A line that is longer than `longest_line` comes in several pieces.
     struct Next {
         Line line;
         bool newline;  // the line ended in one

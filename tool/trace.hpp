@@ -72,8 +72,8 @@ class TraceDecoder : private SideChannel {
     Session session_;
     Trail trail_;
     bool plain_lines_;  // S/R lines may come
-    bool presents_;  // texts go out in another form than they are decoded in
-    bool text_only_;  // texts go out as they are decoded, and nothing else does
+    bool presents_;     // texts go out in another form than they are decoded in
+    bool text_only_;    // texts go out as they are decoded, and nothing else does
     LineReader reader_;
     std::optional<NdjsonReport> ndjson_;  // what the trace says, as data
     Line line_{"", 0};                    // the trace line
