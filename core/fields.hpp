@@ -32,7 +32,6 @@ inline constexpr Field all_fields[] = {
     // On several links.
     {"unknown_code", "a code that no table knows"},
     {"repeated_text", "text of an earlier message, shown again"},
-    {"audio_devices", "devices of an earlier configuration, shown again"},
     {"length", "number of bytes"},
     {"key", "code of a key"},
     {"key_text", "character of a key", "", call_number},
