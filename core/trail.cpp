@@ -152,6 +152,10 @@ void Trail::note_test(const Message& m, Place bytes) noexcept {
     note([&] {
         tested_.push_back(located(m, bytes));
         tested_changed_ = true;
+        if (tables != nullptr) {
+            const Tested& at = tested_.back();
+            tables->push_back({{}, 0, false, at.some, at.bytes, message_});
+        }
     });
 }
 

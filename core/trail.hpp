@@ -85,7 +85,7 @@ struct TableRows {
     std::string_view other{};  // the name of every other code's message, where it has one
 };
 
-// A table that was asked for a code.
+// A table that was asked for a code, or, without rows, bytes that were tested besides.
 struct AskedTable {
     TableRows rows;
     std::uint32_t code;
@@ -112,7 +112,8 @@ class Trail {
     // Where the captured message stands in its trace (its line); said before it is decoded.
     std::uint64_t place = 0;
 
-    // Where the tables go that were asked, for who wants to know what there is: null for everybody else.
+    // Where the tables go that were asked, and bytes that were tested besides, for who wants to know what
+    // there is: null for everybody else.
     std::vector<AskedTable>* tables = nullptr;
 
     // Starts anew for the message whose text is written to `text` from its present end on.

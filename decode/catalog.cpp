@@ -77,10 +77,11 @@ class Tried {
         const auto add = [&tested](const ByteRange& r) {
             for (std::uint32_t k = r.first; k <= r.last && k < longest; ++k) tested.set(k);
         };
+        for (const AskedTable& asked : asked_) {
+            if (own(asked.message) && asked.some) add(asked.bytes);
+        }
         for (const Stretch& s : trail_.stretches()) {
-            if (!own(s.message)) continue;
-            for (const ByteRange& r : trail_.tested_for(s)) add(r);
-            if (s.value != Stretch::no_value) continue;
+            if (!own(s.message) || s.value != Stretch::no_value) continue;
             for (const ByteRange& r : trail_.bytes_of(s)) add(r);
         }
         // Lengths and counts lead to more of the same.
@@ -112,7 +113,8 @@ struct Node {
     std::uint32_t direction;
     std::map<std::uint32_t, std::uint8_t> code{};   // bytes that a trace shows it by
     std::map<std::uint32_t, std::uint8_t> other{};  // bytes that have to be these, and are not shown
-    bool any = false;                               // ... and any other byte
+    bool any = false;                               // ... and any other byte,
+    std::uint32_t any_at = 0;                       // here
     std::vector<std::pair<const Opcode*, std::uint32_t>> tables{};  // that led here, and with which codes
     std::string_view name{};
     bool plain = false;         // nothing but words
@@ -127,7 +129,9 @@ struct Node {
         }
         return n;
     }
-    bool has(std::uint32_t k) const { return code.contains(k) || (!any && other.contains(k)); }
+    bool has(std::uint32_t k) const {
+        return code.contains(k) || (other.contains(k) && !(any && k == any_at));
+    }
     Bytes message(std::uint32_t length, std::uint8_t fill) const {
         Bytes bytes(length, fill);
         for (const auto& fixed : {code, other}) {
@@ -328,6 +332,7 @@ class Walk {
                 child.name = table.rows.other;
                 child.other[at] = static_cast<std::uint8_t>(value);
                 child.any = true;
+                child.any_at = at;
                 child.plain = false;
             }
             children.push_back(std::move(child));
@@ -379,7 +384,7 @@ class Walk {
         }
         // Lists say the same at each place.
         constexpr int most_times = 3;
-        constexpr int most_sweeps = 12;
+        constexpr int most_sweeps = 16;
         std::array<int, longest> times{};
         int sweeps = 0;
         for (std::size_t k = 0; k < interesting.size(); ++k) {

@@ -14,6 +14,7 @@
 #include "core/record.hpp"
 #include "core/session.hpp"
 #include "decode/catalog.hpp"
+#include "object/tables.hpp"
 #include "support/process.hpp"
 #include "support/traces.hpp"
 
@@ -29,6 +30,7 @@ constexpr auto document = ZTDECODE_SOURCE_DIR "/docs/fields.md";
 // Fields that are given as several kinds of value, and why. Digits need no reason: as many as fit are a
 // number, more are bytes.
 const std::map<std::string_view, std::string_view> several_kinds = {
+    {"anomaly", "bases and computer links give numbers"},
     {"application", "HE sets give numbers or names, IP sets texts"},
     {"channel_number", "tickets give numbers"},
     {"codec", "tickets give numbers"},
@@ -148,22 +150,50 @@ std::string words_of(Sensitivity sensitivity) {
     return "";
 }
 
-// Links whose messages are the same ones stand together.
-std::string messages_of(const Given& given) {
-    std::map<std::pair<std::uint32_t, std::set<std::string>>, std::string> links;
-    for (const auto& [place, messages] : given.messages) {
-        std::string& list = links[{place.second, messages}];
-        list.append(list.empty() ? "" : ", ").append(place.first);
+std::string joined(const std::set<std::string>& words) {
+    std::string list;
+    for (const std::string& word : words) list.append(list.empty() ? "" : ", ").append(word);
+    return list;
+}
+
+// Messages, and classes of objects whose messages have it.
+std::string listed(const std::set<std::string>& messages) {
+    constexpr std::string_view mark = "class ";
+    std::set<std::string> names;
+    std::set<std::string> classes;
+    for (const std::string& message : messages) {
+        if (message.starts_with(mark)) {
+            classes.insert(message.substr(mark.size()));
+        } else {
+            names.insert(message);
+        }
     }
-    std::map<std::string, std::string> parts;
-    for (const auto& [place, list] : links) {
-        std::string& part = parts[list + (place.first == to_dhs ? " to" : " from")];
-        for (const std::string& message : place.second) part.append(part.empty() ? "" : ", ").append(message);
+    std::string text = joined(names);
+    if (classes.empty()) return text;
+    if (!text.empty()) text += "; ";
+    return text +
+           "of objects: " + (classes.size() + 1 == std::size(Tab_Classes_Opcodes) ? "all" : joined(classes));
+}
+
+// Links and directions whose messages are the same ones stand together.
+std::string messages_of(const Given& given) {
+    std::map<std::set<std::string>, std::map<std::string, std::string>> places;
+    for (const auto& [place, messages] : given.messages) {
+        std::string& ways = places[messages][place.first];
+        ways.append(ways.empty() ? "" : "/").append(place.second == to_dhs ? "to" : "from");
+    }
+    std::set<std::string> parts;
+    for (const auto& [messages, ways_of] : places) {
+        std::map<std::string, std::string> links;
+        for (const auto& [link, ways] : ways_of)
+            links[ways].append(links[ways].empty() ? "" : ", ").append(link);
+        std::string part;
+        for (const auto& [ways, list] : links)
+            part.append(part.empty() ? "" : ", ").append(list).append(" ").append(ways);
+        parts.insert("**" + part + "**: " + listed(messages));
     }
     std::string text;
-    for (const auto& [place, list] : parts) {
-        text.append(text.empty() ? "" : "<br>").append("**").append(place).append("**: ").append(list);
-    }
+    for (const std::string& part : parts) text.append(text.empty() ? "" : "<br>").append(part);
     return text;
 }
 
@@ -179,7 +209,7 @@ std::string written(const AllGiven& given) {
         "what they are called. Digits that fit are a number, more are bytes. Messages stand behind their "
         "link, "
         "*from* the system\n"
-        "or *to* it; *class* names a class of objects whose messages have the field.\n\n"
+        "or *to* it; *of objects* stands before the classes whose objects' messages have the field.\n\n"
         "| Field | Meaning | Kind | Unit | Sensitivity | Messages |\n"
         "|---|---|---|---|---|---|\n";
     std::vector<const Field*> fields;

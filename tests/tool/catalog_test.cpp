@@ -73,7 +73,9 @@ TEST(Catalog, CodesInsideCodes) {
 
 TEST(Catalog, Modules) {
     EXPECT_EQ(row("digital from 02 .. 3f of S0"), "set_operating_mode: module module_address operating_mode");
-    EXPECT_EQ(row("digital to 04 .. 1f .. of S0"), "anomaly: anomaly module module_address software_block");
+    // Two bytes decide together on what is said of layer 1.
+    EXPECT_EQ(row("digital to 04 .. 1f .. of S0"),
+              "anomaly: anomaly layer1_event layer1_state layer1_timer module module_address software_block");
     EXPECT_EQ(row("digital to 04 .. 20 of aom, eak"), "key_pushed: key module module_address");
     EXPECT_EQ(row("digital to 04 .. 9f 02 of x21, aom set-13"), "illegal_command: module module_address");
 }
