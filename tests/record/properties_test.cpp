@@ -943,7 +943,7 @@ class WellFormed : public ::testing::TestWithParam<Kinds> {};
 TEST_P(WellFormed, Holds) {
     Failures failures;
     Generator generator(1);
-    const unsigned messages = sanitized() ? 30 : 1500;
+    const unsigned messages = sanitized() ? 30 : 1000;
     for (unsigned n = 0; n < messages; ++n) {
         expect_all(GetParam().generate(generator), failures, 30);
         ASSERT_FALSE(failures.enough());
