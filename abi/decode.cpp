@@ -18,7 +18,7 @@ Text& working_text() {
     return kept;
 }
 
-void decode_whole(Session& s, Message m, Text& out) {
+void decode_whole(Session& s, const Message& m, Text& out) {
     if (ztdecode::decode(s, m, out) == Outcome::unknown_class) throw UnknownClass{};
 }
 
@@ -36,8 +36,8 @@ Line as_line(const char* text) {
 
 // A refusal and the texts of lines with two length bytes stay in `buffer`, a decoded message goes to the
 // heap.
-const char* read_line(Text& buffer, LineLayout layout, bool owned_by_caller, Line text, std::uint32_t direction,
-                      const char* without_memory = empty_text) {
+const char* read_line(Text& buffer, LineLayout layout, bool owned_by_caller, Line text,
+                      std::uint32_t direction, const char* without_memory = empty_text) {
     LineReader& reader = shared_reader();
     bool on_the_heap = false;
     const char* result = given<const char*>(
@@ -60,8 +60,7 @@ const char* line_one_byte(Line text, std::uint32_t direction) {
 
 const char* line_two_bytes(Line text, std::uint32_t direction) {
     static KeptText buffer;
-    return read_line(buffer, LineLayout::line_lng2, false, text, direction,
-                     "line_lng2: malloc output error");
+    return read_line(buffer, LineLayout::line_lng2, false, text, direction, "line_lng2: malloc output error");
 }
 
 }  // namespace

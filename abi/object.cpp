@@ -160,7 +160,7 @@ int printUTF8str(const std::uint8_t* bytes, int length, int mode) {
     bool beyond_ascii = false;
     abi::append_decoded(bytes, length, [&](Decoding& d) {
         const auto how = mode == 0 ? object::Utf8Mode::names : object::Utf8Mode::characters;
-        beyond_ascii = object::print_text(d, "text", how);
+        beyond_ascii = object::print_text(d, "text", how).holds;
     });
     return beyond_ascii ? 1 : 0;
 }

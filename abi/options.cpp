@@ -5,6 +5,7 @@
 #include "abi/process.hpp"
 #include "digital/options/super.hpp"
 
+using namespace ztdecode;
 using namespace ztdecode::abi;
 
 namespace {
@@ -20,7 +21,7 @@ class PartRecords {
         drop(rest_, 1);
     }
 
-    MessageRecord next(const ztdecode::Message& part) {
+    MessageRecord next(const Message& part) {
         MessageRecord record = rest_;
         drop(record, 1);
         record.length = part.length();
@@ -47,7 +48,7 @@ struct HostParts {
     HostDecoder decoder;
 };
 
-void decode_part_of_host(ztdecode::Decoding& part, void* host) {
+void decode_part_of_host(Decoding& part, void* host) {
     auto& parts = *static_cast<HostParts*>(host);
     MessageRecord record = parts.records.next(part.message());
     const char* described = parts.decoder(&record);
@@ -58,77 +59,41 @@ void decode_part_of_host(ztdecode::Decoding& part, void* host) {
 
 extern "C" {
 
-const char* decode_z(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::z::to_system);
-}
+const char* decode_z(MessageRecord* record) { return decoded_in_own_buffer<z::to_system>(record); }
 
-const char* decode_z_out(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::z::from_system);
-}
+const char* decode_z_out(MessageRecord* record) { return decoded_in_own_buffer<z::from_system>(record); }
 
-const char* decode_mpc(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::mpc::to_system);
-}
+const char* decode_mpc(MessageRecord* record) { return decoded_in_own_buffer<mpc::to_system>(record); }
 
-const char* decode_mpc_out(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::mpc::from_system);
-}
+const char* decode_mpc_out(MessageRecord* record) { return decoded_in_own_buffer<mpc::from_system>(record); }
 
-const char* decode_eak(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::eak::to_system);
-}
+const char* decode_eak(MessageRecord* record) { return decoded_in_own_buffer<eak::to_system>(record); }
 
-const char* decode_eak_out(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::eak::from_system);
-}
+const char* decode_eak_out(MessageRecord* record) { return decoded_in_own_buffer<eak::from_system>(record); }
 
-const char* decode_ks(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::ks::to_system);
-}
+const char* decode_ks(MessageRecord* record) { return decoded_in_own_buffer<ks::to_system>(record); }
 
-const char* decode_ks_out(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::ks::from_system);
-}
+const char* decode_ks_out(MessageRecord* record) { return decoded_in_own_buffer<ks::from_system>(record); }
 
-const char* decode_v24(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::v24::to_system);
-}
+const char* decode_v24(MessageRecord* record) { return decoded_in_own_buffer<v24::to_system>(record); }
 
-const char* decode_v24_out(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::v24::from_system);
-}
+const char* decode_v24_out(MessageRecord* record) { return decoded_in_own_buffer<v24::from_system>(record); }
 
-const char* decode_s0(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::s0::to_system);
-}
+const char* decode_s0(MessageRecord* record) { return decoded_in_own_buffer<s0::to_system>(record); }
 
-const char* decode_s0_out(MessageRecord* record) {
-    static KeptText buffer;
-    return decoded_in_own_buffer(buffer, record, ztdecode::s0::from_system);
-}
+const char* decode_s0_out(MessageRecord* record) { return decoded_in_own_buffer<s0::from_system>(record); }
 
 // The text is put together apart and then becomes the buffer: the host's decoder may call this function
 // again.
 const char* subSuper(MessageRecord* record, HostDecoder decoder) {
     static KeptText buffer;
     if (record == nullptr || decoder == nullptr) return "";
-    ztdecode::Text text;
-    const char* result = in_own_buffer(text, [&](ztdecode::Session& s, ztdecode::Text& out) {
-        const ztdecode::Message m = view(*record);
-        ztdecode::Decoding d(s, m, out);
+    Text text;
+    const char* result = in_own_buffer(text, [&](Session& s, Text& out) {
+        const Message m = view(*record);
+        Decoding d(s, m, out);
         HostParts parts{PartRecords(*record), decoder};
-        ztdecode::modules::super_message(d, decode_part_of_host, &parts);
+        modules::super_message(d, decode_part_of_host, &parts);
     });
     buffer.get() = std::move(text);
     return result;

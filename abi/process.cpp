@@ -44,16 +44,28 @@ Session& session() noexcept {
 Message view(const MessageRecord& record) noexcept {
     Message m(record.data, record.length, message_capacity);
     m.direction = record.direction;
-    m.route = record.route;
-    m.status = static_cast<Status>(record.status);
-    m.reserved = record.reserved;
     return m;
 }
 
-void put_back(const Message& m, MessageRecord& record) noexcept {
-    record.route = m.route;
-    record.status = static_cast<std::uint32_t>(m.status);
-    record.reserved = m.reserved;
+RecordState::RecordState(const MessageRecord& record) noexcept
+    : route(record.route),
+      status(static_cast<Status>(record.status)),
+      option_type(static_cast<std::uint8_t>(record.reserved >> 8)) {}
+
+void RecordState::run(Decoder decoder, Decoding& d) {
+    d.route = route;
+    d.status = status;
+    d.option_type = option_type;
+    decoder(d);
+    route = d.route;
+    status = d.status;
+    option_type = d.option_type;
+}
+
+void RecordState::put_back(MessageRecord& record) const noexcept {
+    record.route = route;
+    record.status = static_cast<std::uint32_t>(status);
+    record.reserved = static_cast<std::uint16_t>((record.reserved & 0xFF) | option_type << 8);
 }
 
 char* heap_copy(std::string_view text) noexcept {

@@ -5,7 +5,9 @@
 #include <cstring>
 
 #include "abi/kept.hpp"
-#include "core/going_away.hpp"
+#include "core/decoding.hpp"
+#include "core/session.hpp"
+#include "core/tables.hpp"
 #include "ztdecode.h"
 
 // What the functions of the C interface share: the process-wide session, views on the host's records, and the
@@ -19,9 +21,19 @@ Session& session() noexcept;
 // The buffer of a function's text.
 using KeptText = Kept<Text>;
 
-// The host's record as a message, and what the decoders changed of it back in the record.
+// The host's record as a message.
 Message view(const MessageRecord& record) noexcept;
-void put_back(const Message& m, MessageRecord& record) noexcept;
+
+// What the record says besides: a decoder gets it, and what it makes of it goes back in the record.
+struct RecordState {
+    std::uint32_t route;
+    Status status;
+    std::uint8_t option_type;  // the upper byte of `reserved`
+
+    explicit RecordState(const MessageRecord& record) noexcept;
+    void run(Decoder decoder, Decoding& d);
+    void put_back(MessageRecord& record) const noexcept;
+};
 
 // The text as a heap block that the caller frees. When there is no memory: null, or std::bad_alloc.
 char* heap_copy(std::string_view text) noexcept;
@@ -68,35 +80,36 @@ char* on_heap(Text& buffer, Write write) noexcept {
     return given<char*>(buffer, nullptr, write, [](Text& text) { return heap_text(text.view()); });
 }
 
-// What a decoder writes of the host's record; `status`, `route` and `reserved` of the record become the
-// decoder's. Null without memory.
-template <class Result, class Decoder, class Give>
-Result decoded(Text& buffer, MessageRecord& record, Decoder decoder, Give give) noexcept {
-    Message m = view(record);
+// What the decoder writes of the host's record. Null without memory: then the record stays as it is.
+template <class Result, class Give>
+Result decoded(Text& buffer, Decoder decoder, MessageRecord& record, Give give) noexcept {
+    const Message m = view(record);
+    RecordState state(record);
     const auto result = given<Result>(
         buffer, nullptr,
         [&](Session& s, Text& out) {
-            if constexpr (std::is_invocable_v<Decoder, Decoding&>) {
-                call_new(decoder, s, m, out);
-            } else {
-                decoder(s, m, out);
-            }
+            Decoding d(s, m, out);
+            state.run(decoder, d);
         },
         give);
-    if (result != nullptr) put_back(m, record);
+    if (result != nullptr) state.put_back(record);
     return result;
 }
 
-template <class Decoder>
-const char* decoded_in_own_buffer(Text& buffer, MessageRecord* record, Decoder decoder) noexcept {
+template <Decoder decoder>
+const char* decoded_in_own_buffer(MessageRecord* record) noexcept {
+    static KeptText buffer;
     if (record == nullptr) return "";
-    const char* text = decoded<const char*>(buffer, *record, decoder, [](Text& out) { return out.c_str(); });
+    const auto* text = decoded<const char*>(buffer, decoder, *record, [](Text& out) { return out.c_str(); });
     return text != nullptr ? text : "";
 }
 
-template <class Decoder>
-char* decoded_on_heap(Text& buffer, MessageRecord& record, Decoder decoder) noexcept {
-    return decoded<char*>(buffer, record, decoder, [](Text& out) { return heap_text(out.view()); });
+// A record without a message has no text.
+template <Decoder decoder>
+char* decoded_on_heap(MessageRecord* record) noexcept {
+    static KeptText buffer;
+    if (record == nullptr || record->length == 0) return nullptr;
+    return decoded<char*>(buffer, decoder, *record, [](Text& out) { return heap_text(out.view()); });
 }
 
 }  // namespace ztdecode::abi

@@ -68,10 +68,3 @@ if(ZTDECODE_COVERAGE)
     add_compile_options(-fprofile-instr-generate -fcoverage-mapping)
     add_link_options(-fprofile-instr-generate)
 endif()
-
-# Header-only libraries. The paths are looked up by hand: the packages' own CMake files refuse a 32-bit build.
-find_path(ZTDECODE_FMT_INCLUDE fmt/compile.h REQUIRED)
-mark_as_advanced(ZTDECODE_FMT_INCLUDE)
-add_library(ztdecode_fmt INTERFACE)
-# clang 14 can do compile-time formats ("..."_cf), but {fmt} does not know that unless it is told.
-target_compile_definitions(ztdecode_fmt INTERFACE FMT_HEADER_ONLY=1 FMT_USE_NONTYPE_TEMPLATE_ARGS=1)

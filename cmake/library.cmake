@@ -15,7 +15,7 @@ file(GLOB abi_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/abi/*.cpp)
 
 add_library(ztdecode_core STATIC ${core_sources})
 target_include_directories(ztdecode_core PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
-target_link_libraries(ztdecode_core PUBLIC ztdecode_fmt ${CMAKE_DL_LIBS})
+target_link_libraries(ztdecode_core PUBLIC ${CMAKE_DL_LIBS})
 set_target_properties(ztdecode_core PROPERTIES
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)

@@ -1,8 +1,23 @@
 #include "core/decoding.hpp"
 
 #include <algorithm>
+#include <array>
+#include <iterator>
 
 namespace ztdecode {
+
+namespace {
+
+consteval bool every_field_stands_once() {
+    std::array<std::string_view, std::size(all_fields)> names;
+    std::transform(std::begin(all_fields), std::end(all_fields), names.begin(),
+                   [](const Field& field) { return field.name; });
+    std::sort(names.begin(), names.end());
+    return std::adjacent_find(names.begin(), names.end()) == names.end();
+}
+static_assert(every_field_stands_once());
+
+}  // namespace
 
 void Decoding::note_between(FieldName field, const Meaning& meaning, const char* begin,
                             const char* end) noexcept {

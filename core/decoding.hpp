@@ -248,9 +248,9 @@ class Decoding {
     // --- tables
 
     // Does what a table's row says: `run` with its code and its field for as long, all its words by this
-    // code.
-    template <class Run>
-    void row(const Number code, FieldName field, Run run) {
+    // code. `ask` tells the trail which table it is.
+    template <class Run, class Ask>
+    void row(const Number code, FieldName field, Run run, Ask ask) {
         const Number outer_code = code_;
         // One by one: the processor has to wait for a pair of numbers that it wrote apart.
         code_.number = code.number;
@@ -259,6 +259,7 @@ class Decoding {
         if (trail_ == nullptr) [[likely]] {
             run();
         } else {
+            ask(*trail_);
             observed_row(field, run);
         }
         code_ = outer_code;

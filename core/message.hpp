@@ -89,14 +89,6 @@ class Message {
     std::uint32_t origin() const noexcept { return origin_; }
 
     std::uint32_t direction = from_dhs;
-    // (Going away.)
-    std::uint32_t route = route_digital;
-    Status status = Status::none;
-    std::uint16_t reserved = 0;
-    std::uint8_t option_type() const noexcept { return static_cast<std::uint8_t>(reserved >> 8); }
-    void set_option_type(std::uint8_t type) noexcept {
-        reserved = static_cast<std::uint16_t>((reserved & 0xFF) | type << 8);
-    }
 
   private:
     static std::uint32_t within_capacity(std::size_t n) noexcept {

@@ -128,7 +128,7 @@ class Opcodes {
     // Writes what the row of the code says; false when there is none, and the words for such codes.
     bool write(Decoding& d, const Number& code) const {
         const Opcode* const row = table_.find(code.number);
-        d.row(code, row_field, [this, row, &d] {
+        const auto run = [this, row, &d] {
             if (row != nullptr) {
                 d.name(row->name, d.code());
                 row->action(d);
@@ -139,6 +139,10 @@ class Opcodes {
                 d.name("", d.code());
                 d.unknown(d.code(), [this, &d] { other_(d); });
             }
+        };
+        d.row(code, row_field, run, [this, row, &code, &d](Trail& trail) {
+            const TableRows asked{.opcodes = rows().data(), .count = N, .other = other_name_};
+            trail.asked(d.message(), asked, code.number, row != nullptr, code.place);
         });
         return row != nullptr;
     }
@@ -187,13 +191,17 @@ class Items {
 
     bool write(Decoding& d, const Number& id) const {
         const Item* const row = table_.find(id.number);
-        d.row(id, row != nullptr ? row->field : no_field, [this, row, &d] {
+        const auto run = [this, row, &d] {
             if (row != nullptr) {
                 d.add(row->label);
                 if (row->value != nullptr) row->value(d);
             } else {
                 d.unknown(d.code(), [this, &d] { other_(d); });
             }
+        };
+        d.row(id, row != nullptr ? row->field : no_field, run, [this, row, &id, &d](Trail& trail) {
+            const TableRows asked{.items = rows().data(), .count = N};
+            trail.asked(d.message(), asked, id.number, row != nullptr, id.place);
         });
         return row != nullptr;
     }

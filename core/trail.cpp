@@ -37,6 +37,7 @@ void Trail::start(const Text& text, const Message& m) {
     messages_.clear();
     ranges_.clear();
     walked_.clear();
+    put_by_.clear();
     message_ = NotedMessage::no_message;
     begin_message(m, false);
 }
@@ -48,27 +49,31 @@ void Trail::finish() {
 }
 
 void Trail::begin_message(const Message& m, bool reassembled) {
-    NotedMessage next;
-    next.carrier = message_;
+    const std::uint32_t carrier = message_;
+    NotedMessage& next = messages_.emplace_back();
+    message_ = static_cast<std::uint32_t>(messages_.size() - 1);
+    next.carrier = carrier;
     next.begin = next.end = now();
     next.origin = m.origin();
     next.length = m.length();
     next.direction = m.direction;
-    if (message_ != NotedMessage::no_message && words_too_) {
+    if (carrier != NotedMessage::no_message && words_too_) {
         look_at_tested();
         next.first_tested = literal_first_range_;
         next.tested = literal_ranges_;
     }
-    if (message_ == NotedMessage::no_message || reassembled) {
+    if (carrier == NotedMessage::no_message || reassembled) {
         next.source_length = m.length();
         next.reassembled = reassembled;
     } else {
-        next.source_length = messages_[message_].source_length;
-        next.reassembled = messages_[message_].reassembled;
+        next.source_length = messages_[carrier].source_length;
+        next.reassembled = messages_[carrier].reassembled;
     }
-    message_ = static_cast<std::uint32_t>(messages_.size());
-    messages_.push_back(std::move(next));
-    if (!words_too_) seen_ = now();
+    // (Behind the bytes that lie in a row a record shows what was left there, which stood elsewhere before.)
+    const std::uint32_t left = next.source_length > m.origin() ? next.source_length - m.origin() : 0;
+    next.there = std::min(static_cast<std::uint32_t>(m.bytes().size()), left);
+    there_ = next.there;
+    if (!words_too_) seen_ = next.begin;
 }
 
 void Trail::enter_message(const Message& m) noexcept {
@@ -100,6 +105,7 @@ void Trail::leave_message() noexcept {
     if (without_memory_ || outer_first_tested_.empty()) return;
     messages_[message_].end = now();
     message_ = messages_[message_].carrier;
+    there_ = messages_[message_].there;
     tested_.resize(std::min(tested_.size(), first_tested_));
     first_tested_ = outer_first_tested_.back();
     outer_first_tested_.pop_back();
@@ -119,16 +125,10 @@ void Trail::name(std::string_view name, std::uint32_t code, bool is_code) noexce
     if (is_code && m.code == NotedMessage::no_code) m.code = code;
 }
 
-// The question that is nearly always answered with yes.
-inline bool Trail::all_there(const Message& m, Place bytes) const noexcept {
-    const std::size_t end = std::size_t{bytes.first} + bytes.count;
-    return end <= m.bytes().size() && m.origin() + end <= messages_[message_].source_length;
-}
-
 // Offsets beyond the message are noted as missing.
 Trail::Tested Trail::located(const Message& m, Place bytes) {
     if (bytes.count == 0) return {{0, 0}, false, false};
-    if (all_there(m, bytes)) {
+    if (all_there(bytes)) {
         return {{m.origin() + bytes.first, m.origin() + bytes.first + bytes.count - 1}, true, false};
     }
     NotedMessage& noted = messages_[message_];
@@ -147,8 +147,7 @@ Trail::Tested Trail::located(const Message& m, Place bytes) {
     return {{m.origin() + bytes.first, m.origin() + std::min(end, length) - 1}, true, missing};
 }
 
-void Trail::test(const Message& m, Place bytes) noexcept {
-    if (!words_too_ && all_there(m, bytes)) return;
+void Trail::note_test(const Message& m, Place bytes) noexcept {
     look();
     note([&] {
         tested_.push_back(located(m, bytes));
@@ -162,6 +161,25 @@ void Trail::walk(const Message& m, Place bytes) noexcept {
     note([&] {
         const Tested& at = tested_.back();
         if (at.some) walked_.push_back({at.bytes, now(), messages_[message_].reassembled});
+    });
+}
+
+void Trail::put_by(const Message& m, Place bytes) noexcept {
+    if (!words_too_) return;
+    const auto own = static_cast<std::uint32_t>(m.bytes().size());
+    const Place there = {bytes.first, std::min(bytes.count, own - std::min(own, bytes.first))};
+    note([&] {
+        const Tested at = located(m, there);
+        if (at.some && !messages_[message_].reassembled) put_by_.push_back(at.bytes);
+    });
+}
+
+void Trail::asked(const Message& m, const TableRows& rows, std::uint32_t code, bool known,
+                  Place bytes) noexcept {
+    if (tables == nullptr) return;
+    note([&] {
+        const Tested at = located(m, bytes);
+        tables->push_back({rows, code, known, at.some, at.bytes, message_});
     });
 }
 
@@ -276,7 +294,8 @@ void Trail::value(const Message& m, std::string_view name, const Field* field, c
             const auto first = static_cast<std::uint32_t>(ranges_.size());
             if (at.some) ranges_.push_back(at.bytes);
             if (values_.size() < most_stretches) {
-                values_.push_back({name, field, meaning, s.begin, s.end, first, at.some ? 1U : 0U, message_, at.missing});
+                values_.push_back(
+                    {name, field, meaning, s.begin, s.end, first, at.some ? 1U : 0U, message_, at.missing});
             }
             seen_ = s.end;
             return;
@@ -405,6 +424,7 @@ std::vector<ByteRange> Trail::unused() const {
         if (messages_[v.message].reassembled) continue;
         for (const ByteRange& r : bytes_of(v)) use(r);
     }
+    for (const ByteRange& r : put_by_) use(r);
     std::vector<ByteRange> result;
     for (std::uint32_t k = 0; k < length; ++k) {
         if (used[k]) continue;

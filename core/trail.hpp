@@ -13,6 +13,8 @@ namespace ztdecode {
 
 class Message;
 class Text;
+struct Item;
+struct Opcode;
 
 // A run of message bytes: offsets first ... last in the message as it was captured (or in the reassembled
 // one).
@@ -62,6 +64,7 @@ struct NotedMessage {
     std::uint32_t origin = 0;  // where its bytes begin in the captured one, or in the reassembled one
     std::uint32_t length = 0;
     std::uint32_t source_length = 0;  // of the captured or reassembled one
+    std::uint32_t there = 0;          // bytes of it that are in the captured one, from its first one on
     std::uint32_t direction = 0;
     std::string_view link{};
     std::string_view name{};  // none: its code is unknown
@@ -72,6 +75,24 @@ struct NotedMessage {
     std::vector<std::uint8_t> bytes{};      // of one that was put together here
     std::vector<std::uint64_t> segments{};  // where they stood in the trace: `Trail::place` of each
     std::vector<ByteRange> missing{};       // offsets in itself
+};
+
+// The rows of a table, of one kind or the other.
+struct TableRows {
+    const Opcode* opcodes = nullptr;
+    const Item* items = nullptr;
+    std::size_t count = 0;
+    std::string_view other{};  // the name of every other code's message, where it has one
+};
+
+// A table that was asked for a code.
+struct AskedTable {
+    TableRows rows;
+    std::uint32_t code;
+    bool known;       // it has a row for the code
+    bool some;        // the code was read from a byte of the message,
+    ByteRange bytes;  // from these
+    std::uint32_t message;
 };
 
 // Notes of one message's decoding, for whoever asks for them: every value with its name, its meaning and its
@@ -91,6 +112,9 @@ class Trail {
     // Where the captured message stands in its trace (its line); said before it is decoded.
     std::uint64_t place = 0;
 
+    // Where the tables go that were asked, for who wants to know what there is: null for everybody else.
+    std::vector<AskedTable>* tables = nullptr;
+
     // Starts anew for the message whose text is written to `text` from its present end on.
     void start(const Text& text, const Message& m);
     // Closes the last stretch; std::bad_alloc is thrown when there was no memory for a note. Offsets count
@@ -106,9 +130,14 @@ class Trail {
     void name(std::string_view name, std::uint32_t code, bool is_code) noexcept;
 
     // Bytes that decide what is written next. They count until the scope ends in which they were tested.
-    void test(const Message& m, Place bytes) noexcept;
+    void test(const Message& m, Place bytes) noexcept {
+        if (words_too_ || !all_there(bytes)) note_test(m, bytes);
+    }
     // Bytes that say where the others stand.
     void walk(const Message& m, Place bytes) noexcept;
+    // Bytes that are put by for a message that is put together from segments.
+    void put_by(const Message& m, Place bytes) noexcept;
+    void asked(const Message& m, const TableRows& rows, std::uint32_t code, bool known, Place bytes) noexcept;
     std::size_t scope() const noexcept { return tested_.size(); }
     void end_scope(std::size_t scope) noexcept;
 
@@ -163,7 +192,7 @@ class Trail {
     std::span<const ByteRange> bytes_of(const NotedValue& v) const noexcept {
         return {ranges_.data() + v.first_range, v.ranges};
     }
-    // The runs of bytes of the captured message that no stretch names.
+    // The runs of bytes of the captured message that no stretch names and that were not put by.
     std::vector<ByteRange> unused() const;
 
     struct Walked {
@@ -183,7 +212,8 @@ class Trail {
     template <class Note>
     void note(Note write) noexcept;
     void look_at_words() noexcept;
-    bool all_there(const Message& m, Place bytes) const noexcept;
+    void note_test(const Message& m, Place bytes) noexcept;
+    bool all_there(Place bytes) const noexcept { return std::size_t{bytes.first} + bytes.count <= there_; }
     Tested located(const Message& m, Place bytes);
     void begin_message(const Message& m, bool reassembled);
     void look_at_tested();
@@ -198,6 +228,7 @@ class Trail {
     std::size_t origin_ = 0;
     std::uint32_t seen_ = 0;  // of the text
     std::uint32_t message_ = 0;
+    std::uint32_t there_ = 0;       // of the present message
     std::size_t first_tested_ = 0;  // of the present message
     bool tested_changed_ = true;    // since the last literal
     std::uint32_t literal_first_range_ = 0;
@@ -210,6 +241,7 @@ class Trail {
     std::vector<NotedMessage> messages_;
     std::vector<ByteRange> ranges_;
     std::vector<Walked> walked_;
+    std::vector<ByteRange> put_by_;
 };
 
 }  // namespace ztdecode

@@ -16,7 +16,7 @@ bool printable(std::uint8_t c) { return c >= 0x20 && c < 0x7F; }
 
 // byte 1: 1 start, 2 stop
 void production_test(Decoding& d) {
-    constexpr auto tests =
+    static constexpr auto tests =
         names({{1, "start keyboard test"}, {2, "stop keyboard test"}}, "unknown parameter");
     if (d.length() == 2) {
         d.print("production test: {test}"_cf, tests[d[1]]);
@@ -47,7 +47,8 @@ void subdevice_command(Decoding& d) {
 
 // byte 1, where there is one: 0 2G, 1 3G
 void warm_start(Decoding& d) {
-    constexpr auto modes = names({{0, "warmstart mode 2G"}, {1, "warmstart mode 3G"}}, "warmstart bizarre");
+    static constexpr auto modes =
+        names({{0, "warmstart mode 2G"}, {1, "warmstart mode 3G"}}, "warmstart bizarre");
     switch (d.length()) {
         case 1:
             d.add("warmstart simple");
@@ -92,13 +93,13 @@ void write_display_line(Decoding& d) {
 
 // byte 1: option   byte 2: state
 void metastate(Decoding& d) {
-    constexpr auto states = names({{0, "disable"}, {1, "active"}, {2, "wake up"}}, "inconnu");
+    static constexpr auto states = names({{0, "disable"}, {1, "active"}, {2, "wake up"}}, "inconnu");
     d.print("metastate option {option:x}= {option_state}"_cf, d[1], states[d[2]]);
 }
 
 // byte 1: channel of the voice   byte 2: channel of the announce
 void voice_channel(Decoding& d) {
-    constexpr auto channels = names({{0, "No"}, {1, "B1"}, {2, "B2"}, {3, "B3"}}, "unknown channel");
+    static constexpr auto channels = names({{0, "No"}, {1, "B1"}, {2, "B2"}, {3, "B3"}}, "unknown channel");
     d.print("voice channel: voice= {voice_channel}, announce= {announce_channel}"_cf, channels[d[1]],
             channels[d[2]]);
 }
@@ -124,9 +125,11 @@ void side_tone(Decoding& d) { d.value("side_tone", flag(d[1] != 0, "side tone on
 // Of 13 bytes: byte 2 what to do with refusals, byte 3 what is downloaded, bytes 10 to 12 its length.
 // Otherwise: byte 3 identifier, bytes 10 to 13 length.
 void download_request(Decoding& d) {
-    constexpr auto refusals = names({{0, ", accept all refusals"}, {1, ", will override software lock"}}, "");
-    constexpr auto contents = names({{0, ", patches"}, {1, ", application"}, {2, ", data"}}, "");
-    constexpr auto identifiers = names({{0xAA, "base binary"}, {0xCC, "patch binary"}}, "unknown identifier");
+    static constexpr auto refusals =
+        names({{0, ", accept all refusals"}, {1, ", will override software lock"}}, "");
+    static constexpr auto contents = names({{0, ", patches"}, {1, ", application"}, {2, ", data"}}, "");
+    static constexpr auto identifiers =
+        names({{0xAA, "base binary"}, {0xCC, "patch binary"}}, "unknown identifier");
     d.add("request");
     if (d.length() == 13) {
         d.print("{refusals}{download_content}, length 0x{download_length:06x}"_cf, refusals[d[2]],

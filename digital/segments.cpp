@@ -12,9 +12,9 @@ void gather(Reassembly& whole, const Decoding& d, std::uint32_t first) {
     for (std::uint32_t k = first; k < d.length() && whole.gathered < message_capacity; ++k) {
         whole.bytes[whole.gathered++] = d[k].number;
     }
-    if (d.trail() != nullptr && whole.places.size() < message_capacity) {
-        whole.places.push_back(d.trail()->place);
-    }
+    if (d.trail() == nullptr) return;
+    d.trail()->put_by(d.message(), {first, d.length() - std::min(first, d.length())});
+    if (whole.places.size() < message_capacity) whole.places.push_back(d.trail()->place);
 }
 
 // bytes 2, 3: length of the whole message, high byte first
@@ -24,6 +24,7 @@ void start(Reassembly& whole, const Decoding& d) {
     whole.direction = d.direction();
     whole.gathered = 0;
     whole.places.clear();
+    if (d.trail() != nullptr) d.trail()->put_by(d.message(), {2, 2});
     gather(whole, d, 4);
 }
 

@@ -45,19 +45,19 @@ void download_ack(Decoding& d, const Byte& code) {
 
 // byte 1: key
 void digit_dialled(Decoding& d) {
-    constexpr auto digits = names({{0, "0"},
-                                   {1, "1"},
-                                   {2, "2"},
-                                   {3, "3"},
-                                   {4, "4"},
-                                   {5, "5"},
-                                   {6, "6"},
-                                   {7, "7"},
-                                   {8, "8"},
-                                   {9, "9"},
-                                   {10, "*"},
-                                   {11, "#"}},
-                                  "");
+    static constexpr auto digits = names({{0, "0"},
+                                          {1, "1"},
+                                          {2, "2"},
+                                          {3, "3"},
+                                          {4, "4"},
+                                          {5, "5"},
+                                          {6, "6"},
+                                          {7, "7"},
+                                          {8, "8"},
+                                          {9, "9"},
+                                          {10, "*"},
+                                          {11, "#"}},
+                                         "");
     if (d.on(d[1] < 12)) {
         d.print("digit dialed '{digit}'"_cf, digits[d[1]]);
     } else {
@@ -165,8 +165,10 @@ void adapter_reset(Decoding& d) {
 
 // byte 6: channels   byte 7: power feeding   byte 9: 1 download suggested
 void base_reset(Decoding& d) {
-    constexpr auto channels = names({{0, ", reserved"}, {1, ", 3 channels"}, {2, ", 6 channels"}}, ", ???");
-    constexpr auto power = names({{0, ", local power feeding"}, {1, ", remote power feeding"}}, ", ???");
+    static constexpr auto channels =
+        names({{0, ", reserved"}, {1, ", 3 channels"}, {2, ", 6 channels"}}, ", ???");
+    static constexpr auto power =
+        names({{0, ", local power feeding"}, {1, ", remote power feeding"}}, ", ???");
     software_version(d);
     d.value("channels", channels[d[6]]);
     d.value("power_feeding", power[d[7]]);
@@ -216,7 +218,7 @@ void reset(Decoding& d) {
 
 // The report's length tells what it is about.
 void error_status_or_interface_event(Decoding& d) {
-    constexpr auto events = names({{1, "msg too long"}, {2, "short circuit"}}, "???");
+    static constexpr auto events = names({{1, "msg too long"}, {2, "short circuit"}}, "???");
     switch (d.length()) {
         case 7:
             d.print("error status for command 0x{command:02x}: 0x{error_status:08x}"_cf, d[2], d.u32(3));
@@ -240,7 +242,7 @@ void warning_report(Decoding& d) { d.print("warning: {warning}"_cf, warning(d[2]
 void subdevice_down(Decoding& d) { d.print("subdevice {subdevice:x} is down"_cf, d[2]); }
 
 void hub_event(Decoding& d) {
-    constexpr auto events = names({{1, "msg too long"}}, "???");
+    static constexpr auto events = names({{1, "msg too long"}}, "???");
     d.print("hub event: {event}"_cf, events[d[2]]);
 }
 

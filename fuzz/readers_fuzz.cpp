@@ -23,9 +23,14 @@ using ztdecode::ReadResult;
 using ztdecode::Text;
 using ztdecode::fuzz::expect;
 
-constexpr std::array<LineLayout, 8> layouts = {
-    LineLayout::line,      LineLayout::line_lng2,       LineLayout::tagged,          LineLayout::spzt,
-    LineLayout::spzt_lng2, LineLayout::line_any_length, LineLayout::line_any_length, LineLayout::line_any_length};
+constexpr std::array<LineLayout, 8> layouts = {LineLayout::line,
+                                               LineLayout::line_lng2,
+                                               LineLayout::tagged,
+                                               LineLayout::spzt,
+                                               LineLayout::spzt_lng2,
+                                               LineLayout::line_any_length,
+                                               LineLayout::line_any_length,
+                                               LineLayout::line_any_length};
 
 enum : std::uint8_t { bit_to_dhs = 8, bit_zeros = 16 };
 

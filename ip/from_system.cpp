@@ -21,7 +21,8 @@ void stream_list(Decoding& d, std::uint32_t first) {
 }
 
 void start_rtp(Decoding& d) {
-    constexpr auto directions = names({{0, "TSC input"}, {1, "TSC output"}, {2, "both directions"}}, "???");
+    static constexpr auto directions =
+        names({{0, "TSC input"}, {1, "TSC output"}, {2, "both directions"}}, "???");
     d.print("start RTP: {stream_direction}"_cf, directions[d[2]]);
     stream_list(d, 3);
 }
@@ -80,7 +81,7 @@ void def_tones(Decoding& d) {
 // byte 2: number of entries in bits 0-5, direction in bits 0-1 (the two overlap)   then 3 bytes each: tone,
 // duration (2)
 void start_tone(Decoding& d) {
-    constexpr auto directions =
+    static constexpr auto directions =
         names({{0, "to the phone"}, {1, "to the network"}, {2, "to both phone and network"}}, "");
     const Byte count = d[2] & 0x3F;
     const Byte direction = d[2] & 3;

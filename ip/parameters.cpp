@@ -84,7 +84,10 @@ constexpr auto parameters =
 Word parameter_name(const Number& id) noexcept { return parameters.label(id); }
 
 void write_parameter(Decoding& d, const Number& id) {
-    if (!parameters.write(d, id)) d.hex("unknown_item_bytes", 0, d.length(), Decoding::Before::blank);
+    if (parameters.write(d, id)) return;
+    const Decoding::Scope unknown(d);
+    d.on(id);
+    d.hex("unknown_item_bytes", 0, d.length(), Decoding::Before::blank);
 }
 
 }  // namespace ztdecode::ip

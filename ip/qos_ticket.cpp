@@ -34,7 +34,7 @@ void hex_words(Decoding& d) { hex_table(d, 2); }
 void hex_double_words(Decoding& d) { hex_table(d, 4); }
 
 void equipment(Decoding& d) {
-    d.value(row_field, {Kind::number, true, 0, d.u16(0).number, d.u16(0).place},
+    d.value(row_field, {Kind::word, true, 0, d.u16(0).number, d.u16(0).place},
             [&] { d.out().print("{-}.{-}"_cf, d[0], d[1]); });
 }
 
@@ -130,7 +130,7 @@ void qos_ticket(Decoding& d) {
         at += length.number;
         if (at < d.length()) d.add(new_list_line);
         if (d[at].number == end_tag) {
-            d.on(d[at]);
+            d.walk(d[at]);
             d.add("\n\t... end missing");
             break;
         }

@@ -39,7 +39,7 @@ void mmi_password(Decoding& d) {
 }
 
 void pc_port_status(Decoding& d) {
-    constexpr auto states = names({{0, "no security"}, {1, "block"}, {2, "filter VLAN"}}, "");
+    static constexpr auto states = names({{0, "no security"}, {1, "block"}, {2, "filter VLAN"}}, "");
     d.value(row_field, NameOrCode{states[d[0].number], d[0].number, "unknown param 0x", d[0].place});
 }
 
@@ -55,18 +55,18 @@ void dtmf_level(Decoding& d) {
 }
 
 void skin(Decoding& d) {
-    constexpr auto skins = names({{0, "handled by terminal"},
-                                  {1, "classical"},
-                                  {2, "rainbow"},
-                                  {3, "green"},
-                                  {4, "luxury"},
-                                  {5, "release skin"}},
-                                 "");
+    static constexpr auto skins = names({{0, "handled by terminal"},
+                                         {1, "classical"},
+                                         {2, "rainbow"},
+                                         {3, "green"},
+                                         {4, "luxury"},
+                                         {5, "release skin"}},
+                                        "");
     d.value(row_field, NameOrCode{skins[d[0].number], d[0].number, "unknown 0x", d[0].place});
 }
 
 void environment(Decoding& d) {
-    constexpr auto environments =
+    static constexpr auto environments =
         names({{0, "standard"}, {1, "open space"}, {2, "meeting room"}, {3, "noisy"}}, "");
     d.value(row_field, NameOrCode{environments[d[0].number], d[0].number, "unknown 0x", d[0].place});
 }
@@ -76,14 +76,14 @@ void language(Decoding& d) { d.text(row_field, 0, 2); }
 
 // Any code but these two enables it.
 void usb_boost_charging(Decoding& d) {
-    constexpr auto states = names({{0, "disabled"}, {2, "auto_neg"}}, "enabled");
+    static constexpr auto states = names({{0, "disabled"}, {2, "auto_neg"}}, "enabled");
     Word state = states[d[0]];
     state.known = true;
     d.value(row_field, state);
 }
 
 void logo_led(Decoding& d) {
-    constexpr auto states =
+    static constexpr auto states =
         names({{0, "managed byt the set"}, {1, "enabled"}, {2, "disabled"}}, "illegal value");
     d.value(row_field, states[d[0]]);
 }

@@ -44,7 +44,7 @@ void update_mode(Decoding& d) {
 }
 
 void application_mode(Decoding& d) {
-    constexpr auto application_modes = names({{0, " RYM"}, {1, " SIP"}}, "");
+    static constexpr auto application_modes = names({{0, " RYM"}, {1, " SIP"}}, "");
     d.value(row_field, application_modes[d[0]]);
 }
 

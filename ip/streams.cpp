@@ -25,7 +25,7 @@ void codec(Decoding& d) { d.value(row_field, codecs[d[0]]); }
 void milliseconds(Decoding& d) { d.print("{} ms"_cf, d[0]); }
 
 void channel(Decoding& d) {
-    constexpr auto channels = names({{0, "0 <=> main"}, {1, "1 <=> announce"}}, "");
+    static constexpr auto channels = names({{0, "0 <=> main"}, {1, "1 <=> announce"}}, "");
     const Word channel = channels[d[0]];
     if (channel.known) {
         d.value(row_field, channel);
@@ -86,15 +86,16 @@ constexpr auto listen_items = items({{0x00, "remote IP=", ip_address},
                                     "???");
 
 void tag_check(Decoding& d) {
-    constexpr auto tag_checks = names({{0x00, "no authentication"},
-                                       {0x01, "Authentication tag emission with received tag control"},
-                                       {0x10, "Authentication tag emission without received tag control"}},
-                                      "unknown");
+    static constexpr auto tag_checks =
+        names({{0x00, "no authentication"},
+               {0x01, "Authentication tag emission with received tag control"},
+               {0x10, "Authentication tag emission without received tag control"}},
+              "unknown");
     d.value(row_field, tag_checks[d[0]]);
 }
 
 void integrity_method(Decoding& d) {
-    constexpr auto integrity_methods = names({{0, "old method"}, {1, "new method"}}, "unknown");
+    static constexpr auto integrity_methods = names({{0, "old method"}, {1, "new method"}}, "unknown");
     d.value(row_field, integrity_methods[d[0]]);
 }
 

@@ -23,7 +23,7 @@ void init(Decoding& d) {
 }
 
 void incident(Decoding& d) {
-    constexpr auto incidents =
+    static constexpr auto incidents =
         names({{0, "dhcp lease renewal failed"}, {1, "lanpbx file corrupted"}}, "unknown");
     d.print("incident: {incident}"_cf, incidents[d[2]]);
 }

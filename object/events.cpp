@@ -13,7 +13,7 @@ namespace {
 // The pressed key as a text.
 void key(Decoding& d) {
     d.add("\n\tkeychar         ");
-    if (!print_text(d, "key_text", Utf8Mode::characters)) return;
+    if (!d.on(print_text(d, "key_text", Utf8Mode::characters))) return;
     d.add("\t");
     print_text(d, "character_names", Utf8Mode::names);
 }
@@ -27,7 +27,9 @@ void error_property(Decoding& d, const Byte& id) {
         d.add("\n\tproperty        not relevant");
     } else {
         const Property property = Properties(*d.session().object.properties)[id.number];
-        d.print("\n\tproperty        {property}\t//0x{property_id:02X}"_cf,
+        d.add("\n\tproperty        ");
+        d.on(d[3]);
+        d.print("{property}\t//0x{property_id:02X}"_cf,
                 Word{property.name, id.number, property.known, id.place}, id);
     }
 }

@@ -128,7 +128,7 @@ void print_bool(Decoding& d, FieldName field) {
 
 // A text with characters beyond ASCII shows a second time with their names.
 void print_utf8(Decoding& d, FieldName field) {
-    if (!print_text(d, field, Utf8Mode::characters)) return;
+    if (!d.on(print_text(d, field, Utf8Mode::characters))) return;
     d.add("\t//");
     print_text(d, "character_names", Utf8Mode::names);
 }
@@ -189,7 +189,7 @@ FieldName Properties::field(std::uint8_t id) const noexcept {
     return FieldName(known_ ? known_.field(id) : field_of_property((*this)[id].name));
 }
 
-bool print_text(Decoding& d, FieldName field, Utf8Mode mode) {
+Condition print_text(Decoding& d, FieldName field, Utf8Mode mode) {
     Text& out = d.out();
     out.add("\"");
     Written written;
@@ -203,7 +203,7 @@ bool print_text(Decoding& d, FieldName field, Utf8Mode mode) {
         });
     }
     out.add("\"");
-    return written.beyond_ascii;
+    return {written.beyond_ascii, 0, {d[0].place.first, written.bytes}};
 }
 
 std::uint8_t shown_character(std::uint8_t c) noexcept { return is_printable(c) ? c : std::uint8_t{'$'}; }
@@ -224,7 +224,10 @@ void print_properties(Decoding& d, std::uint32_t first, const Properties& table,
         const Byte id = d[at++];
         const bool indexed = (d.on(id) & 0x80) != 0;
         const std::uint32_t index_at = at;
-        if (indexed) ++at;
+        if (indexed) {
+            d.walk(id);
+            ++at;
+        }
         const Byte announced = d[at++];
         std::uint32_t length = announced.number;
         const bool two = (length & 0x80) != 0 && length_field == LengthField::one_or_two_bytes;

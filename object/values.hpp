@@ -54,7 +54,7 @@ enum class Utf8Mode { names, characters };
 
 // Writes the bytes as a text in double quotes. True when it has a character beyond ASCII. A zero byte in such
 // a character is written as any other: whoever reads the whole message as a C string sees it end there.
-bool print_text(Decoding& d, FieldName field, Utf8Mode mode);
+Condition print_text(Decoding& d, FieldName field, Utf8Mode mode);
 
 // A character of free text as it shows: "$" for what is not printable.
 std::uint8_t shown_character(std::uint8_t c) noexcept;

@@ -1,5 +1,6 @@
 #include "tool/display.hpp"
 
+#include <sys/ioctl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -43,6 +44,11 @@ Display display(const Options& options) {
             .escapes_diagnostics = wants_escapes(options.control, STDERR_FILENO),
             .progress = options.progress && !options.several_at_once() && is_terminal(STDERR_FILENO) &&
                         is_file(STDOUT_FILENO)};
+}
+
+std::size_t terminal_width(int descriptor) {
+    winsize size{};
+    return ::ioctl(descriptor, TIOCGWINSZ, &size) == 0 && size.ws_col != 0 ? size.ws_col : 80;
 }
 
 }  // namespace ztdecode::tool

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <cstddef>
+
 #include "tool/options.hpp"
 
 namespace ztdecode::tool {
@@ -15,5 +17,7 @@ Display display(const Options& options);
 
 // Whether what goes to this descriptor is shown on a terminal.
 bool is_terminal(int descriptor);
+// Its columns; 80 where it does not say.
+std::size_t terminal_width(int descriptor);
 
 }  // namespace ztdecode::tool

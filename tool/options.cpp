@@ -73,6 +73,7 @@ Examples:
   ztdecode trace.spzt
   tail -f trace.spzt | ztdecode --no-input
   ztdecode --explain trace.spzt | less
+  ztdecode --catalog | less
   ztdecode --layout bin2 --direction to capture.bin
 
 Exit status: 0, 1 when lines were refused, 2 for bad usage, a file that cannot
@@ -152,6 +153,10 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
     add_switch(app, "--audio-only", o.audio_only, "audio messages only")->group("Output");
     add_switch(app, "--explain", o.explain, "which bytes each stretch of a text came from")->group("Output");
     add_switch(app, "--debug", o.debug, "what the decoders trace on the side")->group("Output");
+    add_switch(app, "--catalog", o.catalog,
+               "list every message that can be decoded with\n"
+               "its code and its fields, and read no file")
+        ->group("Output");
     add_choice(app, "--color", o.color, colors,
                "red to the system, green from it: auto (on a\n"
                "terminal without NO_COLOR, default), always\n"
@@ -222,6 +227,10 @@ Arguments parse_arguments(int argc, char** argv) {
         return {std::nullopt, status_failed};
     }
     o.input = !no_input;
+    if (o.catalog && !o.files.empty()) {
+        say_what_is_wrong("--catalog: reads no file, " + o.files.front() + " is one too many");
+        return {std::nullopt, status_failed};
+    }
     if (o.files.empty()) o.files.emplace_back("-");
     return {std::move(o), 0};
 }

@@ -30,6 +30,7 @@ struct Options {
     bool audio_only = false;
     bool debug = false;
     bool explain = false;
+    bool catalog = false;  // list the messages that there are, and decode nothing
     unsigned jobs = 1;
 
     bool several_at_once() const noexcept { return jobs > 1 && files.size() > 1; }

@@ -15,7 +15,9 @@
 #include <system_error>
 #include <thread>
 
+#include "decode/catalog.hpp"
 #include "tool/file_outputs.hpp"
+#include "tool/report/catalog.hpp"
 #include "tool/trace.hpp"
 
 namespace ztdecode::tool {
@@ -79,6 +81,19 @@ int status_with_output(int status, int error) {
     if (error == 0 || error == EPIPE) return status;
     std::fprintf(stderr, "ztdecode: standard output: %s\n", std::strerror(error));
     return status_failed;
+}
+
+int list_catalog(const Options& options, const Display& display) {
+    Output out(STDOUT_FILENO, false);
+    const std::vector<CatalogRow> rows = catalog();
+    if (options.format == Format::ndjson) {
+        write_catalog_as_ndjson(rows, out.text);
+    } else {
+        write_catalog(rows, is_terminal(STDOUT_FILENO) ? terminal_width(STDOUT_FILENO) : 0, display.color,
+                      out.text);
+    }
+    out.flush();
+    return status_with_output(0, out.error());
 }
 
 int run_one_by_one(const Options& options, const Display& display) {
@@ -211,6 +226,7 @@ class Jobs {
 int run(const Options& options) {
     std::signal(SIGPIPE, SIG_IGN);
     const Display shown = display(options);
+    if (options.catalog) return list_catalog(options, shown);
     if (options.several_at_once()) {
         Jobs jobs(options, shown);
         if (jobs.start()) return jobs.finish();

@@ -248,8 +248,11 @@ constexpr auto reports = opcodes({{0x02, "download_ack", download_ack},
     decode_carried(carried);
 }
 
-void message_of_a_set(Decoding& d, std::uint8_t code) {
-    if (code >= first_set && code <= last_set) carried_message(d);
+void message_of_a_set(Decoding& d, const Byte& code) {
+    if (code.number < first_set || code.number > last_set) return;
+    const Decoding::Scope scope(d);
+    d.on(code);
+    carried_message(d);
 }
 
 }  // namespace
@@ -258,7 +261,7 @@ void message_of_a_set(Decoding& d, std::uint8_t code) {
 void to_system(Decoding& d) {
     d.status = Status::recognised;
     write_report(d);
-    message_of_a_set(d, d[1].number & 0x7F);
+    message_of_a_set(d, d[1] & 0x7F);
 }
 
 void from_system(Decoding& d) {
@@ -268,7 +271,7 @@ void from_system(Decoding& d) {
         return;
     }
     write_command(d);
-    message_of_a_set(d, d[1].number);
+    message_of_a_set(d, d[1]);
 }
 
 }  // namespace ztdecode::hub

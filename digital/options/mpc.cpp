@@ -102,6 +102,7 @@ void set_emulation(Decoding& d) {
     do {
         carrying.emulation_inside = false;
         carrier = played.emplace_front(*carrier).decode();
+        if (carrier != nullptr && carrying.emulation_inside) carrier->on(carrier->u24(0));
     } while (carrier != nullptr && carrying.emulation_inside);
 }
 

@@ -47,9 +47,10 @@ void segment_message(Decoding& d, std::int32_t& total) {
     const bool first = d.bit(3, 7).holds;
     const std::int32_t to_come = d[3].number & 0x7F;
     if (first) total = to_come + 1;
-    d.print("segment message {segment}/{segments}"_cf, d[3].as(total - to_come),
-            Value<std::int32_t>{total, first ? d[3].place : Place{}});
-    if (d.on(d.bit(3, 7))) d.print("\n\t- {call_control}"_cf, call_control(d[12]));
+    d.print("segment message {segment}/"_cf, d[3].as(total - to_come));
+    d.on(d.bit(3, 7));
+    d.value("segments", Value<std::int32_t>{total, first ? d[3].place : Place{}});
+    if (first) d.print("\n\t- {call_control}"_cf, call_control(d[12]));
 }
 
 void data_link(Decoding& d) { d.print(" sapi {sapi} tei {tei:02X} "_cf, d[3], d[4]); }

@@ -182,12 +182,14 @@ TEST(Trail, ReassembledMessagesAreMarked) {
     w.trail.place = 11;
     EXPECT_EQ(w.from_dhs("0c 81 00 03 21"),
               (Lines{"\t- segment message <0>", "1<1 segment>", "/<0>", "2<1 segments>"}));
+    EXPECT_EQ(w.unused(), "");
     w.trail.place = 17;
     const Lines found = w.from_dhs("0c 00 01 09 77");
     EXPECT_EQ(w.text, "\t- segment message 2/2\n\t- red led 9 ON");
     EXPECT_EQ(found, (Lines{"\t- segment message <0>", "2<1 segment>", "/<0>", "2<1 segments>", "\n<0-1>",
                             "\t- <0R>", "red led <0-1R>", "9<2R led>", " ON<0-1R>"}));
     EXPECT_EQ(w.decoding.output, "21 00 00 21 01 09 ");
+    EXPECT_EQ(w.unused(), "");
     ASSERT_EQ(w.trail.messages().size(), 2U);
     EXPECT_EQ(w.trail.messages()[1].bytes, bytes("21 01 09"));
     EXPECT_EQ(w.trail.messages()[1].segments, (std::vector<std::uint64_t>{11, 17}));

@@ -53,28 +53,29 @@ TEST(VoiceMode, NewModes) {
 }
 
 TEST(VoiceMode, UnknownModes) {
-    for (int mode = 0; mode < 256; ++mode) {
+    for (unsigned mode = 0; mode < 256; ++mode) {
         if (mode <= 6 || (mode >= 0x10 && mode <= 0x13)) continue;
-        expect_from_system({{fmt::format("29 {:02x} 01 02 03", mode), "voice mode: ???"}});
+        expect_from_system({{formatted("29 {-:02x} 01 02 03"_cf, mode), "voice mode: ???"}});
     }
 }
 
 // Any gain byte, wherever a gain stands.
 TEST(VoiceMode, EveryGain) {
-    for (int byte = 0; byte < 256; ++byte) {
-        const int steps = byte < 128 ? byte : byte - 256;
-        const std::string gain = fmt::format("{:.1f}", steps * 0.5);
+    for (unsigned byte = 0; byte < 256; ++byte) {
+        const int steps = static_cast<std::int8_t>(byte);
+        const std::string gain =
+            (steps < 0 ? "-" : "") + std::to_string(std::abs(steps) / 2) + (steps % 2 != 0 ? ".5" : ".0");
         expect_from_system({
-            {fmt::format("29 11 {:02x} 00", byte),
+            {formatted("29 11 {-:02x} 00"_cf, byte),
              "new voice mode: handset, receiving " + gain + " dB, sending 0.0 dB"},
-            {fmt::format("29 12 00 {:02x}", byte),
+            {formatted("29 12 00 {-:02x}"_cf, byte),
              "new voice mode: headset, receiving 0.0 dB, sending " + gain + " dB"},
-            {fmt::format("29 13 80 {:02x}", byte),
+            {formatted("29 13 80 {-:02x}"_cf, byte),
              "new voice mode: handsfree, speaker mute, sending " + gain + " dB"},
-            {fmt::format("29 13 {:02x} 00", byte),
+            {formatted("29 13 {-:02x} 00"_cf, byte),
              byte == 0x80 ? "new voice mode: handsfree, speaker mute, sending 0.0 dB"
                           : "new voice mode: handsfree, speaker " + gain + " dB, sending 0.0 dB"},
-            {fmt::format("4d 01 {:02x}", byte), "loudspeaker on, volume= " + gain + " dB"},
+            {formatted("4d 01 {-:02x}"_cf, byte), "loudspeaker on, volume= " + gain + " dB"},
         });
     }
 }
@@ -88,9 +89,9 @@ TEST(Audio, Beep) {
         {"3c 05 01 02", "beep: define beep"},
         {"3c 00", "beep: unknown sub command"},
     });
-    for (int command = 0; command < 256; ++command) {
+    for (unsigned command = 0; command < 256; ++command) {
         if (command >= 3 && command <= 5) continue;
-        expect_from_system({{fmt::format("3c {:02x}", command), "beep: unknown sub command"}});
+        expect_from_system({{formatted("3c {-:02x}"_cf, command), "beep: unknown sub command"}});
     }
 }
 

@@ -59,17 +59,17 @@ TEST(FromSystem, PlainCommands) {
 
 TEST(FromSystem, UnknownOpcodes) {
     std::set<int> unknown = {0x05, 0x09, 0x0A, 0x2F, 0x34, 0x37, 0x4B, 0x4C};
-    for (int opcode = 0x0D; opcode <= 0x10; ++opcode) unknown.insert(opcode);
-    for (int opcode = 0x12; opcode <= 0x16; ++opcode) unknown.insert(opcode);
-    for (int opcode = 0x19; opcode <= 0x20; ++opcode) unknown.insert(opcode);
-    for (int opcode = 0x51; opcode <= 0x5F; ++opcode) unknown.insert(opcode);
-    for (int opcode = 0x65; opcode <= 0x6D; ++opcode) unknown.insert(opcode);
-    for (int opcode = 0x70; opcode <= 0x7F; ++opcode) unknown.insert(opcode);
-    for (int opcode = 0; opcode < 256; ++opcode) {
+    for (unsigned opcode = 0x0D; opcode <= 0x10; ++opcode) unknown.insert(opcode);
+    for (unsigned opcode = 0x12; opcode <= 0x16; ++opcode) unknown.insert(opcode);
+    for (unsigned opcode = 0x19; opcode <= 0x20; ++opcode) unknown.insert(opcode);
+    for (unsigned opcode = 0x51; opcode <= 0x5F; ++opcode) unknown.insert(opcode);
+    for (unsigned opcode = 0x65; opcode <= 0x6D; ++opcode) unknown.insert(opcode);
+    for (unsigned opcode = 0x70; opcode <= 0x7F; ++opcode) unknown.insert(opcode);
+    for (unsigned opcode = 0; opcode < 256; ++opcode) {
         const bool is_unknown = unknown.count(opcode & 0x7F) == 1;
         for (const std::string_view rest : {"", " 00", " 01 02 03 04 05 06 07"}) {
             TestSession d;
-            const std::string text = d.with(digital::from_system, fmt::format("{:02x}{}", opcode, rest));
+            const std::string text = d.with(digital::from_system, formatted("{-:02x}{-}"_cf, opcode, rest));
             EXPECT_EQ(d.status, is_unknown ? Status::unknown : Status::recognised) << opcode;
             EXPECT_EQ(text == "ERR: message inconnu", is_unknown) << opcode;
             EXPECT_FALSE(text.empty()) << opcode;
@@ -126,8 +126,8 @@ TEST(FromSystem, Leds) {
         {"a1 07", "all leds OFF"},
         {"a1 06 ff", "green led 255 slow flash ON "},
     });
-    for (int action = 8; action < 256; ++action) {
-        expect_from_system({{fmt::format("21 {:02x} 01", action), "led bizarre"}});
+    for (unsigned action = 8; action < 256; ++action) {
+        expect_from_system({{formatted("21 {-:02x} 01"_cf, action), "led bizarre"}});
     }
 }
 
@@ -151,10 +151,10 @@ TEST(FromSystem, DisplayLines) {
 }
 
 TEST(FromSystem, EveryCharacterOfADisplayLine) {
-    for (int c = 0; c < 256; ++c) {
+    for (unsigned c = 0; c < 256; ++c) {
         const char shown = c >= 0x20 && c <= 0x7E ? static_cast<char>(c) : '?';
         expect_from_system(
-            {{fmt::format("28 00 00 {:02x}", c), std::string("write line 2 \"") + shown + "\"\n"}});
+            {{formatted("28 00 00 {-:02x}"_cf, c), std::string("write line 2 \"") + shown + "\"\n"}});
     }
     std::string hex = "27 00 00";
     for (int i = 0; i < 5117; ++i) hex += " 41";
@@ -272,8 +272,8 @@ TEST(FromSystem, OtherDownloadSteps) {
         {"50 07", "download protocol "},
         {"50 0a 01 02 03 04", "download protocol "},
     });
-    for (int step = 10; step < 256; ++step) {
-        expect_from_system({{fmt::format("50 {:02x} 01 02 03 04", step), "download protocol "}});
+    for (unsigned step = 10; step < 256; ++step) {
+        expect_from_system({{formatted("50 {-:02x} 01 02 03 04"_cf, step), "download protocol "}});
     }
 }
 

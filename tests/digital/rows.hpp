@@ -28,7 +28,9 @@ inline void expect_rows(Decoder decoder, std::uint32_t direction, const std::vec
 }
 
 inline void expect_to_system(const std::vector<Row>& rows) { expect_rows(digital::to_system, to_dhs, rows); }
-inline void expect_from_system(const std::vector<Row>& rows) { expect_rows(digital::from_system, from_dhs, rows); }
+inline void expect_from_system(const std::vector<Row>& rows) {
+    expect_rows(digital::from_system, from_dhs, rows);
+}
 
 // The same with the high bit of the opcode, which does not count.
 inline std::string with_high_bit(std::string_view hex) {

@@ -43,7 +43,8 @@ TEST(Segments, OneSegmentIsAMessage) {
 
 TEST(Segments, UnknownMessages) {
     TestSession d;
-    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 7f"), "segment message 1/1\n\t- ERR: message inconnu");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 7f"),
+              "segment message 1/1\n\t- ERR: message inconnu");
     EXPECT_EQ(d.status, Status::recognised);  // the segment is known
 }
 
@@ -69,7 +70,8 @@ TEST(Segments, TheFirstSegmentSetsTheDirection) {
     TestSession d;
     // The segments' decoder is that of one direction; the whole message follows the direction of the first.
     EXPECT_EQ(d.with(digital::from_system, "0c 81 00 02 03", to_dhs), "segment message 1/2");
-    EXPECT_EQ(d.with(digital::from_system, "0c 00 05", from_dhs), "segment message 2/2\n\t- digit dialed '5'");
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 05", from_dhs),
+              "segment message 2/2\n\t- digit dialed '5'");
     EXPECT_EQ(d.with(digital::from_system, "0c 81 00 02 03", from_dhs), "segment message 1/2");
     EXPECT_EQ(d.with(digital::from_system, "0c 00 05", to_dhs), "segment message 2/2\n\t- software reset");
 }
@@ -105,21 +107,27 @@ TEST(Segments, AFirstOneStartsAnew) {
 // What was never sent is what an earlier message left there.
 TEST(Segments, TooFewBytes) {
     TestSession d;
-    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c"), "segment message 1/1\n\t- metastate option 0= disable");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c"),
+              "segment message 1/1\n\t- metastate option 0= disable");
     EXPECT_EQ(d.output, "2c 00 00 ");
     d.output.clear();
-    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c 05 02"), "segment message 1/1\n\t- metastate option 5= wake up");
-    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c"), "segment message 1/1\n\t- metastate option 5= wake up");
-    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03"), "segment message 1/1\n\t- metastate option 5= wake up");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c 05 02"),
+              "segment message 1/1\n\t- metastate option 5= wake up");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03 2c"),
+              "segment message 1/1\n\t- metastate option 5= wake up");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 03"),
+              "segment message 1/1\n\t- metastate option 5= wake up");
     EXPECT_EQ(d.output, "2c 05 02 2c 05 02 2c 05 02 ");
 }
 
 // Bytes behind the announced length stand behind the message all the same.
 TEST(Segments, TooManyBytes) {
     TestSession d;
-    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 2c 05 02"), "segment message 1/1\n\t- metastate option 5= wake up");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 01 2c 05 02"),
+              "segment message 1/1\n\t- metastate option 5= wake up");
     EXPECT_EQ(d.output, "2c ");
-    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 02 04 01 01 01"), "segment message 1/1\n\t- warmstart mode 3G");
+    EXPECT_EQ(d.with(digital::from_system, "0c 80 00 02 04 01 01 01"),
+              "segment message 1/1\n\t- warmstart mode 3G");
 }
 
 TEST(Segments, NoLength) {
@@ -156,7 +164,8 @@ TEST(Segments, LongerThanARecord) {
     // Positions from 5120 on are dropped when they are written, and zeros when they are read.
     EXPECT_EQ(d.with(digital::from_system, "0c 01" + bytes_of_a_segment), "segment message 2/3");
     d.output.clear();
-    EXPECT_EQ(d.with(digital::from_system, "0c 00 42"), "segment message 3/3\n\tDBG - " + std::string(5119, 'A'));
+    EXPECT_EQ(d.with(digital::from_system, "0c 00 42"),
+              "segment message 3/3\n\tDBG - " + std::string(5119, 'A'));
     EXPECT_EQ(d.output, "18 " + repeated("41 ", 5119) + repeated("00 ", 6000 - 5120));
     EXPECT_EQ(d.with(digital::from_system, "0c 80 ff ff 2a"), "segment message 1/1\n\t- version inquiry");
     d.output.clear();

@@ -43,44 +43,46 @@ constexpr std::array<std::string_view, 32> type_names = {
     "???",
 };
 
-std::string label(int type, int address) {
-    return fmt::format("[opt {} adr {}] ", type_names[static_cast<std::size_t>(type)], address);
+std::string label(unsigned type, unsigned address) {
+    return formatted("[opt {-} adr {-}] "_cf, type_names[type], address);
 }
 
-std::string message(int type, int address, std::string_view rest) {
-    return fmt::format("04 {:02x} {}", type << 3 | address, rest);
+// The label that the byte of a sub-device is shown as.
+std::string label_of(Session& session, unsigned byte) {
+    const Message none({});
+    Text out;
+    Decoding d(session, none, out);
+    digital::module_label(d, Byte{static_cast<std::uint8_t>(byte)});
+    return std::string(out.view());
+}
+
+std::string message(unsigned type, unsigned address, std::string_view rest) {
+    return formatted("04 {-:02x} {-}"_cf, type << 3 | address, rest);
 }
 
 TEST(OptionLabel, EveryByte) {
-    for (int byte = 0; byte < 0xF8; ++byte) {
-        const Session session;
-        Text out;
-        option_label(session, static_cast<std::uint8_t>(byte), out);
-        EXPECT_EQ(out.view(), label(byte >> 3, byte & 7)) << byte;
+    for (unsigned byte = 0; byte < 0xF8; ++byte) {
+        Session session;
+        EXPECT_EQ(label_of(session, byte), label(byte >> 3, byte & 7)) << byte;
     }
 }
 
 TEST(OptionLabel, AllTypeBitsSetShowWhatIsRemembered) {
     Session session;
-    for (int type = 0; type < 32; ++type) {
-        for (int address = 0; address < 8; ++address) {
+    for (unsigned type = 0; type < 32; ++type) {
+        for (unsigned address = 0; address < 8; ++address) {
             session.change(session.digital.modules).types.fill(31);
-            session.change(session.digital.modules).types[static_cast<std::size_t>(address)] =
-                static_cast<std::uint8_t>(type);
-            Text out;
-            option_label(session, static_cast<std::uint8_t>(0xF8 | address), out);
-            EXPECT_EQ(out.view(), label(type, address));
+            session.change(session.digital.modules).types[address] = static_cast<std::uint8_t>(type);
+            EXPECT_EQ(label_of(session, 0xF8 | address), label(type, address));
         }
     }
-    const Session fresh;  // every remembered type is 0
-    Text out;
-    option_label(fresh, 0xFB, out);
-    EXPECT_EQ(out.view(), "[opt V24 adr 3] ");
+    Session fresh;  // every remembered type is 0
+    EXPECT_EQ(label_of(fresh, 0xFB), "[opt V24 adr 3] ");
 }
 
 TEST(OptionTypeName, EveryType) {
     for (std::uint32_t type = 0; type < 300; ++type) {
-        EXPECT_EQ(option_type_name(type), type < 14 ? type_names[type] : "???") << type;
+        EXPECT_EQ(digital::module_type(Number{type}).text, type < 14 ? type_names[type] : "???") << type;
     }
 }
 
@@ -143,15 +145,15 @@ TEST(SubDeviceMessage, TheLabelShowsWhatWasRememberedBefore) {
 
 TEST(SubDeviceMessage, EveryTypeIsRemembered) {
     TestSession d;
-    for (int type = 0; type < 32; ++type) {
-        for (int address = 0; address < 8; ++address) {
+    for (unsigned type = 0; type < 32; ++type) {
+        for (unsigned address = 0; address < 8; ++address) {
             d.with(digital::to_system, message(type, address, "00"), to_dhs);
             EXPECT_EQ(d.session().digital.modules->types[static_cast<std::size_t>(address)], type);
         }
-        for (int address = 0; address < 8; ++address) {
-            EXPECT_EQ(
-                d.with(digital::from_system, fmt::format("02 {:02x} 7f", address)).substr(0, label(type, address).size()),
-                label(type, address));
+        for (unsigned address = 0; address < 8; ++address) {
+            EXPECT_EQ(d.with(digital::from_system, formatted("02 {-:02x} 7f"_cf, address))
+                          .substr(0, label(type, address).size()),
+                      label(type, address));
         }
     }
 }
@@ -189,9 +191,9 @@ TEST(SubDeviceMessage, ModuleReports) {
         {"04 38 1f 02", "[opt x21 adr 0] subdev message"},
         {"04 38 9e 02", "[opt x21 adr 0] subdev message"},
     });
-    for (int kind = 0; kind < 256; ++kind) {
+    for (unsigned kind = 0; kind < 256; ++kind) {
         if (kind <= 2 || kind == 6 || kind == 7 || kind == 0x81) continue;
-        expect_to_system({{fmt::format("04 38 9f {:02x}", kind), "[opt x21 adr 0] anomalie"}});
+        expect_to_system({{formatted("04 38 9f {-:02x}"_cf, kind), "[opt x21 adr 0] anomalie"}});
     }
 }
 
@@ -216,43 +218,46 @@ TEST(SubDeviceMessage, ModulesWithADecoderReportThemselves) {
     });
 }
 
-std::uint16_t reserved_after(std::string_view hex, std::uint16_t before) {
+// The type of the module that the decoder leaves, when the record came with this one.
+unsigned option_type_after(std::string_view hex, std::uint8_t before) {
     const auto data = bytes(hex);
     Session session;
     Message m(data);
     m.direction = to_dhs;
-    m.reserved = before;
     Text out;
-    rn2dhs(session, m, out);
-    return m.reserved;
+    Decoding d(session, m, out);
+    d.option_type = before;
+    digital::to_system(d);
+    return d.option_type;
 }
 
 TEST(SubDeviceMessage, Byte4IsTheOptionType) {
-    EXPECT_EQ(reserved_after("04 28 00 01 05 06", 0x1234), 0x0534);
-    EXPECT_EQ(reserved_after("04 28 00", 0x1234), 0x0034);
-    EXPECT_EQ(reserved_after("04 00 00 00 ff", 0x0000), 0xFF00);
-    EXPECT_EQ(reserved_after("04 38 9f 00 03 02 05 00 28", 0x1234), 0x0334);
+    EXPECT_EQ(option_type_after("04 28 00 01 05 06", 0x12), 0x05U);
+    EXPECT_EQ(option_type_after("04 28 00", 0x12), 0x00U);
+    EXPECT_EQ(option_type_after("04 00 00 00 ff", 0x00), 0xFFU);
+    EXPECT_EQ(option_type_after("04 38 9f 00 03 02 05 00 28", 0x12), 0x03U);
     // A module without a decoder: in its whole reset report alone.
-    EXPECT_EQ(reserved_after("04 38 9f 00 03 02 05", 0x1234), 0x1234);
-    EXPECT_EQ(reserved_after("04 38 9f 02 03 02 05 00 28", 0x1234), 0x1234);
-    EXPECT_EQ(reserved_after("04 38 00 00 03 02 05 00 28", 0x1234), 0x1234);
-    EXPECT_EQ(reserved_after("1f 00 00 00 03", 0x1234), 0x1234);
+    EXPECT_EQ(option_type_after("04 38 9f 00 03 02 05", 0x12), 0x12U);
+    EXPECT_EQ(option_type_after("04 38 9f 02 03 02 05 00 28", 0x12), 0x12U);
+    EXPECT_EQ(option_type_after("04 38 00 00 03 02 05 00 28", 0x12), 0x12U);
+    EXPECT_EQ(option_type_after("1f 00 00 00 03", 0x12), 0x12U);
 }
 
 TEST(SubDeviceMessage, AResetOfTheSetForgetsTheTypes) {
     for (const std::string_view reset : {"1f 00", "1f 01 01", "9f 00 04", "1f 01 ff"}) {
         TestSession d;
-        for (int address = 0; address < 8; ++address) d.with(digital::to_system, message(5, address, "00"), to_dhs);
+        for (unsigned address = 0; address < 8; ++address)
+            d.with(digital::to_system, message(5, address, "00"), to_dhs);
         d.with(digital::to_system, reset, to_dhs);
-        for (int address = 0; address < 8; ++address) {
-            EXPECT_EQ(d.with(digital::from_system, fmt::format("02 {:02x} 00", address)),
+        for (unsigned address = 0; address < 8; ++address) {
+            EXPECT_EQ(d.with(digital::from_system, formatted("02 {-:02x} 00"_cf, address)),
                       label(31, address) + "subdev command");
         }
     }
-    for (int kind = 2; kind < 256; ++kind) {
+    for (unsigned kind = 2; kind < 256; ++kind) {
         TestSession d;
         d.with(digital::to_system, "04 2b 00", to_dhs);
-        d.with(digital::to_system, fmt::format("1f {:02x} 04", kind), to_dhs);
+        d.with(digital::to_system, formatted("1f {-:02x} 04"_cf, kind), to_dhs);
         EXPECT_EQ(d.with(digital::from_system, "02 03 00"), "[opt Z adr 3] nop") << kind;
     }
 }
@@ -261,10 +266,11 @@ TEST(SubDeviceMessage, AShortReportOnTheHeLinkForgetsThemToo) {
     TestSession d;
     d.with(digital::to_system, "04 2b 00", to_dhs);
     const auto data = bytes("1f 00 00 05");
-    Message m(data);
-    m.route = route_he;
+    const Message m(data);
     Text out;
-    rn2dhs(d.session(), m, out);
+    Decoding on_he(d.session(), m, out);
+    on_he.route = route_he;
+    digital::to_system(on_he);
     EXPECT_EQ(d.with(digital::from_system, "02 03 00"), "[opt ??? adr 3] subdev command");
 }
 
@@ -294,17 +300,17 @@ TEST(SubDeviceCommand, TheRememberedTypeChoosesTheDecoder) {
         {"68", "read EEPROM"},
         {"68", "read EEPROM"},
     }};
-    for (int type = 0; type < 32; ++type) {
-        for (int address = 0; address < 8; ++address) {
+    for (unsigned type = 0; type < 32; ++type) {
+        for (unsigned address = 0; address < 8; ++address) {
             TestSession d;
             d.with(digital::to_system, message(type, address, "00"), to_dhs);
             const auto row = static_cast<std::size_t>(type);
             const std::string_view opcode = row < rows.size() ? rows[row].hex : "00";
             const std::string_view text = row < rows.size() ? rows[row].text : "subdev command";
-            EXPECT_EQ(d.with(digital::from_system, fmt::format("02 {:02x} {}", address, opcode)),
+            EXPECT_EQ(d.with(digital::from_system, formatted("02 {-:02x} {-}"_cf, address, opcode)),
                       label(type, address) + std::string(text));
             // The type bits of the command are not looked at.
-            EXPECT_EQ(d.with(digital::from_system, fmt::format("82 {:02x} {}", 0x98 | address, opcode)),
+            EXPECT_EQ(d.with(digital::from_system, formatted("82 {-:02x} {-}"_cf, 0x98 | address, opcode)),
                       label(type, address) + std::string(text));
             EXPECT_EQ(d.status, Status::recognised);
         }

@@ -118,10 +118,11 @@ TEST(DigitalSweep, EveryThirdByteOfModulesAndReports) {
                 data[2] = static_cast<std::uint8_t>(third);
                 for (std::size_t k = 3; k < 12; ++k) data[k] = static_cast<std::uint8_t>(third * k);
                 for (const auto decoder : {digital::to_system, digital::from_system}) {
-                    Message m(data.get(), 12, 12);
+                    const Message m(data.get(), 12, 12);
                     out.clear();
-                    decoder(session, m, out);
-                    ASSERT_NE(m.status, Status::none);
+                    Decoding d(session, m, out);
+                    decoder(d);
+                    ASSERT_NE(d.status, Status::none);
                     ASSERT_EQ(out.view().find('\0'), std::string_view::npos);
                     ASSERT_LT(out.size(), long_text);
                 }

@@ -45,11 +45,12 @@ TEST(ToSystem, UnknownOpcodes) {
     std::set<int> known = {3, 4, 12, 31, 33, 80};
     for (const Row& row : plain_messages) known.insert(bytes(row.hex)[0]);
     EXPECT_EQ(known.size(), 31U);
-    for (int opcode = 0; opcode < 256; ++opcode) {
+    for (unsigned opcode = 0; opcode < 256; ++opcode) {
         const bool is_known = known.count(opcode & 0x7F) == 1;
         for (const std::string_view rest : {"", " 00", " 03 04 05 06 07 08 09"}) {
             TestSession d;
-            const std::string text = d.with(digital::to_system, fmt::format("{:02x}{}", opcode, rest), to_dhs);
+            const std::string text =
+                d.with(digital::to_system, formatted("{-:02x}{-}"_cf, opcode, rest), to_dhs);
             EXPECT_EQ(d.status, is_known ? Status::recognised : Status::unknown) << opcode;
             EXPECT_EQ(text.empty(), !is_known) << opcode;
         }
@@ -77,8 +78,8 @@ TEST(ToSystem, Digits) {
                       {"03 0b", "digit dialed '#'"},
                       {"83 0a", "digit dialed '*'"},
                       {"03", "digit dialed '0'"}});
-    for (int key = 12; key < 256; ++key)
-        expect_to_system({{fmt::format("03 {:02x}", key), "digit dialed invalid"}});
+    for (unsigned key = 12; key < 256; ++key)
+        expect_to_system({{formatted("03 {-:02x}"_cf, key), "digit dialed invalid"}});
 }
 
 TEST(ToSystem, Segments) {
@@ -128,12 +129,12 @@ TEST(ToSystemReset, HardwareBits) {
 }
 
 TEST(ToSystemReset, NewerTerminals) {
-    for (int info = 0; info < 256; ++info) {
+    for (unsigned info = 0; info < 256; ++info) {
         const std::string_view designs[] = {"alpha", "reserved", "beta", "not used"};
-        const std::string hex = fmt::format("1f 00 00 00 00 00 00 {:02x}", info);
-        const std::string text =
-            fmt::format("reset hard, set-00 {}, soft=0.00, vta type{}, info1={}, info2=0, hard cfg=00, dec",
-                        designs[info & 3], (info & 0x38) != 0 ? ">=2" : "=1", info);
+        const std::string hex = formatted("1f 00 00 00 00 00 00 {-:02x}"_cf, info);
+        const std::string text = formatted(
+            "reset hard, set-00 {-}, soft=0.00, vta type{-}, info1={-}, info2=0, hard cfg=00, dec"_cf,
+            designs[info & 3], (info & 0x38) != 0 ? ">=2" : "=1", info);
         expect_to_system({{hex, text}});
     }
 }
@@ -224,10 +225,11 @@ OnRoute on_route(std::uint32_t route, std::string_view hex) {
     Session session;
     Message m(data);
     m.direction = to_dhs;
-    m.route = route;
     Text out;
-    rn2dhs(session, m, out);
-    return {std::string(out.view()), m.route, m.status};
+    Decoding d(session, m, out);
+    d.route = route;
+    digital::to_system(d);
+    return {std::string(out.view()), d.route, d.status};
 }
 
 TEST(ToSystemReset, OnTheHeLinkItIsShort) {
@@ -251,12 +253,12 @@ TEST(ToSystemReset, OnTheHeLinkItIsShort) {
 }
 
 TEST(ToSystemReset, AHubsReportChangesTheRoute) {
-    for (int kind = 0; kind < 256; ++kind) {
+    for (unsigned kind = 0; kind < 256; ++kind) {
         for (const std::uint32_t route : {0U, 1U, 2U}) {
-            EXPECT_EQ(on_route(route, fmt::format("1f {:02x} 04 00", kind)).route, 9U) << kind;
-            EXPECT_EQ(on_route(route, fmt::format("9f {:02x} 04", kind)).route, 9U) << kind;
-            EXPECT_EQ(on_route(route, fmt::format("1f {:02x} 03 04", kind)).route, route) << kind;
-            EXPECT_EQ(on_route(route, fmt::format("1f {:02x}", kind)).route, route) << kind;
+            EXPECT_EQ(on_route(route, formatted("1f {-:02x} 04 00"_cf, kind)).route, 9U) << kind;
+            EXPECT_EQ(on_route(route, formatted("9f {-:02x} 04"_cf, kind)).route, 9U) << kind;
+            EXPECT_EQ(on_route(route, formatted("1f {-:02x} 03 04"_cf, kind)).route, route) << kind;
+            EXPECT_EQ(on_route(route, formatted("1f {-:02x}"_cf, kind)).route, route) << kind;
         }
     }
     EXPECT_EQ(on_route(0, "21 00 04").route, 0U);
@@ -286,9 +288,9 @@ TEST(ToSystemReset, OtherKinds) {
         {"1f 09 02", "hub event: ???"},
         {"1f 09", "hub event: ???"},
     });
-    for (int kind = 0; kind < 256; ++kind) {
+    for (unsigned kind = 0; kind < 256; ++kind) {
         if (kind != 7 && kind <= 9) continue;
-        expect_to_system({{fmt::format("1f {:02x} 01 02 03 04 05", kind), "reset ???"}});
+        expect_to_system({{formatted("1f {-:02x} 01 02 03 04 05"_cf, kind), "reset ???"}});
     }
 }
 
@@ -355,11 +357,11 @@ TEST(ToSystem, DownloadAcknowledgements) {
             {"d0 02 ff 0a " + code + " 77", "download protocol " + text + ", number: 0xff0a"},
         });
     }
-    for (int code = 0; code < 256; ++code) {
+    for (unsigned code = 0; code < 256; ++code) {
         if (named.count(code) == 1) continue;
         expect_to_system(
-            {{fmt::format("50 02 00 00 {:02x}", code),
-              fmt::format("download protocol ack 0x{0:02X} ??? (0x{0:02X}), number: 0x0000", code)}});
+            {{formatted("50 02 00 00 {-:02x}"_cf, code),
+              formatted("download protocol ack 0x{-:02X} ??? (0x{-:02X}), number: 0x0000"_cf, code, code)}});
     }
 }
 
@@ -369,9 +371,9 @@ TEST(ToSystem, OtherDownloadSteps) {
                       {"50 05", "download protocol end ack"},
                       {"50 07", "download protocol checksum ack"},
                       {"50 02", "download protocol ack ok (0x00), number: 0x0000"}});
-    for (int step = 0; step < 256; ++step) {
+    for (unsigned step = 0; step < 256; ++step) {
         if (step == 0 || step == 2 || step == 5 || step == 7 || step == 10) continue;
-        expect_to_system({{fmt::format("50 {:02x} 01 02 03 04", step), "download protocol "}});
+        expect_to_system({{formatted("50 {-:02x} 01 02 03 04"_cf, step), "download protocol "}});
     }
 }
 

@@ -14,13 +14,15 @@ find include "$@" -maxdepth 1 -type f \( -name '*.[ch]' -o -name '*.[ch]pp' \) -
     BEGIN {
         # Tables that a host sees have the types of the C interface, whatever folder they stand in; core/ has none.
         floor("include/ core/")
-        # decode/ stands on two floors: every link needs the names of terminals and modules.
+        # decode/ stands on three floors: every link needs the names of terminals and modules, the smaller links are
+        # like the others, and what stands in decode/ itself knows every link.
         floor("decode/tables/")
         floor("digital/options/ ip/ he/ object/ convert/")
         floor("digital/")
-        # The dispatcher knows every link; decode/routes/servers.cpp passes a command on to object/.
+        floor("decode/routes/") # servers.cpp passes a command on to object/
         floor("decode/")
-        floor("abi/ tool/")
+        floor("abi/ tool/report/")
+        floor("tool/")
 
         # FILE INCLUDED: an include that runs upward, and why it may.
         # A computer-link module emulates a set, and carries the messages of one.

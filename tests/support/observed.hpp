@@ -12,8 +12,8 @@
 
 namespace ztdecode::testing {
 
-// Messages decoded one after the other in a session with a trail, and in one without, where their texts have to
-// be the same. What is said is said of the last one.
+// Messages decoded one after the other in a session with a trail, and in one without, where their texts have
+// to be the same. What is said is said of the last one.
 class Observed {
   public:
     explicit Observed(std::uint32_t direction) : direction_(direction) { session_.session().trail = &trail_; }

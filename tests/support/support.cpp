@@ -41,36 +41,6 @@ std::string TestSession::decode(std::string_view hex, std::uint32_t direction) {
     return std::string(out.view());
 }
 
-std::string TestSession::with(OldDecoder decoder, std::string_view hex, std::uint32_t direction) {
-    const auto data = bytes(hex);
-    Message m(data);
-    m.direction = direction;
-    Text out;
-    Captured captured(*session_, out);
-    {
-        const Text::Piece whole(out);
-        decoder(*session_, m, out);
-    }
-    captured.done();
-    status = m.status;
-    route = m.route;
-    return std::string(out.view());
-}
-
-std::string TestSession::with(ConstDecoder decoder, std::string_view hex, std::uint32_t direction) {
-    const auto data = bytes(hex);
-    Message m(data);
-    m.direction = direction;
-    Text out;
-    Captured captured(*session_, out);
-    {
-        const Text::Piece whole(out);
-        decoder(*session_, m, out);
-    }
-    captured.done();
-    return std::string(out.view());
-}
-
 std::string TestSession::with(Decoder decoder, std::string_view hex, std::uint32_t direction) {
     const auto data = bytes(hex);
     Message m(data);

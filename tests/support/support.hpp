@@ -6,7 +6,9 @@
 #include <string_view>
 #include <vector>
 
-#include "core/going_away.hpp"
+#include "core/decoding.hpp"
+#include "core/session.hpp"
+#include "core/tables.hpp"
 
 namespace ztdecode::testing {
 
@@ -25,11 +27,6 @@ class TestSession : public SideChannel {
 
     // What one decoder writes for a message, and the status and route that it leaves.
     std::string with(Decoder decoder, std::string_view hex, std::uint32_t direction = ztdecode::from_dhs);
-    using OldDecoder = void (*)(Session&, Message&, Text&);
-    using ConstDecoder = void (*)(Session&, const Message&, Text&);
-    std::string with(OldDecoder decoder, std::string_view hex, std::uint32_t direction = ztdecode::from_dhs);
-    std::string with(ConstDecoder decoder, std::string_view hex,
-                     std::uint32_t direction = ztdecode::from_dhs);
 
     void standard_output(std::string_view text) override { output += text; }
     void standard_error(std::string_view text) override { error += text; }

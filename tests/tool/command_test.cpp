@@ -119,7 +119,7 @@ TEST(Command, HelpAndVersion) {
     const Ended help = ztdecode({"--help"});
     EXPECT_EQ(help.status, 0);
     for (const char* option : {"--layout", "--direction", "--no-input", "--color", "--audio-only",
-                               "--explain", "--debug", "--jobs", "--version"}) {
+                               "--explain", "--debug", "--format", "--jobs", "--version"}) {
         EXPECT_NE(help.output.find(option), std::string::npos) << option;
     }
 }
@@ -198,18 +198,23 @@ TEST(Command, ExplainsWithTheBytesBesideTheirOffsets) {
               "000001R 04 03 0a 55 66\n"
               "\t- digit dialed '*'\n"
               "    0       03     \"\\t- \"\n"
-              "    0-1     03 0a  \"digit dialed '*'\"\n"
+              "    0-1     03 0a  \"digit dialed '\"\n"
+              "    1       0a     \"*\"\n"
+              "    0-1     03 0a  \"'\"\n"
               "    unused  2-3  55 66\n"
               "000002S 02 27 00\n"
               "\t- write line 1\n"
               "    0       27  \"\\t- \"\n"
-              "    0       27  \"write line 1\\n\"\n"
+              "    0       27  \"write line 1\"\n"
+              "    0       27  \"\\n\"\n"
               "    unused  1  00\n");
     EXPECT_EQ(ztdecode({"--explain", "--no-input"}, "000001S 02 21 04\n").output,
               "\t- green led 0 ON\n"
-              "    0                    21     \"\\t- \"\n"
-              "    0-1, behind the end  21 04  \"green led 0 ON\"\n"
-              "    unused               none\n");
+              "    0               21     \"\\t- \"\n"
+              "    0-1             21 04  \"green led \"\n"
+              "    behind the end         \"0\"\n"
+              "    0-1             21 04  \" ON\"\n"
+              "    unused          none\n");
 }
 
 TEST(Command, ExplainsSuperMessagesInOffsetsOfTheWholeMessage) {
@@ -217,10 +222,17 @@ TEST(Command, ExplainsSuperMessagesInOffsetsOfTheWholeMessage) {
               "\t- super message:\n"
               "\t> zt 02 00 03 04\n"
               "\t- digit dialed '4'\n"
-              "    0       0b        \"\\t- super message:\\n\"\n"
-              "    1-3     02 03 04  \"\\t> zt 02 00 03 04\\n\"\n"
-              "    2       03        \"\\t- \"\n"
-              "    2-3     03 04     \"digit dialed '4'\\n\"\n"
+              "    0       0b     \"\\t- super message:\\n\"\n"
+              "    0-1     0b 02  \"\\t> zt \"\n"
+              "    1       02     \"02\"\n"
+              "    0-1     0b 02  \" 00\"\n"
+              "    2-3     03 04  \" 03 04\"\n"
+              "    0-1     0b 02  \"\\n\"\n"
+              "    2       03     \"\\t- \"\n"
+              "    2-3     03 04  \"digit dialed '\"\n"
+              "    3       04     \"4\"\n"
+              "    2-3     03 04  \"'\"\n"
+              "    2       03     \"\\n\"\n"
               "    unused  none\n");
 }
 
@@ -228,7 +240,9 @@ TEST(Command, ExplainsNoColours) {
     EXPECT_EQ(ztdecode({"--explain", "--no-input", "--color", "always"}, "000001R 02 03 04\n").output,
               "\033[0;31m\t- digit dialed '4'\033[0m\n"
               "    0       03     \"\\t- \"\n"
-              "    0-1     03 04  \"digit dialed '4'\"\n"
+              "    0-1     03 04  \"digit dialed '\"\n"
+              "    1       04     \"4\"\n"
+              "    0-1     03 04  \"'\"\n"
               "    unused  none\n");
 }
 
@@ -237,10 +251,13 @@ TEST(Command, ExplainsReassembledMessagesInOffsetsOfTheirOwn) {
     EXPECT_EQ(e.output,
               "\t- segment message 1/1\n"
               "\t- all leds OFF\n"
-              "    0                0c                 \"\\t- \"\n"
-              "    0-5              0c 80 00 02 21 07  \"segment message 1/1\\n\"\n"
-              "    reassembled 0                       \"\\t- \"\n"
-              "    reassembled 0-1                     \"all leds OFF\"\n"
+              "    0                0c     \"\\t- segment message \"\n"
+              "    1                80     \"1\"\n"
+              "    0                0c     \"/\"\n"
+              "    1                80     \"1\"\n"
+              "    0-1              0c 80  \"\\n\"\n"
+              "    reassembled 0           \"\\t- \"\n"
+              "    reassembled 0-1         \"all leds OFF\"\n"
               "    unused           none\n");
 }
 

@@ -177,7 +177,9 @@ TEST(Terminal, AMessageThatTheFilterDropsLeavesNoColour) {
 
 TEST(Terminal, NothingActsInExplanations) {
     const std::string output = shown({"--no-input", "--explain", "--color", "never"}, title);
-    EXPECT_NE(output.find("    1       1b  \"\\x1b\"\n"), std::string::npos) << output;
+    EXPECT_NE(output.find("    1-11    1b 5d 30 3b 50 .. 07 41  \"\\x1b]0;PWNED\\x07A\"\n"),
+              std::string::npos)
+        << output;
     EXPECT_EQ(output.find('\033'), std::string::npos);
 }
 

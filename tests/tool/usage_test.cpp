@@ -44,7 +44,7 @@ TEST(Usage, HelpAndManPageHaveTheSameOptions) {
 TEST(Usage, HelpAndManPageHaveTheSameValues) {
     const std::string help = ztdecode({"--help"}).output;
     const std::string page = man_page();
-    for (const char* option : {"--layout", "--direction", "--color", "--control", "--progress"}) {
+    for (const char* option : {"--layout", "--direction", "--format", "--color", "--control", "--progress"}) {
         const std::string refusal = ztdecode({option, "none-of-them"}).error;
         const std::string begin = std::string(option) + ": none-of-them is none of ";
         const std::size_t at = refusal.find(begin);
@@ -95,6 +95,7 @@ TEST(Usage, ARefusalSaysWhatThereIs) {
     expect_refused({"--layout", "foo"},
                    "--layout: foo is none of auto, line, lng2, zt, spzt, spzt-lng2, bin1, bin2");
     expect_refused({"--direction", "up"}, "--direction: up is none of from, to");
+    expect_refused({"--format", "json"}, "--format: json is none of text, ndjson");
     expect_refused({"--color", "red"}, "--color: red is none of auto, always, never");
     expect_refused({"--control", "on"}, "--control: on is none of auto, raw, escape");
     expect_refused({"--progress", "always"}, "--progress: always is none of auto, never");
@@ -104,7 +105,8 @@ TEST(Usage, ARefusalSaysWhatThereIs) {
 }
 
 TEST(Usage, ValuesThatAreMissingOrTooMany) {
-    for (const char* option : {"--layout", "--direction", "--color", "--control", "--progress", "--jobs"}) {
+    for (const char* option :
+         {"--layout", "--direction", "--format", "--color", "--control", "--progress", "--jobs"}) {
         expect_refused({option}, std::string(option) + ": its value is missing");
     }
     for (const char* option : {"--no-input", "--audio-only", "--explain", "--debug"}) {
@@ -114,6 +116,7 @@ TEST(Usage, ValuesThatAreMissingOrTooMany) {
 
 TEST(Usage, NamesAreExact) {
     expect_refused({"--direction", "TO"}, "--direction: TO is none of from, to");
+    expect_refused({"--format", "NDJSON"}, "--format: NDJSON is none of text, ndjson");
     expect_refused({"--color", "Never"}, "--color: Never is none of auto, always, never");
 }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <cstring>
 #include <vector>
 
@@ -51,33 +52,27 @@ std::uint32_t code_point(std::string_view character) {
     return code;
 }
 
-// A character that is not plain, as a JSON string has it. Control characters beyond ASCII are escaped, too:
-// there are terminals that act on them.
-void add_escape(std::string_view character, bool ascii, Text& out) {
+// What stands behind a backslash for these characters; 0 for the others.
+consteval std::array<char, 256> short_escapes() {
+    std::array<char, 256> escapes{};
+    escapes['"'] = '"';
+    escapes['\\'] = '\\';
+    escapes['\n'] = 'n';
+    escapes['\t'] = 't';
+    return escapes;
+}
+constexpr auto escapes = short_escapes();
+
+constexpr std::size_t longest_escape = 6;  // of one byte
+
+// A character that is neither plain nor has a short escape. Control characters beyond ASCII are escaped, too:
+// there are terminals that act on them. Gives the end.
+char* write_escape(char* at, std::string_view character, bool ascii) {
     const std::uint32_t code = code_point(character);
-    switch (code) {
-        case '"':
-            out.add("\\\"");
-            break;
-        case '\\':
-            out.add("\\\\");
-            break;
-        case '\n':
-            out.add("\\n");
-            break;
-        case '\t':
-            out.add("\\t");
-            break;
-        default:
-            if (code >= 0xA0 && !ascii) {
-                out.add(character);
-            } else if (code < 0x10000) {
-                out.print("\\u{-:04x}"_cf, code);
-            } else {
-                const std::uint32_t rest = code - 0x10000;
-                out.print("\\u{-:04x}\\u{-:04x}"_cf, 0xD800 | rest >> 10, 0xDC00 | (rest & 0x3FF));
-            }
-    }
+    if (code >= 0xA0 && !ascii) return copy_characters(at, character);
+    if (code < 0x10000) return write_format(at, "\\u{-:04x}"_cf, code);
+    const std::uint32_t rest = code - 0x10000;
+    return write_format(at, "\\u{-:04x}\\u{-:04x}"_cf, 0xD800 | rest >> 10, 0xDC00 | (rest & 0x3FF));
 }
 
 // Whether eight characters stand in a JSON string as they are.
@@ -90,24 +85,117 @@ bool all_plain(std::uint64_t characters) {
             0x80 * each) == 0;
 }
 
-// Bytes that are no UTF-8 become U+FFFD, one each.
-void add_string(std::string_view s, bool ascii, Text& out) {
-    out.add("\"");
-    for (std::size_t at = 0; at < s.size();) {
-        std::size_t end = at;
-        for (std::uint64_t eight = 0; end + sizeof eight <= s.size(); end += sizeof eight) {
-            std::memcpy(&eight, s.data() + end, sizeof eight);
-            if (!all_plain(eight)) break;
+// The string with its escapes, without its quotes; bytes that are no UTF-8 become U+FFFD, one each. Stops a
+// little behind `stop`. There is room for `longest_escape` characters a byte. Gives the end.
+char* write_characters(char* at, const char*& from, const char* stop, const char* end, bool ascii) {
+    while (from < stop) {
+        if (std::uint64_t eight = 0; static_cast<std::size_t>(end - from) >= sizeof eight) {
+            std::memcpy(&eight, from, sizeof eight);
+            if (all_plain(eight)) {
+                std::memcpy(at, &eight, sizeof eight);
+                from += sizeof eight;
+                at += sizeof eight;
+                continue;
+            }
         }
-        while (end < s.size() && plain[static_cast<unsigned char>(s[end])]) ++end;
-        out.add(s.substr(at, end - at));
-        if (end == s.size()) break;
-        const std::size_t n = character_length(s.substr(end));
-        add_escape(n == 0 ? replacement : s.substr(end, n), ascii, out);
-        at = end + std::max<std::size_t>(n, 1);
+        while (from != end && plain[static_cast<unsigned char>(*from)]) *at++ = *from++;
+        if (from == end) break;
+        if (const char escape = escapes[static_cast<unsigned char>(*from)]; escape != 0) {
+            *at++ = '\\';
+            *at++ = escape;
+            ++from;
+            continue;
+        }
+        const std::string_view rest(from, static_cast<std::size_t>(end - from));
+        const std::size_t n = character_length(rest);
+        at = write_escape(at, n == 0 ? replacement : rest.substr(0, n), ascii);
+        from += std::max<std::size_t>(n, 1);
+    }
+    return at;
+}
+
+void add_string(std::string_view s, bool ascii, Text& out) {
+    constexpr std::size_t most_at_once = 4096;
+    constexpr std::size_t a_little = 16;
+    const char* from = s.data();
+    const char* const end = from + s.size();
+    out.add("\"");
+    while (from != end) {
+        const std::size_t n = std::min<std::size_t>(static_cast<std::size_t>(end - from), most_at_once);
+        char* const at = out.room(longest_escape * (n + a_little));
+        out.written_to(write_characters(at, from, from + n, end, ascii));
     }
     out.add("\"");
 }
+
+// What stands in the formats below.
+struct Plain {
+    static Meaning meaning() noexcept { return {}; }
+};
+
+// A short string, or null.
+struct QuotedOrNull : Plain {
+    QuotedOrNull(std::string_view s, bool there_is_one, bool to_ascii)
+        : text(s), is(there_is_one), ascii(to_ascii) {}
+
+    std::string_view text;
+    bool is;
+    bool ascii;
+
+    std::size_t bound() const noexcept { return longest_escape * text.size() + 4; }
+    char* write(char* at) const {
+        if (!is) return copy_characters(at, "null");
+        *at++ = '"';
+        const char* from = text.data();
+        const char* const end = from + text.size();
+        at = write_characters(at, from, end, end, ascii);
+        *at++ = '"';
+        return at;
+    }
+};
+
+// A name of our own, which needs no escapes; null where there is none.
+struct OwnName : Plain {
+    explicit OwnName(std::string_view n) : name(n) {}
+
+    std::string_view name;
+
+    std::size_t bound() const noexcept { return name.size() + 4; }
+    char* write(char* at) const {
+        if (name.empty()) return copy_characters(at, "null");
+        *at = '"';
+        at = copy_characters(at + 1, name);
+        *at = '"';
+        return at + 1;
+    }
+};
+
+struct Code : Plain {
+    explicit Code(std::uint32_t c) : code(c) {}
+
+    std::uint32_t code;
+
+    std::size_t bound() const noexcept { return 10; }
+    char* write(char* at) const {
+        return code == NotedMessage::no_code ? copy_characters(at, "null") : write_format(at, "{-}"_cf, code);
+    }
+};
+
+struct Hexadecimal : Plain {
+    explicit Hexadecimal(std::span<const std::uint8_t> b) : bytes(b) {}
+
+    std::span<const std::uint8_t> bytes;
+
+    std::size_t bound() const noexcept { return 2 * bytes.size(); }
+    char* write(char* at) const {
+        for (const std::uint8_t byte : bytes) {
+            at[0] = lower_case_digits[byte >> 4];
+            at[1] = lower_case_digits[byte & 15];
+            at += 2;
+        }
+        return at;
+    }
+};
 
 // The output as RapidJSON's writer wants it.
 struct Stream {
@@ -180,8 +268,8 @@ void add_digits_of(std::string_view hexadecimal, Text& out) {
 
 }  // namespace
 
-// RapidJSON's writer knows where a comma stands and how a number is written. Strings go out in whole pieces;
-// what is the same in every object goes out at once with the key behind it.
+// RapidJSON's writer knows where a comma stands and what has to be closed. Strings and numbers go out in
+// whole pieces; what is the same in every object goes out at once with the key behind it.
 class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
     using Base = rapidjson::Writer<Stream>;
 
@@ -191,7 +279,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
     void begin(std::string_view kind_and_file, std::uint64_t line) {
         StartObject();
         key(kind_and_file);
-        Uint64(line);
+        number(line);
     }
     void end() {
         EndObject();
@@ -210,49 +298,23 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
     }
     void add(std::string_view key_words, std::uint64_t value) {
         key(key_words);
-        Uint64(value);
+        number(value);
     }
-    void add_or_null(std::string_view key_words, std::string_view value, bool there_is_one) {
-        key(key_words);
-        if (there_is_one) {
-            string(value);
-        } else {
-            Null();
-        }
-    }
-
     void message(std::string_view kind_and_file, const Place& place, const Record& record, std::size_t index,
                  bool words) {
         const Record::Part& part = record.part(index);
         const NotedMessage& noted = *part.noted;
-        begin(kind_and_file, place.line);
-        add_or_null("\"columns\"", place.columns, place.has_columns);
-        key(noted.direction == from_dhs ? "\"time\":null,\"direction\":\"from\",\"link\""
-                                        : "\"time\":null,\"direction\":\"to\",\"link\"");
-        name(noted.link);
-        key("\"message\"");
-        name(noted.name);
-        key("\"code\"");
-        if (noted.code != NotedMessage::no_code) {
-            Uint(noted.code);
-        } else {
-            Null();
-        }
-        switch (part.decoded) {
-            case Decoded::decoded:
-                key("\"status\":\"decoded\",\"length\"");
-                break;
-            case Decoded::unknown:
-                key("\"status\":\"unknown\",\"length\"");
-                break;
-            case Decoded::refused:
-                key("\"status\":\"refused\",\"reason\":\"unknown_class\",\"length\"");
-                break;
-        }
-        Uint(noted.length);
-        key("\"bytes\"");
-        bytes(part.bytes);
-        add("\"text\"", record.text(part));
+        StartObject();
+        Prefix(rapidjson::kStringType);
+        out_.print(
+            "{-}:{-},\"columns\":{-},\"time\":null,\"direction\":\"{-}\",\"link\":{-},\"message\":{-},"
+            "\"code\":{-},\"status\":\"{-}\",\"length\":{-},\"bytes\":\"{-}\",\"text\":"_cf,
+            kind_and_file, place.line, QuotedOrNull{place.columns, place.has_columns, ascii_},
+            std::string_view(noted.direction == from_dhs ? "from" : "to"), OwnName{noted.link},
+            OwnName{noted.name}, Code{noted.code}, status(part.decoded), noted.length,
+            Hexadecimal{part.bytes});
+        add_string(record.text(part), ascii_, out_);
+        out_.add(",\"fields\"");
         fields(record, part);
         if (part.unknown == 0 && part.missing == 0 && noted.segments.empty() && !words) {
             key("\"unknown\":0,\"missing\":0,\"parts\"");
@@ -284,94 +346,101 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         Prefix(rapidjson::kStringType);
         add_string(value, ascii_, out_);
     }
-    // One of our own, which needs no escapes.
-    void name(std::string_view value) {
-        if (value.empty()) {
-            Null();
-            return;
+    static std::string_view status(Decoded decoded) {
+        switch (decoded) {
+            case Decoded::decoded:
+                break;
+            case Decoded::unknown:
+                return "unknown";
+            case Decoded::refused:
+                return "refused\",\"reason\":\"unknown_class";
         }
-        Prefix(rapidjson::kStringType);
-        out_.add("\"");
-        out_.add(value);
-        out_.add("\"");
+        return "decoded";
     }
 
-    void bytes(std::span<const std::uint8_t> bytes) {
-        Prefix(rapidjson::kStringType);
-        char* at = out_.room(2 * bytes.size() + 2);
-        *at++ = '"';
-        for (const std::uint8_t byte : bytes) {
-            *at++ = lower_case_digits[byte >> 4];
-            *at++ = lower_case_digits[byte & 15];
-        }
-        *at++ = '"';
-        out_.written_to(at);
+    void name(std::string_view value) {
+        Prefix(value.empty() ? rapidjson::kNullType : rapidjson::kStringType);
+        out_.add(OwnName{value});
     }
 
     void segments(const NotedMessage& noted) {
         key("\"segments\"");
         StartArray();
-        for (const std::uint64_t segment : noted.segments) Uint64(segment);
+        for (const std::uint64_t segment : noted.segments) number(segment);
         EndArray();
     }
 
-    void number(const Meaning& meaning) {
-        if (meaning.tenths == 0) {
-            Int64(meaning.number);
-            return;
-        }
+    void number(std::uint64_t n) {
         Prefix(rapidjson::kNumberType);
-        const std::int64_t n = meaning.number;
-        const auto magnitude = static_cast<std::uint64_t>(n < 0 ? -n : n);
-        out_.print("{-}{-}.{-}"_cf, std::string_view(n < 0 ? "-" : ""), magnitude / 10, magnitude % 10);
+        out_.print("{-}"_cf, n);
+    }
+    void signed_number(std::int64_t n) {
+        Prefix(rapidjson::kNumberType);
+        out_.print("{-}"_cf, n);
+    }
+    // A member whose value is written behind it, past the writer, which counts both.
+    void begin_member(std::string_view name) {
+        Level* const level = level_stack_.template Top<Level>();
+        if (level->valueCount > 0) out_.add(",");
+        level->valueCount += 2;
+        out_.print("{-}:"_cf, OwnName{name});
     }
 
     void value(const Record& record, const NotedValue& v) {
+        Prefix(rapidjson::kStringType);
+        add_value(record, v);
+    }
+    void add_value(const Record& record, const NotedValue& v) {
+        const Meaning& meaning = v.meaning;
         const std::string_view shown = record.shown(v);
-        switch (v.meaning.kind) {
+        switch (meaning.kind) {
             case Kind::number:
-                number(v.meaning);
+                if (meaning.tenths == 0) {
+                    out_.print("{-}"_cf, meaning.number);
+                } else {
+                    const auto n = static_cast<std::uint64_t>(std::abs(meaning.number));
+                    out_.print("{-}{-}.{-}"_cf, std::string_view(meaning.number < 0 ? "-" : ""), n / 10,
+                               n % 10);
+                }
                 break;
             case Kind::flag:
-                Bool(v.meaning.number != 0);
+                out_.add(meaning.number != 0 ? "true" : "false");
                 break;
             case Kind::bytes:
-                Prefix(rapidjson::kStringType);
                 out_.add("\"");
                 add_digits_of(shown, out_);
                 out_.add("\"");
                 break;
             case Kind::word:
-                string(without_punctuation(shown));
+                add_string(without_punctuation(shown), ascii_, out_);
                 break;
             case Kind::address:
             case Kind::text:
             case Kind::version:
-                string(shown);
+                add_string(shown, ascii_, out_);
                 break;
         }
     }
 
-    void field_key(std::string_view name) {
-        Prefix(rapidjson::kStringType);
-        out_.add("\"");
-        out_.add(name);
-        out_.add("\"");
-    }
-
     // A name that stands several times has an array.
     void fields(const Record& record, const Record::Part& part) {
-        key("\"fields\"");
         StartObject();
         order(record, part);
         for (std::size_t k = 0; k < order_.size();) {
             const std::string_view name = record.value(order_[k]).name;
             std::size_t end = k + 1;
-            while (end < order_.size() && record.value(order_[end]).field == record.value(order_[k]).field) ++end;
-            field_key(name);
-            if (end - k > 1) StartArray();
-            for (std::size_t i = k; i < end; ++i) value(record, record.value(order_[i]));
-            if (end - k > 1) EndArray();
+            while (end < order_.size() && record.value(order_[end]).field == record.value(order_[k]).field)
+                ++end;
+            if (end - k == 1) {
+                begin_member(name);
+                add_value(record, record.value(order_[k]));
+            } else {
+                key("");
+                out_.add(OwnName{name});
+                StartArray();
+                for (std::size_t i = k; i < end; ++i) value(record, record.value(order_[i]));
+                EndArray();
+            }
             k = end;
         }
         EndObject();
@@ -413,8 +482,8 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
             if (!same_source(record, part, of) || r.first < origin || r.last - origin >= part.bytes.size())
                 continue;
             StartArray();
-            Uint(r.first - origin);
-            Uint(r.last - origin);
+            number(r.first - origin);
+            number(r.last - origin);
             EndArray();
         }
         EndArray();
@@ -469,7 +538,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
             name(v.field->unit);
             key("\"code\"");
             if (v.meaning.kind == Kind::word) {
-                Int64(v.meaning.number);
+                signed_number(v.meaning.number);
             } else {
                 Null();
             }

@@ -50,8 +50,7 @@ class OneMessage {
 
     std::string hex() const {
         std::string all;
-        for (std::size_t k = 0; k < length_; ++k)
-            fmt::format_to(std::back_inserter(all), "{:02x} ", block_[k]);
+        for (std::size_t k = 0; k < length_; ++k) all += formatted("{-:02x} "_cf, block_[k]);
         return all;
     }
 
