@@ -10,7 +10,7 @@ namespace {
 
 TEST(HubValues, CarriedMessages) {
     const Observed digit(to_dhs, "14 11 05 01 00 03 00 09");
-    EXPECT_EQ(digit.names(), "from_set application_message digit");
+    EXPECT_EQ(digit.names(), "from_set application_message digit_dialled");
     EXPECT_EQ(digit.values(), (Values{"set_number = 2, 1-1", "sender =  firmware, 4-4",
                                       "receiver =  telephony, 3-3", "digit = 9, 7-7"}));
     EXPECT_EQ(digit.bytes_of_words("from set "), "0-1");
