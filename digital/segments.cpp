@@ -91,7 +91,7 @@ void segment_command(Decoding& d) {
     Session& session = d.session();
     Reassembly& whole = session.change(session.digital.reassembly);
     const Byte to_come = d[1] & 0x7F;
-    const bool first = d.bit(1, 7).holds;
+    const bool first = d.on(d.bit(1, 7));
     if (first) {
         start(whole, d);
     } else {

@@ -1,5 +1,5 @@
 // What the command reads: lines and blocks of any size, in any order, of a file or of pieces as a pipe brings
-// them. All that comes out together is what went in, and every line has its zero.
+// them. All that comes out together is what went in, and every line has its end.
 //
 // Byte 0: size of the pieces, 0 for a file. Byte 1: how often the content is repeated, since the longest line
 // is longer than an input. Bytes 2 to 9: what is asked for in turn, 0 a line, else a block. Then the content.
@@ -38,7 +38,8 @@ class Reading {
     bool line() {
         Input::Next next{};
         if (!input_.next(next, out_)) return false;
-        expect(next.line.text[next.line.length] == '\0', "a zero stands behind a line");
+        expect(next.line.text[next.line.length] == (next.newline ? '\n' : '\0'),
+               "a line end or a zero stands behind a line");
         expect(next.piece || next.line.length < Input::longest_line, "a long line comes in pieces");
         all_.append(next.line.text, next.line.length);
         if (next.newline) all_ += '\n';

@@ -1,3 +1,6 @@
+#include <sys/resource.h>
+
+#include <cstddef>
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -5,7 +8,24 @@
 #include "tool/options.hpp"
 #include "tool/run.hpp"
 
+namespace {
+
+// Messages that carry each other may take most of a MiB. It is asked for before any work: where memory is
+// short, a stack that cannot grow any more would end the work in the middle of a message. (One page of it is
+// touched.)
+[[gnu::noinline]] void ask_for_stack() {
+    constexpr std::size_t deepest = std::size_t{960} << 10;
+    rlimit limit{};
+    if (getrlimit(RLIMIT_STACK, &limit) != 0 || limit.rlim_cur < 2 * deepest) return;
+    volatile char stack[deepest];  // NOLINT: its end is the point
+    stack[0] = 0;
+    static_cast<void>(stack[0]);
+}
+
+}  // namespace
+
 int main(int argc, char** argv) {
+    ask_for_stack();
     try {
         const auto arguments = ztdecode::tool::parse_arguments(argc, argv);
         return arguments.options ? ztdecode::tool::run(*arguments.options) : arguments.status;

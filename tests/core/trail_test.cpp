@@ -181,13 +181,13 @@ TEST(Trail, ReassembledMessagesAreMarked) {
     Watched w;
     w.trail.place = 11;
     EXPECT_EQ(w.from_dhs("0c 81 00 03 21"),
-              (Lines{"\t- segment message <0>", "1<1 segment>", "/<0>", "2<1 segments>"}));
+              (Lines{"\t- <0>", "segment message <0-1>", "1<1 segment>", "/<0-1>", "2<1 segments>"}));
     EXPECT_EQ(w.unused(), "");
     w.trail.place = 17;
     const Lines found = w.from_dhs("0c 00 01 09 77");
     EXPECT_EQ(w.text, "\t- segment message 2/2\n\t- red led 9 ON");
-    EXPECT_EQ(found, (Lines{"\t- segment message <0>", "2<1 segment>", "/<0>", "2<1 segments>", "\n<0-1>",
-                            "\t- <0R>", "red led <0-1R>", "9<2R led>", " ON<0-1R>"}));
+    EXPECT_EQ(found, (Lines{"\t- <0>", "segment message <0-1>", "2<1 segment>", "/<0-1>", "2< segments>",
+                            "\n<0-1>", "\t- <0R>", "red led <0-1R>", "9<2R led>", " ON<0-1R>"}));
     EXPECT_EQ(w.decoding.output, "21 00 00 21 01 09 ");
     EXPECT_EQ(w.unused(), "");
     ASSERT_EQ(w.trail.messages().size(), 2U);
@@ -243,8 +243,11 @@ TEST(Trail, LeftBytesAreMissing) {
     w.trail.enter_message(carried);
     const Message rest = carried.without_first(2);
     ASSERT_EQ(rest[2], 3);  // byte 3 of the captured one, though 5 counts as far from the beginning
-    w.trail.test(rest.with_length(3), {1, 2});
+    const Message left = rest.with_length(3);
+    w.trail.enter_message(left);
+    w.trail.test(left, {1, 2});
     w.text.add("left");
+    w.trail.leave_message();
     w.trail.leave_message();
     EXPECT_EQ(w.finish(), (Lines{"left<4E>"}));
 }
