@@ -247,22 +247,35 @@ class Decoding {
 
     // --- tables
 
+    // While it lives, this code is what led here.
+    class LedHere {
+      public:
+        LedHere(Decoding& d, const Number& code) noexcept : d_(d), outer_(d.code_) {
+            // One by one: the processor has to wait for a pair of numbers that it wrote apart.
+            d.code_.number = code.number;
+            d.code_.place.first = code.place.first;
+            d.code_.place.count = code.place.count;
+        }
+        LedHere(const LedHere&) = delete;
+        LedHere& operator=(const LedHere&) = delete;
+        ~LedHere() { d_.code_ = outer_; }
+
+      private:
+        Decoding& d_;
+        Number outer_;
+    };
+
     // Does what a table's row says: `run` with its code and its field for as long, all its words by this
     // code. `ask` tells the trail which table it is.
     template <class Run, class Ask>
     void row(const Number code, FieldName field, Run run, Ask ask) {
-        const Number outer_code = code_;
-        // One by one: the processor has to wait for a pair of numbers that it wrote apart.
-        code_.number = code.number;
-        code_.place.first = code.place.first;
-        code_.place.count = code.place.count;
+        const LedHere led_here(*this, code);
         if (trail_ == nullptr) [[likely]] {
             run();
         } else {
             ask(*trail_);
             observed_row(field, run);
         }
-        code_ = outer_code;
     }
     // What `write` writes stands for a code that no table knows.
     template <class Write>

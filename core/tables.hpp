@@ -128,6 +128,20 @@ class Opcodes {
     // Writes what the row of the code says; false when there is none, and the words for such codes.
     bool write(Decoding& d, const Number& code) const {
         const Opcode* const row = table_.find(code.number);
+        if (d.trail() == nullptr) [[likely]] {
+            const Decoding::LedHere led_here(d, code);
+            (row != nullptr ? row->action : other_)(d);
+        } else {
+            observed_write(d, code, row);
+        }
+        return row != nullptr;
+    }
+    bool write(Decoding& d, const Byte& code) const { return write(d, Number{code.number, code.place}); }
+    constexpr std::span<const Opcode> rows() const noexcept { return table_.rows(); }
+
+  private:
+    [[gnu::noinline, gnu::cold]] void observed_write(Decoding& d, const Number& code,
+                                                     const Opcode* row) const {
         const auto run = [this, row, &d] {
             if (row != nullptr) {
                 d.name(row->name, d.code());
@@ -144,12 +158,8 @@ class Opcodes {
             const TableRows asked{.opcodes = rows().data(), .count = N, .other = other_name_};
             trail.asked(d.message(), asked, code.number, row != nullptr, code.place);
         });
-        return row != nullptr;
     }
-    bool write(Decoding& d, const Byte& code) const { return write(d, Number{code.number, code.place}); }
-    constexpr std::span<const Opcode> rows() const noexcept { return table_.rows(); }
 
-  private:
     Table<Opcode, N> table_;
     std::string_view other_name_{};
     Action other_;

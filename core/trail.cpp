@@ -72,6 +72,7 @@ void Trail::begin_message(const Message& m, bool reassembled) {
     // (Behind the bytes that lie in a row a record shows what was left there, which stood elsewhere before.)
     const std::uint32_t left = next.source_length > m.origin() ? next.source_length - m.origin() : 0;
     next.there = std::min(static_cast<std::uint32_t>(m.bytes().size()), left);
+    next.view = view_ = &m;
     there_ = next.there;
     if (!words_too_) seen_ = next.begin;
 }
@@ -105,6 +106,7 @@ void Trail::leave_message() noexcept {
     if (without_memory_ || outer_first_tested_.empty()) return;
     messages_[message_].end = now();
     message_ = messages_[message_].carrier;
+    view_ = messages_[message_].view;
     there_ = messages_[message_].there;
     tested_.resize(std::min(tested_.size(), first_tested_));
     first_tested_ = outer_first_tested_.back();
@@ -128,7 +130,7 @@ void Trail::name(std::string_view name, std::uint32_t code, bool is_code) noexce
 // Offsets beyond the message are noted as missing.
 Trail::Tested Trail::located(const Message& m, Place bytes) {
     if (bytes.count == 0) return {{0, 0}, false, false};
-    if (all_there(bytes)) {
+    if (all_there(m, bytes)) {
         return {{m.origin() + bytes.first, m.origin() + bytes.first + bytes.count - 1}, true, false};
     }
     NotedMessage& noted = messages_[message_];

@@ -64,6 +64,7 @@ struct NotedMessage {
     std::uint32_t origin = 0;  // where its bytes begin in the captured one, or in the reassembled one
     std::uint32_t length = 0;
     std::uint32_t source_length = 0;  // of the captured or reassembled one
+    const Message* view = nullptr;    // on it, while it is decoded
     std::uint32_t there = 0;          // bytes of it that are in the captured one, from its first one on
     std::uint32_t direction = 0;
     std::string_view link{};
@@ -132,7 +133,7 @@ class Trail {
 
     // Bytes that decide what is written next. They count until the scope ends in which they were tested.
     void test(const Message& m, Place bytes) noexcept {
-        if (words_too_ || !all_there(bytes)) note_test(m, bytes);
+        if (words_too_ || !all_there(m, bytes)) note_test(m, bytes);
     }
     // Bytes that say where the others stand.
     void walk(const Message& m, Place bytes) noexcept;
@@ -214,7 +215,9 @@ class Trail {
     void note(Note write) noexcept;
     void look_at_words() noexcept;
     void note_test(const Message& m, Place bytes) noexcept;
-    bool all_there(Place bytes) const noexcept { return std::size_t{bytes.first} + bytes.count <= there_; }
+    bool all_there(const Message& m, Place bytes) const noexcept {
+        return &m == view_ && std::size_t{bytes.first} + bytes.count <= there_;
+    }
     Tested located(const Message& m, Place bytes);
     void begin_message(const Message& m, bool reassembled);
     void look_at_tested();
@@ -229,9 +232,10 @@ class Trail {
     std::size_t origin_ = 0;
     std::uint32_t seen_ = 0;  // of the text
     std::uint32_t message_ = 0;
-    std::uint32_t there_ = 0;       // of the present message
-    std::size_t first_tested_ = 0;  // of the present message
-    bool tested_changed_ = true;    // since the last literal
+    const Message* view_ = nullptr;  // on the present message, as it was entered
+    std::uint32_t there_ = 0;        // of the present message
+    std::size_t first_tested_ = 0;   // of the present message
+    bool tested_changed_ = true;     // since the last literal
     std::uint32_t literal_first_range_ = 0;
     std::uint32_t literal_ranges_ = 0;
     bool literal_missing_ = false;

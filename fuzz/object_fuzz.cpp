@@ -53,7 +53,8 @@ void print_properties_of_class(Decoding& d) {
 
 void print_both_ways(Decoding& d) {
     const bool beyond_ascii = print_text(d, "text", Utf8Mode::characters).holds;
-    expect(print_text(d, "text", Utf8Mode::names).holds == beyond_ascii, "both forms tell the same of a text");
+    expect(print_text(d, "text", Utf8Mode::names).holds == beyond_ascii,
+           "both forms tell the same of a text");
 }
 
 // First byte: the event.

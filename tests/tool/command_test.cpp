@@ -251,9 +251,10 @@ TEST(Command, ExplainsReassembledMessagesInOffsetsOfTheirOwn) {
     EXPECT_EQ(e.output,
               "\t- segment message 1/1\n"
               "\t- all leds OFF\n"
-              "    0                0c     \"\\t- segment message \"\n"
+              "    0                0c     \"\\t- \"\n"
+              "    0-1              0c 80  \"segment message \"\n"
               "    1                80     \"1\"\n"
-              "    0                0c     \"/\"\n"
+              "    0-1              0c 80  \"/\"\n"
               "    1                80     \"1\"\n"
               "    0-1              0c 80  \"\\n\"\n"
               "    reassembled 0           \"\\t- \"\n"
