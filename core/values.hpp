@@ -106,7 +106,7 @@ struct HalfDecibels {
     std::size_t bound() const noexcept { return 5; }
     char* write(char* at) const noexcept;
     Meaning meaning() const noexcept {
-        return {Kind::number, true, 1, 5 * static_cast<std::int8_t>(steps.number), steps.place};
+        return {Kind::number, true, 1, std::int64_t{5} * static_cast<std::int8_t>(steps.number), steps.place};
     }
 };
 inline HalfDecibels half_decibels(Byte steps) noexcept { return {steps}; }

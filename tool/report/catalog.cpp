@@ -174,17 +174,14 @@ class Writer {
         bool first = true;
         while (!words.empty()) {
             const std::size_t n = std::min(words.find(' '), words.size());
-            if (!first && width_ != 0 && at + 1 + n > width_) {
+            const std::size_t blank = first ? 0 : 1;
+            if (width_ != 0 && at + blank + n > width_ && (!first || at > indent)) {
                 out_.add("\n");
                 out_.add(std::string(indent, ' '));
                 at = indent;
             } else if (!first) {
                 out_.add(" ");
                 ++at;
-            } else if (width_ != 0 && at + n > width_ && at > indent) {
-                out_.add("\n");
-                out_.add(std::string(indent, ' '));
-                at = indent;
             }
             out_.add(words.substr(0, n));
             at += n;

@@ -317,7 +317,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         out_.add(",\"fields\"");
         fields(record, part);
         if (part.unknown == 0 && part.missing == 0 && noted.segments.empty() && !words) {
-            key("\"unknown\":0,\"missing\":0,\"parts\"");
+            key(R"("unknown":0,"missing":0,"parts")");
             parts(kind_and_file, place, record, part, words);
             return;
         }
@@ -353,7 +353,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
             case Decoded::unknown:
                 return "unknown";
             case Decoded::refused:
-                return "refused\",\"reason\":\"unknown_class";
+                return R"(refused","reason":"unknown_class)";
         }
         return "decoded";
     }
@@ -380,7 +380,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
     }
     // A member whose value is written behind it, past the writer, which counts both.
     void begin_member(std::string_view name) {
-        Level* const level = level_stack_.template Top<Level>();
+        auto* const level = level_stack_.template Top<Level>();
         if (level->valueCount > 0) out_.add(",");
         level->valueCount += 2;
         out_.print("{-}:"_cf, OwnName{name});
