@@ -387,8 +387,8 @@ class Walk {
         constexpr int most_sweeps = 16;
         std::array<int, longest> times{};
         int sweeps = 0;
-        for (std::size_t k = 0; k < interesting.size();
-             ++k) {  // NOLINT(modernize-loop-convert): it grows meanwhile
+        // NOLINTNEXTLINE(modernize-loop-convert): it grows meanwhile
+        for (std::size_t k = 0; k < interesting.size(); ++k) {
             attempt(node, interesting[k]);
             std::bitset<longest> tested;
             tried_.add_tested(tested);
