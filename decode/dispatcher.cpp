@@ -1,6 +1,4 @@
-#include <array>
-
-#include "core/decoding.hpp"
+#include "core/tables.hpp"
 #include "decode/audio_filter.hpp"
 #include "decode/routes/debug.hpp"
 #include "decode/routes/hub.hpp"
@@ -19,7 +17,7 @@ namespace ztdecode {
 namespace {
 
 struct RouteRow {
-    std::uint8_t type;  // bit 7 cleared
+    std::uint32_t code;  // the type byte, bit 7 cleared
     Route route;
     std::string_view link;
     std::string_view prefix;
@@ -33,37 +31,29 @@ void he_or_digital_to_system(Decoding& d);
 // Both object-protocol servers share a prefix.
 constexpr RouteRow digital_row = {0,      route_digital,        "digital",
                                   "\t- ", digital::from_system, digital::to_system};
-constexpr auto route_rows = std::to_array<RouteRow>({
-    {5, route_he, "he", "\t- ", he_or_digital_from_system, he_or_digital_to_system},
-    {6, route_visiophone, "visiophone", "\t- ", digital::from_system, digital::to_system},
-    {13, route_type13, "type13", "\t- ", digital::from_system, digital::to_system},
-    {14, route_type14, "type14", "\t- ", digital::from_system, digital::to_system},
-    {15, route_osi, "osi", "\t- ", osi::from_system, osi::to_system},
-    {18, route_ibs, "ibs", "\t- ", ibs::from_system, ibs::to_system},
-    {19, route_ip, "ip", "\tIP - ", ip::from_system, ip::to_system},
-    {20, route_hub, "hub", "\tHUB - ", hub::from_system, hub::to_system},
-    {21, route_cs, "call_server", "\tRYM - ", call_server::from_system, call_server::to_system},
-    {22, route_prs, "presentation_server", "\tRYM - ", presentation_server::from_system,
-     presentation_server::to_system},
-    {24, route_debug, "debug", "\tDBG - ", debug::from_system, debug::to_system},
+constexpr auto routes = Table({
+    RouteRow{0x05, route_he, "he", "\t- ", he_or_digital_from_system, he_or_digital_to_system},
+    RouteRow{0x06, route_visiophone, "visiophone", "\t- ", digital::from_system, digital::to_system},
+    RouteRow{0x0D, route_type13, "type13", "\t- ", digital::from_system, digital::to_system},
+    RouteRow{0x0E, route_type14, "type14", "\t- ", digital::from_system, digital::to_system},
+    RouteRow{0x0F, route_osi, "osi", "\t- ", osi::from_system, osi::to_system},
+    RouteRow{0x12, route_ibs, "ibs", "\t- ", ibs::from_system, ibs::to_system},
+    RouteRow{0x13, route_ip, "ip", "\tIP - ", ip::from_system, ip::to_system},
+    RouteRow{0x14, route_hub, "hub", "\tHUB - ", hub::from_system, hub::to_system},
+    RouteRow{0x15, route_cs, "call_server", "\tRYM - ", call_server::from_system, call_server::to_system},
+    RouteRow{0x16, route_prs, "presentation_server", "\tRYM - ", presentation_server::from_system,
+             presentation_server::to_system},
+    RouteRow{0x18, route_debug, "debug", "\tDBG - ", debug::from_system, debug::to_system},
 });
 
-constexpr std::uint8_t he_type = 5;
-constexpr std::uint8_t visiophone_type = 6;
-
-consteval std::array<std::uint8_t, 128> rows_by_type() {
-    std::array<std::uint8_t, 128> index{};
-    index.fill(route_rows.size());
-    for (std::size_t i = 0; i < route_rows.size(); ++i)
-        index[route_rows[i].type] = static_cast<std::uint8_t>(i);
-    return index;
-}
-constexpr auto row_of_type = rows_by_type();
+constexpr std::uint8_t he_type = 0x05;
+constexpr std::uint8_t visiophone_type = 0x06;
 
 const RouteRow& row_of(const Message& m) {
     const std::uint8_t type = m[0] & 0x7F;
     if (type == visiophone_type && m.length() == 1) return digital_row;
-    return row_of_type[type] == route_rows.size() ? digital_row : route_rows[row_of_type[type]];
+    const RouteRow* const row = routes.find(type);
+    return row != nullptr ? *row : digital_row;
 }
 
 // A message that the HE decoder does not know is one of the digital set's: its HE text is dropped.
