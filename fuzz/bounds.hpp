@@ -37,7 +37,7 @@ constexpr std::size_t longest_text(std::size_t bytes) {
 }
 
 // For one captured message, in seconds of the processor: many times what it takes.
-inline constexpr double longest_time = sanitized ? 15 : 2;
+inline constexpr double longest_time = sanitized ? 60 : 2;
 
 inline double processor_seconds() {
     timespec now{};

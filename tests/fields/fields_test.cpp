@@ -66,7 +66,7 @@ using AllGiven = std::map<std::string_view, Given>;
 
 bool is_server(std::string_view link) { return link == "call_server" || link == "presentation_server"; }
 
-AllGiven all_given() {
+AllGiven gather() {
     AllGiven given;
     std::set<std::vector<std::string>> known;
     const auto key = [](std::string_view field, std::string_view link, std::uint32_t direction,
@@ -104,6 +104,12 @@ AllGiven all_given() {
             g.messages[{std::string(message.link), message.direction}].emplace(message.name);
         }
     }
+    return given;
+}
+
+// Gathered once: sanitized, the catalogue takes its time.
+const AllGiven& all_given() {
+    static const AllGiven given = gather();
     return given;
 }
 
@@ -224,7 +230,7 @@ TEST(Fields, TheDocumentIsTrue) {
 }
 
 TEST(Fields, EachIsGivenBySomeMessage) {
-    const AllGiven given = all_given();
+    const AllGiven& given = all_given();
     for (const Field& field : all_fields) {
         EXPECT_TRUE(given.contains(field.name))
             << field.name << " is in core/fields.hpp, and nobody gives it";
@@ -238,7 +244,7 @@ TEST(Fields, EachIsInTheListOnce) {
 }
 
 TEST(Fields, SeveralKindsHaveAReason) {
-    const AllGiven given = all_given();
+    const AllGiven& given = all_given();
     for (const auto& [name, g] : given) {
         const bool several = (g.kinds & (g.kinds - 1)) != 0 && (g.kinds & ~digits) != 0;
         EXPECT_EQ(several, several_kinds.contains(name)) << name << ": " << kinds_of(g.kinds);
