@@ -20,13 +20,13 @@ void to_set(Decoding& d) { d.print(" to set {set_number}"_cf, set_of_code(d)); }
 void from_set(Decoding& d) { d.print("from set {set_number}"_cf, set_of_code(d)); }
 
 // "1B.2C": a version in hexadecimal digits.
-template <bool capitals>
 struct HexVersion {
     Number number;
+    bool capitals;
 
     std::size_t bound() const noexcept { return 8; }
     char* write(char* at) const {
-        if constexpr (capitals) return write_format(at, "{-:02X}.{-:02X}"_cf, number >> 8, number & 0xFF);
+        if (capitals) return write_format(at, "{-:02X}.{-:02X}"_cf, number >> 8, number & 0xFF);
         return write_format(at, "{-:02x}.{-:02x}"_cf, number >> 8, number & 0xFF);
     }
     Meaning meaning() const noexcept { return {Kind::version, true, 0, number.number, number.place}; }
@@ -40,7 +40,7 @@ void download_request(Decoding& d) {
         return;
     }
     d.print("download request, binary identifier: {download_identifier:02x}"_cf, d[2]);
-    if (length >= 5) d.print(" version: {software_version}"_cf, HexVersion<true>{d.u16(3)});
+    if (length >= 5) d.print(" version: {software_version}"_cf, HexVersion{d.u16(3), true});
     if (length == 7) d.print(" begin address: {download_address:04X}"_cf, d.u16(5));
 }
 
@@ -170,7 +170,7 @@ void anv_number_response(Decoding& d) {
 void version_response(Decoding& d) {
     if (!has_length(5, "ERR: bad length in version response", d)) return;
     d.print("version response ROM: {rom_version:02x}, RAM: {ram_version}"_cf, d[2],
-            HexVersion<false>{d.u16(3)});
+            HexVersion{d.u16(3), false});
 }
 
 void status_response(Decoding& d) {
