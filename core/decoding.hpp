@@ -205,35 +205,24 @@ class Decoding {
     // The same without anything in front; bytes that are not too many are one number.
     void hex_number(FieldName field, std::size_t first, std::size_t n);
 
-    // A piece of text that is a C string of its own: it ends at a zero byte.
+    // A piece of text that is a C string of its own: it ends at a zero byte. The trail takes note of the
+    // words before they are cut, and of the cut when it is done.
     class Piece {
       public:
-        explicit Piece(Decoding& d) noexcept : piece_(d.out_, d.trail_) {}
+        explicit Piece(Decoding& d) noexcept : d_(d), outer_(d.out_.begin_piece()) {}
+        Piece(const Piece&) = delete;
+        Piece& operator=(const Piece&) = delete;
+        ~Piece() {
+            if (d_.trail_ != nullptr) [[unlikely]]
+                d_.trail_->look();
+            d_.out_.end_piece(outer_);
+            if (d_.trail_ != nullptr) [[unlikely]]
+                d_.trail_->look_at_cut();
+        }
 
       private:
-        // The trail takes note of the words before they are cut, and of the cut when it is done.
-        struct Cut {
-            Trail* trail;
-            ~Cut() {
-                if (trail != nullptr) [[unlikely]]
-                    trail->look_at_cut();
-            }
-        };
-        struct Watched {
-            Watched(Text& text, Trail* trail) noexcept : cut{trail}, piece(text), look{trail} {}
-            struct Look {
-                Trail* trail;
-                ~Look() {
-                    if (trail != nullptr) [[unlikely]]
-                        trail->look();
-                }
-            };
-            Cut cut;
-            Text::Piece piece;
-            Look look;
-        };
-
-        Watched piece_;
+        Decoding& d_;
+        std::size_t outer_;
     };
 
     // Keeps the first n characters of the text.

@@ -7,6 +7,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <utility>
 
 #include "core/format.hpp"
 #include "core/message.hpp"
@@ -100,16 +101,19 @@ class Text {
         for (std::size_t k = 0; k < n && m[first + k] != 0; ++k) put(m[first + k]);
     }
 
-    // A piece of text that is a C string of its own.
+    // A piece of text that is a C string of its own: from `begin_piece` to `end_piece`, which gets what the
+    // other gave.
+    std::size_t begin_piece() noexcept { return std::exchange(zero_at_, none); }
+    void end_piece(std::size_t outer) noexcept {
+        if (zero_at_ < size_) size_ = zero_at_;
+        zero_at_ = outer;
+    }
     class Piece {
       public:
-        explicit Piece(Text& text) noexcept : text_(text), outer_(text.zero_at_) { text_.zero_at_ = none; }
+        explicit Piece(Text& text) noexcept : text_(text), outer_(text.begin_piece()) {}
         Piece(const Piece&) = delete;
         Piece& operator=(const Piece&) = delete;
-        ~Piece() {
-            if (text_.zero_at_ < text_.size_) text_.size_ = text_.zero_at_;
-            text_.zero_at_ = outer_;
-        }
+        ~Piece() { text_.end_piece(outer_); }
 
       private:
         Text& text_;

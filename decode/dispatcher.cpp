@@ -69,10 +69,15 @@ void he_or_digital_from_system(Decoding& d) { he_or_digital(he::from_system, dig
 
 void he_or_digital_to_system(Decoding& d) { he_or_digital(he::to_system, digital::to_system, d); }
 
-void decode_on(const RouteRow& row, Decoding& d) {
+// (A function of its own: it needs more of the stack than what goes on below it, see there.)
+[[gnu::noinline]] void begin_route(const RouteRow& row, Decoding& d) {
     d.route = row.route;
     d.link(row.link);
     d.add(row.prefix);
+}
+
+void decode_on(const RouteRow& row, Decoding& d) {
+    begin_route(row, d);
     const Decoding::Piece text(d);
     (d.direction() == from_dhs ? row.from_system : row.to_system)(d);
 }

@@ -21,18 +21,13 @@ void colour_code(const Session& session, std::string_view code, Text& out) {
     if (session.switches.color) write_colour_code(session, code, out);
 }
 
-// Puts what is written while it lives in the colour of the direction.
-class Coloured {
-  public:
-    Coloured(const Session& session, std::uint32_t direction, Text& out) : session_(session), out_(out) {
-        colour_code(session_, direction == to_dhs ? "[0;31m" : "[0;32m", out_);
-    }
-    void end() { colour_code(session_, "[0m", out_); }
+// Around what is written in the colour of the direction. (No object: thousands of messages may be inside each
+// other.)
+void begin_colour(Decoding& d) {
+    colour_code(d.session(), d.direction() == to_dhs ? "[0;31m" : "[0;32m", d.out());
+}
 
-  private:
-    const Session& session_;
-    Text& out_;
-};
+void end_colour(Decoding& d) { colour_code(d.session(), "[0m", d.out()); }
 
 // Two newlines at the end of a decoded text become one. (They are looked at one by one: the processor has to
 // wait for two characters that it wrote apart.)
@@ -42,22 +37,22 @@ void trim_doubled_newline(std::size_t begin, Decoding& d) {
 }
 
 void dispatch_clean(Decoding& d) {
-    Coloured colour(d.session(), d.direction(), d.out());
+    begin_colour(d);
     const std::size_t begin = d.out().size();
     dispatch_message(d);
     trim_doubled_newline(begin, d);
-    colour.end();
+    end_colour(d);
 }
 
 // A part of type 1 gets the newline that it lacks; a doubled one stays. (Type 2 trims a doubled one and adds
 // none.)
 void dispatch_with_newline(Decoding& d) {
     Text& out = d.out();
-    Coloured colour(d.session(), d.direction(), out);
+    begin_colour(d);
     const std::size_t begin = out.size();
     dispatch_message(d);
     const bool newline_lacks = out.size() > begin && out.view().back() != '\n';
-    colour.end();
+    end_colour(d);
     if (newline_lacks) out.add("\n");
 }
 
