@@ -104,9 +104,11 @@ void voice_channel(Decoding& d) {
             channels[d[2]]);
 }
 
+void unknown_ringer_mode(Decoding& d) { d.print("external ringer, unknown mode 0x{-:02x}"_cf, d[1]); }
+
 constexpr auto ringer_modes = opcodes(
     {{0, "", "external ringer off"}, {1, "", "external ringer on"}, {2, "", "external ringer, mode follow"}},
-    [](Decoding& d) { d.print("external ringer, unknown mode 0x{-:02x}"_cf, d[1]); });
+    unknown_ringer_mode);
 
 // byte 1: mode
 void external_ringer(Decoding& d) { ringer_modes.write(d, d[1]); }

@@ -68,10 +68,12 @@ void application_name(Decoding& d) {
 
 void no_or_yes(Decoding& d) { d.value(row_field, flag(d[0] != 0, "yes", "no")); }
 
+void unknown_item(Decoding& d) { d.print(" unknown: {-}"_cf, d.code()); }
+
 constexpr auto application_items = items({{0x00, " appli: ", "application", application_name},
                                           {0x01, " enable: ", "application_enabled", no_or_yes},
                                           {0x02, " url: ", characters}},
-                                         [](Decoding& d) { d.print(" unknown: {-}"_cf, d.code()); });
+                                         unknown_item);
 
 }  // namespace
 

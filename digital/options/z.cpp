@@ -17,6 +17,8 @@ void voice_mode(Decoding& d) { d.print("voice mode {voice_mode}"_cf, voice_modes
 // byte 3: which path
 void audio_padded_path(Decoding& d) { d.print("audio padded path: {padded_path}"_cf, padded_paths[d[3]]); }
 
+void unknown_command(Decoding& d) { d.print("?? <{-:02x}>"_cf, d[2]); }
+
 constexpr auto commands =
     opcodes({{0x00, "nop", "nop"},
              {0x03, "software_reset", "software reset"},
@@ -29,7 +31,7 @@ constexpr auto commands =
              {0x3E, "ringing_cadence", "define ringing cadence"},
              {0x49, "ab_timings", "AB timings"},
              {0x4A, "audio_padded_path", audio_padded_path}},
-            [](Decoding& d) { d.print("?? <{-:02x}>"_cf, d[2]); });
+            unknown_command);
 
 // byte 3: the digit as a number, 10 and above included
 void digit_dialled(Decoding& d) { d.print("digit dialed '{digit}'"_cf, d[3]); }
@@ -55,13 +57,15 @@ constexpr auto reports = opcodes({{0x00, "reset", reset},
 // byte 3: kind
 void report(Decoding& d) { reports.write(d, d[3]); }
 
+void unknown_answer(Decoding& d) { d.print("z ?? <{-:02x}>"_cf, d[2]); }
+
 constexpr auto answers = opcodes({{0x00, "nop_ack", "nop ack"},
                                   {0x01, "off_hook", "off hook"},
                                   {0x02, "on_hook", "on hook"},
                                   {0x03, "digit_dialled", digit_dialled},
                                   {0x0E, "version_response", "version response"},
                                   {0x1F, "report", report}},
-                                 [](Decoding& d) { d.print("z ?? <{-:02x}>"_cf, d[2]); });
+                                 unknown_answer);
 
 }  // namespace
 
