@@ -22,8 +22,7 @@ set_target_properties(ztdecode_core PROPERTIES
 
 # What every line of a trace runs through is worth the compiler's best; the decoders gain nothing by it.
 set(ZTDECODE_HOT_OPTIONS)
-if(NOT ZTDECODE_SANITIZED AND CMAKE_SIZEOF_VOID_P EQUAL 8)
-    # (On a 32-bit machine it takes more of the stack, which has to hold all that messages carry.)
+if(NOT ZTDECODE_SANITIZED)
     set(ZTDECODE_HOT_OPTIONS $<$<CONFIG:Release>:-O3>)
 endif()
 set_source_files_properties(

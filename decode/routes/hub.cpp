@@ -248,9 +248,9 @@ constexpr auto reports = opcodes({{0x02, "download_ack", download_ack},
     decode_carried(carried);
 }
 
+// (The last thing that is done for a hub's message, so that nothing of it has to stay on the stack.)
 void message_of_a_set(Decoding& d, const Byte& code) {
     if (code.number < first_set || code.number > last_set) return;
-    const Decoding::Scope scope(d);
     d.on(code);
     carried_message(d);
 }
