@@ -274,7 +274,7 @@ class Decoding {
     // The message is this one.
     void name(std::string_view name, const Number& code) noexcept {
         if (trail_ != nullptr) [[unlikely]]
-            trail_->name(name, code.number, true);
+            trail_->name(name, code.number);
     }
     void link(std::string_view name) noexcept {
         if (trail_ != nullptr) [[unlikely]]

@@ -74,7 +74,6 @@ class Names {
         const Name* const row = table_.find(code);
         return row != nullptr ? row->text : other_;
     }
-    constexpr std::span<const Name> rows() const noexcept { return table_.rows(); }
 
   private:
     Table<Name, N> table_;

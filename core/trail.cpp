@@ -120,11 +120,11 @@ void Trail::link(std::string_view name, std::uint32_t direction) noexcept {
     messages_[message_].direction = direction;
 }
 
-void Trail::name(std::string_view name, std::uint32_t code, bool is_code) noexcept {
+void Trail::name(std::string_view name, std::uint32_t code) noexcept {
     if (without_memory_) return;
     NotedMessage& m = messages_[message_];
     if (!name.empty()) m.name = name;
-    if (is_code && m.code == NotedMessage::no_code) m.code = code;
+    if (m.code == NotedMessage::no_code) m.code = code;
 }
 
 // Offsets beyond the message are noted as missing.

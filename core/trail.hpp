@@ -129,7 +129,7 @@ class Trail {
     void leave_message() noexcept;
     // The present message, as far as it is known by now.
     void link(std::string_view name, std::uint32_t direction) noexcept;
-    void name(std::string_view name, std::uint32_t code, bool is_code) noexcept;
+    void name(std::string_view name, std::uint32_t code) noexcept;
 
     // Bytes that decide what is written next. They count until the scope ends in which they were tested.
     void test(const Message& m, Place bytes) noexcept {

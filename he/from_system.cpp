@@ -34,7 +34,7 @@ constexpr auto download_commands = opcodes({{0x01, "download_start", download_st
 
 void download_command(Decoding& d) { download_commands.write(d, d[1]); }
 
-void recorder(Decoding& d) { d.print("{recorder} recorder"_cf, flag(d[1] != 0, "start", "stop")); }
+void recorder(Decoding& d) { d.value("recorder", flag(d[1] != 0, "start recorder", "stop recorder")); }
 
 constexpr auto double_clicks = opcodes({{0x01, "double_click_define", "double click define"},
                                         {0x02, "double_click_parameters", "double click parameters"}},

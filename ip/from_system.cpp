@@ -8,10 +8,7 @@ namespace ztdecode::ip {
 
 namespace {
 
-void reset(Decoding& d) {
-    d.add("reset, ");
-    reset_list(d, 2);
-}
+void resets(Decoding& d) { reset_list(d, 2); }
 
 // A stream message that ends with its head has no list at all.
 void stream_list(Decoding& d, std::uint32_t first) {
@@ -27,30 +24,11 @@ void start_rtp(Decoding& d) {
     stream_list(d, 3);
 }
 
-void stop_rtp(Decoding& d) {
-    d.add("stop RTP");
-    stream_list(d, 2);
-}
+void stream(Decoding& d) { stream_list(d, 2); }
 
-void pause_rtp(Decoding& d) {
-    d.add("pause RTP");
-    stream_list(d, 2);
-}
+void redirections(Decoding& d) { redirect_list(d, 2); }
 
-void restart_rtp(Decoding& d) {
-    d.add("restart RTP");
-    stream_list(d, 2);
-}
-
-void redirect_rtp(Decoding& d) {
-    d.add("redirect: ");
-    redirect_list(d, 2);
-}
-
-void start_listen(Decoding& d) {
-    d.add("start listen RTP: ");
-    listen_list(d, 2);
-}
+void listening(Decoding& d) { listen_list(d, 2); }
 
 void start_record(Decoding& d) {
     d.add("start record RTP");
@@ -82,12 +60,11 @@ void def_tones(Decoding& d) {
 // duration (2)
 void start_tone(Decoding& d) {
     static constexpr auto directions =
-        names({{0, "to the phone"}, {1, "to the network"}, {2, "to both phone and network"}}, "");
+        names({{0, "to the phone\n"}, {1, "to the network\n"}, {2, "to both phone and network\n"}}, "");
     const Byte count = d[2] & 0x3F;
     const Byte direction = d[2] & 3;
     const std::uint32_t entries = d.walk(count);
     d.print("start tone, nb entries: {tone_entries}, {tone_direction}"_cf, count, directions[direction]);
-    d.add_if(direction != 3, "\n");
     for (std::uint32_t entry = 1, at = 3; entry <= entries; ++entry, at += 3) {
         const Decoding::Scope scope(d);
         const Byte tone = d[at];
@@ -136,20 +113,20 @@ void debug_text(Decoding& d) {
     if (d.length() > 2) d.text("debug_text", 2, d.length() - 2);
 }
 
-constexpr auto messages = opcodes({{0x00, "reset", reset},
+constexpr auto messages = opcodes({{0x00, "reset", {"reset, ", resets}},
                                    {0x01, "start_rtp", start_rtp},
-                                   {0x02, "stop_rtp", stop_rtp},
-                                   {0x03, "redirect_rtp", redirect_rtp},
+                                   {0x02, "stop_rtp", {"stop RTP", stream}},
+                                   {0x03, "redirect_rtp", {"redirect: ", redirections}},
                                    {0x04, "def_tones", def_tones},
                                    {0x05, "start_tone", start_tone},
                                    {0x06, "stop_tone", "stop tone"},
-                                   {0x07, "start_listen_rtp", start_listen},
+                                   {0x07, "start_listen_rtp", {"start listen RTP: ", listening}},
                                    {0x08, "stop_listen_rtp", "stop listen RTP"},
                                    {0x09, "get_param", get_param},
                                    {0x0A, "set_param", set_param},
                                    {0x0B, "digit_key", digit_key},
-                                   {0x0C, "pause_rtp", pause_rtp},
-                                   {0x0D, "restart_rtp", restart_rtp},
+                                   {0x0C, "pause_rtp", {"pause RTP", stream}},
+                                   {0x0D, "restart_rtp", {"restart RTP", stream}},
                                    {0x0E, "start_record_rtp", start_record},
                                    {0x0F, "stop_record_rtp", "stop record RTP"},
                                    {0x10, "sip_parameters", sip_parameters},

@@ -43,6 +43,10 @@ void pc_port_status(Decoding& d) {
     d.value(row_field, NameOrCode{states[d[0].number], d[0].number, "unknown param 0x", d[0].place});
 }
 
+void record_rtp(Decoding& d) {
+    d.value(row_field, flag(d[0] != 0, "record RTP enabled", "record RTP disabled"));
+}
+
 void connections(Decoding& d) {
     d.print("  zt connect from {connect_from} @"_cf, either((d[0] & 1) == 0, "any", "well known"));
 }
@@ -114,7 +118,7 @@ constexpr auto set_params = items({{0x00, "tos"},
                                    {0x0F, "TFTP backup IP address: ", ip_address},
                                    {0x10, "MMI password: ", mmi_password},
                                    {0x11, "PC port status: ", pc_port_status},
-                                   {0x12, "record RTP ", enabled},
+                                   {0x12, "", "record_rtp", record_rtp},
                                    {0x13, "security flags:\n", "connect_from", connections},
                                    {0x14, "arp spoofing timer= ", milliseconds},
                                    {0x15, "session string ", quoted_ascii},

@@ -66,12 +66,10 @@ void application_name(Decoding& d) {
     if (d.length() == 1) d.add_if(d[0] == '*', " (all)");
 }
 
-void no_or_yes(Decoding& d) { d.value(row_field, flag(d[0] != 0, "yes", "no")); }
-
 void unknown_item(Decoding& d) { d.print(" unknown: {-}"_cf, d.code()); }
 
 constexpr auto application_items = items({{0x00, " appli: ", "application", application_name},
-                                          {0x01, " enable: ", "application_enabled", no_or_yes},
+                                          {0x01, " enable: ", "application_enabled", yes_or_no},
                                           {0x02, " url: ", characters}},
                                          unknown_item);
 

@@ -34,8 +34,6 @@ void channel(Decoding& d) {
     }
 }
 
-void yes_or_no(Decoding& d) { d.value(row_field, flag(d[0] != 0, "yes", "no")); }
-
 // Set means off.
 void disable_or_enable(Decoding& d) { d.value(row_field, flag(d[0] == 0, "enable", "disable")); }
 

@@ -63,6 +63,8 @@ void first_byte_hex(Decoding& d) { d.print("{:02x}"_cf, d[0]); }
 
 void enabled(Decoding& d) { d.value(row_field, flag(d[0] != 0, "enabled", "disabled")); }
 
+void yes_or_no(Decoding& d) { d.value(row_field, flag(d[0] != 0, "yes", "no")); }
+
 void quoted(Decoding& d) {
     d.add("\"");
     characters(d);

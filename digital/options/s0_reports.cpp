@@ -117,9 +117,9 @@ void anomaly(Decoding& d) {
 // byte 3: 0 hard   bytes 5, 6: version   byte 7: selftest   byte 8: 3 without power
 void reset(Decoding& d) {
     constexpr int not_powered = 3;
-    d.print("reset {reset_kind} S0  soft={software_version} selftest {self_test}, {powered}"_cf,
-            modules::hard_or_soft(d[3]), version_at(d, 5), either(d[7] != 0, "BAD", "OK"),
-            flag(d[8] != not_powered, "powered", "not powered"));
+    d.print("reset {reset_kind} S0  soft={software_version} selftest {self_test}"_cf,
+            modules::hard_or_soft(d[3]), version_at(d, 5), either(d[7] != 0, "BAD", "OK"));
+    d.value("powered", flag(d[8] != not_powered, ", powered", ", not powered"));
 }
 
 constexpr auto reports = opcodes({{0x00, "reset", reset},

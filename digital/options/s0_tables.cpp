@@ -55,7 +55,8 @@ void segment_message(Decoding& d, std::int32_t& total) {
 
 void data_link(Decoding& d) { d.print(" sapi {sapi} tei {tei:02X} "_cf, d[3], d[4]); }
 
-void data_link_content(Decoding& d) {
+void data_link_and_content(Decoding& d) {
+    data_link(d);
     constexpr std::uint8_t call_control_message = 8;
     constexpr std::uint8_t packet = 16;
     switch (d.on(d[5])) {

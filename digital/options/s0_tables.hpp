@@ -21,7 +21,7 @@ void segment_message(Decoding& d, std::int32_t& total);
 // byte 3: SAPI   byte 4: TEI
 void data_link(Decoding& d);
 
-// byte 5: 8 call control, its message type in byte 8; 16 packet
-void data_link_content(Decoding& d);
+// The same, and byte 5: 8 call control, its message type in byte 8; 16 packet
+void data_link_and_content(Decoding& d);
 
 }  // namespace ztdecode::s0

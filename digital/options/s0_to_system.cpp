@@ -61,60 +61,38 @@ void operating_mode_response(Decoding& d) {
 // byte 5: cause
 void release_cause(Decoding& d) { d.print("cause: {release_cause}"_cf, release_causes[d[5]]); }
 
-void data_link_establish(Decoding& d) {
-    d.add("data link establish. ind.");
+void data_link_and_cause(Decoding& d) {
     data_link(d);
     release_cause(d);
 }
 
-void data_link_release(Decoding& d) {
-    d.add("data link release ind.");
-    data_link(d);
-    release_cause(d);
-}
-
-void i_frame(Decoding& d) {
-    d.add("I frame received");
-    data_link(d);
-    data_link_content(d);
-}
-
-void establish_and_ui_frame(Decoding& d) {
-    d.add("dat link estab. & UI frame received");
-    data_link(d);
-    data_link_content(d);
-}
-
-void ui_frame(Decoding& d) {
-    d.add("UI frame received");
-    data_link(d);
-    data_link_content(d);
-}
-
-constexpr auto answers = opcodes({{0x00, "nop_ack", "nop ack"},
-                                  {0x06, "digital_loop_on_ack", "digital loop ON ack"},
-                                  {0x07, "digital_loop_off_ack", "digital loop OFF ack"},
-                                  {0x0C, "segment", segment},
-                                  {0x0E, "version_response", "version response"},
-                                  {0x0F, "state_response", state_response},
-                                  {0x1F, "report", report},
-                                  {0x20, "activate_confirm", "s0 star: activate confirm"},
-                                  {0x21, "activate_request", "s0 star: activate request"},
-                                  {0x22, "deactivate_request", "s0 star: deactivate request"},
-                                  {0x23, "deactivate_confirm", "s0 star: deactivate confirm"},
-                                  {0x24, "loss_of_power", "loss of power"},
-                                  {0x25, "gain_of_power", "gain of power"},
-                                  {0x31, "overload_condition", "overload condition"},
-                                  {0x38, "internal_software_status", internal_software_status},
-                                  {0x3F, "operating_mode", operating_mode_response},
-                                  {0x40, "data_link_establish_indication", data_link_establish},
-                                  {0x41, "data_link_release_indication", data_link_release},
-                                  {0x42, "i_frame_received", i_frame},
-                                  {0x43, "data_link_establish_and_ui_frame_received", establish_and_ui_frame},
-                                  {0x44, "ui_frame_received", ui_frame},
-                                  {0x45, "loop_set_indication", "loop set indication"},
-                                  {0x46, "loop_reset_indication", "loop reset indication"}},
-                                 "??");
+constexpr auto answers =
+    opcodes({{0x00, "nop_ack", "nop ack"},
+             {0x06, "digital_loop_on_ack", "digital loop ON ack"},
+             {0x07, "digital_loop_off_ack", "digital loop OFF ack"},
+             {0x0C, "segment", segment},
+             {0x0E, "version_response", "version response"},
+             {0x0F, "state_response", state_response},
+             {0x1F, "report", report},
+             {0x20, "activate_confirm", "s0 star: activate confirm"},
+             {0x21, "activate_request", "s0 star: activate request"},
+             {0x22, "deactivate_request", "s0 star: deactivate request"},
+             {0x23, "deactivate_confirm", "s0 star: deactivate confirm"},
+             {0x24, "loss_of_power", "loss of power"},
+             {0x25, "gain_of_power", "gain of power"},
+             {0x31, "overload_condition", "overload condition"},
+             {0x38, "internal_software_status", internal_software_status},
+             {0x3F, "operating_mode", operating_mode_response},
+             {0x40, "data_link_establish_indication", {"data link establish. ind.", data_link_and_cause}},
+             {0x41, "data_link_release_indication", {"data link release ind.", data_link_and_cause}},
+             {0x42, "i_frame_received", {"I frame received", data_link_and_content}},
+             {0x43,
+              "data_link_establish_and_ui_frame_received",
+              {"dat link estab. & UI frame received", data_link_and_content}},
+             {0x44, "ui_frame_received", {"UI frame received", data_link_and_content}},
+             {0x45, "loop_set_indication", "loop set indication"},
+             {0x46, "loop_reset_indication", "loop reset indication"}},
+            "??");
 
 }  // namespace
 

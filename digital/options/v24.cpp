@@ -63,11 +63,11 @@ void timer_expired(Decoding& d) { d.print("timer expired: {timer}"_cf, timers[d[
 
 constexpr auto transmissions = names({{0, "asynchrone"}, {6, "synchrone"}}, "???");
 
-constexpr auto adaptations = names({{1, "V14"}, {2, "V110"}, {4, "V120"}, {8, "HDLC transparent"}}, "");
+constexpr auto adaptations = names({{1, " V14"}, {2, " V110"}, {4, " V120"}, {8, " HDLC transparent"}}, "");
 
 void adaptation(Decoding& d, unsigned bit) {
     const Decoding::Scope scope(d);
-    if (d.on(d[8] & bit) != 0) d.print(" {adaptation}"_cf, adaptations[d[8] & bit]);
+    if (d.on(d[8] & bit) != 0) d.value("adaptation", adaptations[d[8] & bit]);
 }
 
 // byte 4: transmission   byte 8: bit 0 V14, bit 1 V110, bit 2 V120, bit 3 HDLC; two sets of them have a name

@@ -112,7 +112,7 @@ TEST(HeValues, Applications) {
     EXPECT_EQ(launch.names(), "application_message launch_application");
     EXPECT_EQ(values(launch), Values{"application =  05, 5-5"});
     EXPECT_FALSE(launch.value("application").meaning.known);
-    EXPECT_EQ(values(Observed(from_dhs, "05 00 01 4c 00")), Values{"recorder = stop, 4-4"});
+    EXPECT_EQ(values(Observed(from_dhs, "05 00 01 4c 00")), Values{"recorder = stop recorder, 4-4"});
     EXPECT_EQ(values(Observed(from_dhs, "05 00 01 2f 01 01 23 45 67 89 ab cd ef")),
               (Values{"download_address = 01234567, 5-8", "download_length = 89abcdef, 9-12"}));
 }

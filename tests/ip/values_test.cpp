@@ -103,8 +103,8 @@ TEST(IpValues, Tones) {
     EXPECT_EQ(tones.bytes_of_words(" = (empty)"), "0-2");  // of the count: there are no others
     EXPECT_TRUE(tones.trail().stretches().back().missing);
     EXPECT_EQ(Observed("13 05 41 09 00 0a", from_dhs).values(),
-              (Values{"tone_entries = 1, 2-2", "tone_direction = to the network, 2-2", "tone_entry = 1, none",
-                      "tone = 9, 3-3", "tone_duration = 10, 4-5"}));
+              (Values{"tone_entries = 1, 2-2", "tone_direction = to the network\n, 2-2",
+                      "tone_entry = 1, none", "tone = 9, 3-3", "tone_duration = 10, 4-5"}));
 }
 
 TEST(IpValues, Parameters) {
