@@ -49,7 +49,7 @@ void blank_and_hex(Decoding& d);
 void number(Decoding& d);           // first byte, decimal
 void two_byte_number(Decoding& d);  // first two bytes, decimal
 void first_byte_hex(Decoding& d);
-void enabled(Decoding& d);  // first byte, "disabled" when it is 0
+void enabled(Decoding& d);    // first byte, "disabled" when it is 0
 void yes_or_no(Decoding& d);  // "yes", or "no" for 0
 
 // The value as characters, in quotes; a zero byte ends the text, and the closing quote is lost with it.
