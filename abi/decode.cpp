@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "abi/process.hpp"
-#include "decode/readers.hpp"
+#include "decode/line_texts.hpp"
 
 // The frame and the readers.
 

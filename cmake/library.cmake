@@ -2,7 +2,8 @@
 
 # The folders of sources: the one list, which is written down for scripts too.
 set(core_folders core decode/tables digital digital/options ip he object convert decode/routes decode)
-set(ZTDECODE_SOURCE_FOLDERS ${core_folders} abi tool/report tool)
+set(tool_folders tool/output tool/input tool/report tool)
+set(ZTDECODE_SOURCE_FOLDERS ${core_folders} abi ${tool_folders})
 list(JOIN ZTDECODE_SOURCE_FOLDERS "\n" lines)
 file(WRITE ${PROJECT_BINARY_DIR}/source_folders.txt "${lines}\n")
 
@@ -28,6 +29,7 @@ endif()
 set_source_files_properties(
     ${PROJECT_SOURCE_DIR}/decode/frame.cpp
     ${PROJECT_SOURCE_DIR}/decode/readers.cpp
+    ${PROJECT_SOURCE_DIR}/decode/trace_lines.cpp
     PROPERTIES COMPILE_OPTIONS "${ZTDECODE_HOT_OPTIONS}")
 
 if(NOT abi_sources)

@@ -1,6 +1,8 @@
 # The command. All of it but main.cpp is a library of its own, so that its parts can be tested.
 
-file(GLOB tool_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tool/*.cpp ${PROJECT_SOURCE_DIR}/tool/report/*.cpp)
+list(TRANSFORM tool_folders PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE tool_globs)
+list(TRANSFORM tool_globs APPEND /*.cpp)
+file(GLOB tool_sources CONFIGURE_DEPENDS ${tool_globs})
 set(tool_main ${PROJECT_SOURCE_DIR}/tool/main.cpp)
 if(NOT tool_main IN_LIST tool_sources)
     return()
@@ -8,7 +10,6 @@ endif()
 list(REMOVE_ITEM tool_sources ${tool_main})
 
 set_source_files_properties(
-    ${PROJECT_SOURCE_DIR}/tool/layout.cpp
     ${PROJECT_SOURCE_DIR}/tool/trace.cpp
     PROPERTIES COMPILE_OPTIONS "${ZTDECODE_HOT_OPTIONS}")
 

@@ -2,7 +2,7 @@
 
 #include <span>
 
-#include "decode/readers.hpp"
+#include "decode/line_texts.hpp"
 #include "object/command.hpp"
 #include "object/segments.hpp"
 

@@ -49,8 +49,6 @@ struct Refusal {
 
     explicit operator bool() const noexcept { return reason != Reason::none; }
 };
-// As data: "too_short".
-std::string_view name_of(Refusal::Reason reason) noexcept;
 
 // A field: two hexadecimal digits, and every further digit behind them counts as well. Values above 31 bits
 // are very large; the low byte of one above 63 bits is 0xff, as strtol has it, which stops at its largest
@@ -140,26 +138,6 @@ bool has_sr_column(Line text);
 // For a line that has the column: its body, and what the column says.
 Line spzt_line(Line text);
 std::uint32_t spzt_direction(Line text);
-
-enum class ReadResult {
-    decoded,
-    refused,        // the text says why; nothing of it is a decoded message
-    unknown_class,  // decoded up to an object-protocol message of an unknown class
-};
-
-// Writes why a line is refused, as the hosts of the C interface read it.
-void write_refusal(const Refusal& refusal, Line text, Text& out);
-
-// The line above the text of a padded message.
-void write_padding(const Refusal& figures, Text& out);
-
-// Decodes all messages of a line behind what `out` holds.
-ReadResult decode_line(Session& session, LineReader& reader, Line text, LineLayout layout,
-                       std::uint32_t direction, Text& out);
-
-// Messages behind two length bytes each, one behind the other; every text ends in a newline.
-ReadResult decode_bin_lng2(Session& session, std::span<const std::uint8_t> bytes, std::uint32_t direction,
-                           Text& out);
 
 // Value of a hexadecimal digit, 16 for any other character.
 std::uint8_t hex_digit(char c) noexcept;

@@ -10,7 +10,7 @@
 #include <string_view>
 #include <vector>
 
-#include "decode/readers.hpp"
+#include "decode/line_texts.hpp"
 #include "fuzz/decoding.hpp"
 #include "fuzz/fuzzing.hpp"
 

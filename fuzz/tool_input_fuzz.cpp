@@ -8,7 +8,7 @@
 #include <string>
 
 #include "fuzz/descriptors.hpp"
-#include "tool/streams.hpp"
+#include "tool/input/lines.hpp"
 
 namespace {
 
@@ -33,11 +33,11 @@ std::size_t block_size(std::uint8_t how) { return std::size_t{how} * how * (how 
 
 class Reading {
   public:
-    Reading(int descriptor, ztdecode::tool::Output& out) : input_(descriptor), out_(out) {}
+    explicit Reading(int descriptor) : input_(descriptor, [] {}) {}
 
     bool line() {
         Input::Next next{};
-        if (!input_.next(next, out_)) return false;
+        if (!input_.next(next)) return false;
         expect(next.line.text[next.line.length] == (next.newline ? '\n' : '\0'),
                "a line end or a zero stands behind a line");
         expect(next.piece || next.line.length < Input::longest_line, "a long line comes in pieces");
@@ -46,7 +46,7 @@ class Reading {
         return next.newline || next.line.length > 0;
     }
     bool block(std::size_t n) {
-        const auto bytes = input_.block(n, out_);
+        const auto bytes = input_.block(n);
         all_.append(bytes.begin(), bytes.end());
         return !bytes.empty();
     }
@@ -55,7 +55,6 @@ class Reading {
 
   private:
     Input input_;
-    ztdecode::tool::Output& out_;
     std::string all_;
 };
 
@@ -66,9 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string content = content_of(data, size);
     const ztdecode::fuzz::Descriptor in =
         data[0] == 0 ? ztdecode::fuzz::file_with(content) : ztdecode::fuzz::pieces_of(content, data[0]);
-    const ztdecode::fuzz::Sink sink(0);
-    ztdecode::tool::Output out(sink.descriptor(), false);
-    Reading reading(in.number(), out);
+    Reading reading(in.number());
     bool more = true;
     for (std::size_t k = 0; more; ++k) {
         const std::uint8_t how = data[2 + k % asked];

@@ -11,7 +11,7 @@
 
 #include "core/message.hpp"
 #include "tool/display.hpp"
-#include "tool/streams.hpp"
+#include "tool/output/output.hpp"
 
 namespace ztdecode::tool {
 

@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "tool/control.hpp"
+#include "tool/output/control.hpp"
 
 namespace ztdecode::tool {
 

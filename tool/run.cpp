@@ -16,7 +16,8 @@
 #include <thread>
 
 #include "decode/catalog.hpp"
-#include "tool/file_outputs.hpp"
+#include "tool/output/diagnostics.hpp"
+#include "tool/output/file_outputs.hpp"
 #include "tool/report/catalog.hpp"
 #include "tool/trace.hpp"
 

@@ -1,4 +1,4 @@
-#include "decode/readers.hpp"
+#include "decode/line_texts.hpp"
 
 #include <cstdlib>
 #include <random>

@@ -21,7 +21,8 @@ find include "$@" -maxdepth 1 -type f \( -name '*.[ch]' -o -name '*.[ch]pp' \) -
         floor("digital/")
         floor("decode/routes/") # servers.cpp passes a command on to object/
         floor("decode/")
-        floor("abi/ tool/report/")
+        floor("abi/ tool/output/")
+        floor("tool/input/ tool/report/")
         floor("tool/")
 
         # FILE INCLUDED: an include that runs upward, and why it may.

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "tool/control.hpp"
+#include "tool/output/control.hpp"
 
 // What would act on a terminal, escaped.
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "tool/explain.hpp"
+#include "tool/report/explained.hpp"
 
 // Lines of explanations.
 

@@ -8,6 +8,9 @@
 #include <cstring>
 #include <vector>
 
+#include "decode/line_texts.hpp"
+#include "tool/output/control.hpp"
+
 namespace ztdecode::tool {
 
 namespace {
@@ -300,8 +303,8 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         key(key_words);
         number(value);
     }
-    void message(std::string_view kind_and_file, const Place& place, const Record& record, std::size_t index,
-                 bool words) {
+    void message(std::string_view kind_and_file, const CapturedMessage& place, const Record& record,
+                 std::size_t index, bool words) {
         const Record::Part& part = record.part(index);
         const NotedMessage& noted = *part.noted;
         StartObject();
@@ -309,7 +312,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         out_.print(
             "{-}:{-},\"columns\":{-},\"time\":null,\"direction\":\"{-}\",\"link\":{-},\"message\":{-},"
             "\"code\":{-},\"status\":\"{-}\",\"length\":{-},\"bytes\":\"{-}\",\"text\":"_cf,
-            kind_and_file, place.line, QuotedOrNull{place.columns, place.has_columns, ascii_},
+            kind_and_file, place.number, QuotedOrNull{place.columns, place.has_columns, ascii_},
             std::string_view(noted.direction == from_dhs ? "from" : "to"), OwnName{noted.link},
             OwnName{noted.name}, Code{noted.code}, status(part.decoded), noted.length,
             Hexadecimal{part.bytes});
@@ -333,7 +336,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
     }
 
   private:
-    void parts(std::string_view kind_and_file, const Place& place, const Record& record,
+    void parts(std::string_view kind_and_file, const CapturedMessage& place, const Record& record,
                const Record::Part& part, bool words) {
         StartArray();
         for (const std::uint32_t carried : record.carried(part)) {
@@ -563,10 +566,10 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
     std::vector<std::pair<std::uint32_t, std::uint32_t>> first_;
 };
 
-NdjsonReport::NdjsonReport(std::string_view file, bool words, bool ascii, Text& out)
-    : words_(words), writer_(std::make_unique<Writer>(ascii, out)) {
+NdjsonReport::NdjsonReport(std::string_view file, const Options& options, Output& out)
+    : options_(options), out_(out), writer_(std::make_unique<Writer>(out.escapes(), out.text)) {
     Text name;
-    add_string(file, ascii, name);
+    add_string(file, out.escapes(), name);
     const auto keys = [&](std::string_view kind) {
         return formatted("\"kind\":\"{-}\",\"file\":{-},\"line\""_cf, kind, name.view());
     };
@@ -578,34 +581,81 @@ NdjsonReport::NdjsonReport(std::string_view file, bool words, bool ascii, Text& 
 
 NdjsonReport::~NdjsonReport() = default;
 
-void NdjsonReport::message(const Place& place, const Trail& trail, std::string_view text, const Message& m,
-                           Outcome outcome, std::uint64_t padded) {
-    record_.take(trail, text, m, outcome);
-    writer_->message(message_, place, record_, 0, words_);
-    if (padded > 0) writer_->add("\"padded\"", padded);
+std::optional<Trail::What> NdjsonReport::notes() const {
+    return options_.words ? Trail::What::words : Trail::What::values;
+}
+
+void NdjsonReport::content(std::string_view kind, std::uint64_t number, std::string_view words) {
+    writer_->begin(kind, number);
+    writer_->add("\"content\"", words);
     writer_->end();
 }
 
-void NdjsonReport::refused(std::uint64_t line, const Refusal& refusal, std::string_view content) {
-    writer_->begin(refused_, line);
+void NdjsonReport::other(std::uint64_t number, std::string_view line, bool /*newline*/) {
+    content(other_, number, line);
+}
+
+void NdjsonReport::begin_line(Line /*line*/) {
+    said_ = false;
+    begin_ = out_.text.size();
+}
+
+void NdjsonReport::begin_bytes(std::span<const std::uint8_t> /*bytes*/) { begin_line({}); }
+
+Text& NdjsonReport::begin_message(const CapturedMessage& /*captured*/) {
+    decoded_.clear();
+    begin_ = out_.text.size();
+    return decoded_;
+}
+
+void NdjsonReport::trace(std::uint64_t number, std::string_view words) { content(trace_, number, words); }
+
+void NdjsonReport::message(const Said& said) {
+    said_ = true;
+    if (options_.only_texts && said.text.empty()) return;
+    record_.take(said.trail, said.text, *said.captured.message, said.outcome);
+    writer_->message(message_, said.captured, record_, 0, options_.words);
+    if (const Refusal* shortage = said.captured.shortage; shortage != nullptr) {
+        writer_->add("\"padded\"", shortage->expected - shortage->found);
+    }
+    writer_->end();
+}
+
+void NdjsonReport::unfinished(const Said& said, Text& why) {
+    message(said);
+    add_uncoloured(said.text, why);
+}
+
+void NdjsonReport::refused(std::uint64_t number, Line line, const Refusal& refusal) {
+    said_ = true;
+    writer_->begin(refused_, number);
     writer_->add("\"column\"", refusal.column + 1);
     writer_->add("\"reason\"", ztdecode::name_of(refusal.reason));
     writer_->add("\"expected\"", refusal.expected);
     writer_->add("\"found\"", refusal.found);
-    writer_->add("\"content\"", content);
+    writer_->add("\"content\"", {line.text, line.length});
     writer_->end();
 }
 
-void NdjsonReport::other(std::uint64_t line, std::string_view content) {
-    writer_->begin(other_, line);
-    writer_->add("\"content\"", content);
-    writer_->end();
+// Every line is an object, or several.
+void NdjsonReport::end_line(std::uint64_t number, Line line) {
+    if (!said_) other(number, {line.text, line.length}, true);
 }
 
-void NdjsonReport::trace(std::uint64_t line, std::string_view content) {
-    writer_->begin(trace_, line);
-    writer_->add("\"content\"", content);
-    writer_->end();
+bool NdjsonReport::let_out(std::size_t besides) {
+    constexpr std::size_t most_held = std::size_t{1} << 20;
+    if (out_.text.size() + besides < most_held) return false;
+    out_.flush();
+    begin_ = 0;
+    return true;
+}
+
+void NdjsonReport::no_memory() {
+    out_.text.cut(begin_);
+    out_.flush_and_release();
+    writer_ = std::make_unique<Writer>(out_.escapes(), out_.text);
+    decoded_ = Text();
+    record_ = Record();
 }
 
 }  // namespace ztdecode::tool

@@ -5,44 +5,51 @@
 #include <string>
 #include <string_view>
 
-#include "core/message.hpp"
 #include "core/record.hpp"
 #include "core/text.hpp"
-#include "decode/readers.hpp"
+#include "tool/output/output.hpp"
+#include "tool/report/report.hpp"
 
 namespace ztdecode::tool {
 
-// Where a message stands in its trace: the line, or in a binary file its number.
-struct Place {
-    std::uint64_t line = 0;
-    std::string_view columns{};  // what stands in front of it
-    bool has_columns = false;    // in this layout something does
-};
-
 // What a trace says as JSON, one object a line (docs/record.schema.json).
-class NdjsonReport {
+class NdjsonReport final : public Report {
   public:
-    // `words`: each word with its bytes, and what there is to know of each field. `ascii`: all other
-    // characters as escapes, for terminals.
-    NdjsonReport(std::string_view file, bool words, bool ascii, Text& out);
+    struct Options {
+        bool words = false;       // each word with its bytes, and what there is to know of each field
+        bool only_texts = false;  // leave out the messages without a text
+    };
+    // Where the output goes to a terminal, all characters beyond ASCII are escapes.
+    NdjsonReport(std::string_view file, const Options& options, Output& out);
     NdjsonReport(const NdjsonReport&) = delete;
     NdjsonReport& operator=(const NdjsonReport&) = delete;
-    ~NdjsonReport();
+    ~NdjsonReport() override;
 
-    // `padded`: so many bytes were filled up.
-    void message(const Place& place, const Trail& trail, std::string_view text, const Message& m,
-                 Outcome outcome, std::uint64_t padded);
-    void refused(std::uint64_t line, const Refusal& refusal, std::string_view content);
-    // Any line that is no trace line; what decoders trace on the side.
-    void other(std::uint64_t line, std::string_view content);
-    void trace(std::uint64_t line, std::string_view content);
+    std::optional<Trail::What> notes() const override;
+    void other(std::uint64_t number, std::string_view line, bool newline) override;
+    void begin_line(Line line) override;
+    void begin_bytes(std::span<const std::uint8_t> bytes) override;
+    Text& begin_message(const CapturedMessage& captured) override;
+    void trace(std::uint64_t number, std::string_view words) override;
+    void message(const Said& said) override;
+    void unfinished(const Said& said, Text& why) override;
+    void refused(std::uint64_t number, Line line, const Refusal& refusal) override;
+    void end_line(std::uint64_t number, Line line) override;
+    bool let_out(std::size_t besides) override;
+    void no_memory() override;
 
   private:
     class Writer;
 
-    bool words_;
+    void content(std::string_view kind, std::uint64_t number, std::string_view words);
+
+    Options options_;
+    Output& out_;
     std::unique_ptr<Writer> writer_;
     Record record_;
+    Text decoded_;           // the text of a message
+    bool said_ = false;      // an object for the line has been written
+    std::size_t begin_ = 0;  // of the object in the output
     // What the objects begin with.
     std::string message_;
     std::string refused_;

@@ -1,4 +1,4 @@
-// What the command takes a line for: any lines, apart at newlines. Each lies in a block of its own size, with
+// What a line is taken for: any lines, apart at newlines. Each lies in a block of its own size, with
 // the zero that lines have behind them. What a line is does not hang on its line end, and a line that has the
 // fields of a layout is one of that layout.
 
@@ -8,16 +8,15 @@
 #include <string_view>
 #include <vector>
 
-#include "decode/readers.hpp"
+#include "decode/trace_lines.hpp"
 #include "fuzz/fuzzing.hpp"
-#include "tool/layout.hpp"
 
 namespace {
 
 using ztdecode::Line;
+using ztdecode::LineKind;
+using ztdecode::recognise;
 using ztdecode::fuzz::expect;
-using ztdecode::tool::LineKind;
-using ztdecode::tool::recognise;
 
 LineKind kind_of(std::string_view characters) {
     std::vector<char> block(characters.begin(), characters.end());

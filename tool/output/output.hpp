@@ -1,14 +1,10 @@
 #pragma once
 
 #include <cstddef>
-#include <cstdint>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "core/text.hpp"
-#include "decode/readers.hpp"
-#include "tool/control.hpp"
+#include "tool/output/control.hpp"
 
 namespace ztdecode::tool {
 
@@ -83,43 +79,6 @@ class Output {
     int error_ = 0;
     std::size_t sent_ = 0;
     std::size_t kept_ = 0;  // characters at the front of `text` that have gone out
-};
-
-// Lines or blocks of a file descriptor, read as they come.
-class Input {
-  public:
-    explicit Input(int descriptor);
-
-    // The next line, without its newline, which stands behind it (a zero where the file has none); valid
-    // until the next call. A line that is longer than `longest_line` comes in several pieces.
-    struct Next {
-        Line line;
-        bool newline;  // the line ended in one
-        bool piece;    // of a longer line; the last piece of it as well
-    };
-    bool next(Next& next, Output& out);
-
-    // The next n bytes, fewer at the end; valid until the next call.
-    std::span<const std::uint8_t> block(std::size_t n, Output& out);
-
-    int error() const noexcept { return error_; }
-    std::uint64_t bytes_read() const noexcept { return bytes_read_; }
-
-    static constexpr std::size_t longest_line = std::size_t{1} << 20;
-
-  private:
-    bool fill(Output& out);
-
-    int descriptor_;
-    bool regular_;  // a file: reading never waits, so there is no need to show what is ready first
-    std::vector<char> buffer_;
-    std::size_t begin_ = 0;
-    std::size_t end_ = 0;
-    std::size_t searched_ = 0;  // bytes from begin_ on that hold no newline
-    bool in_long_line_ = false;
-    bool at_end_ = false;
-    int error_ = 0;
-    std::uint64_t bytes_read_ = 0;
 };
 
 }  // namespace ztdecode::tool

@@ -1,9 +1,9 @@
-#include "tool/explain.hpp"
+#include "tool/report/explained.hpp"
 
 #include <algorithm>
 #include <string>
 
-#include "tool/control.hpp"
+#include "tool/output/control.hpp"
 
 namespace ztdecode::tool {
 

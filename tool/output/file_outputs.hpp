@@ -4,7 +4,7 @@
 #include <memory>
 #include <mutex>
 
-#include "tool/streams.hpp"
+#include "tool/output/output.hpp"
 
 namespace ztdecode::tool {
 

@@ -1,4 +1,4 @@
-#include "tool/streams.hpp"
+#include "tool/input/lines.hpp"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -6,39 +6,9 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 namespace ztdecode::tool {
-
-int write_whole(int descriptor, std::string_view words) noexcept {
-    while (!words.empty()) {
-        const ssize_t written = ::write(descriptor, words.data(), words.size());
-        if (written >= 0) {
-            words.remove_prefix(static_cast<std::size_t>(written));
-        } else if (errno != EINTR) {
-            return errno;
-        }
-    }
-    return 0;
-}
-
-void Output::flush() {
-    forget_kept();
-    send_first(text.size());
-}
-
-void Output::flush_keeping(std::size_t n) {
-    const std::string_view unsent = text.from(kept_);
-    if (error_ == 0) send(unsent);
-    sent_ += unsent.size();
-    text.cut(n);
-    kept_ = n;
-}
-
-void Output::send_first(std::size_t n) {
-    if (n > 0 && error_ == 0) send(text.view().substr(0, n));
-    sent_ += n;
-    text.remove_first(n);
-}
 
 namespace {
 
@@ -51,11 +21,14 @@ bool is_regular(int descriptor) {
 
 }  // namespace
 
-Input::Input(int descriptor)
-    : descriptor_(descriptor), regular_(is_regular(descriptor)), buffer_(buffer_size + 1) {}
+// Reading a file never waits.
+Input::Input(int descriptor, std::function<void()> before_waiting)
+    : descriptor_(descriptor), buffer_(buffer_size + 1) {
+    if (!is_regular(descriptor)) before_waiting_ = std::move(before_waiting);
+}
 
 // Reads more behind what is there; room is made first. False at the end.
-bool Input::fill(Output& out) {
+bool Input::fill() {
     if (at_end_) return false;
     if (begin_ > 0) {
         std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
@@ -63,7 +36,7 @@ bool Input::fill(Output& out) {
         begin_ = 0;
     }
     if (end_ + 1 == buffer_.size()) buffer_.resize(buffer_.size() * 2 - 1);
-    if (!regular_) out.flush();
+    if (before_waiting_) before_waiting_();
     for (;;) {
         const ssize_t n = ::read(descriptor_, buffer_.data() + end_, buffer_.size() - 1 - end_);
         if (n > 0) {
@@ -78,7 +51,7 @@ bool Input::fill(Output& out) {
     }
 }
 
-bool Input::next(Next& next, Output& out) {
+bool Input::next(Next& next) {
     for (;;) {
         char* text = buffer_.data() + begin_;
         const std::size_t present = end_ - begin_;
@@ -93,7 +66,7 @@ bool Input::next(Next& next, Output& out) {
         }
         searched_ = present;
         const bool too_long = present >= longest_line;
-        if (!too_long && fill(out)) continue;
+        if (!too_long && fill()) continue;
         if (present == 0) return false;
         text = buffer_.data() + begin_;
         text[present] = '\0';
@@ -105,8 +78,8 @@ bool Input::next(Next& next, Output& out) {
     }
 }
 
-std::span<const std::uint8_t> Input::block(std::size_t n, Output& out) {
-    while (end_ - begin_ < n && fill(out)) {
+std::span<const std::uint8_t> Input::block(std::size_t n) {
+    while (end_ - begin_ < n && fill()) {
     }
     const std::size_t present = std::min(n, end_ - begin_);
     const auto* bytes =

@@ -1,4 +1,4 @@
-#include "tool/control.hpp"
+#include "tool/output/control.hpp"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "tool/file_outputs.hpp"
+#include "tool/output/file_outputs.hpp"
 
 #include <sys/sendfile.h>
 #include <unistd.h>

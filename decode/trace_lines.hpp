@@ -1,0 +1,70 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "decode/readers.hpp"
+
+// Traces that are written as text: which of their lines are trace lines, and the messages that those hold.
+
+namespace ztdecode {
+
+// Of which layout a line has the looks.
+enum class LineKind { none, bare, tagged, spzt };
+LineKind recognise(Line line);
+
+// What a line of a trace is. Whether a trace line is refused shows when its messages are read.
+enum class LineVerdict { trace_line, no_trace_line, blank, comment };
+
+// One message as it stands in its trace.
+struct CapturedMessage {
+    const Message* message = nullptr;
+    std::uint64_t number = 0;    // of the line, or of the message in a binary file
+    std::string_view columns{};  // what stands in front of it
+    bool has_columns = false;    // in this layout something does
+    bool goes_on = false;        // others may stand behind it in its line
+    // Its line ends too early, and it was filled up: the figures; null for any other one.
+    const Refusal* shortage = nullptr;
+};
+
+// Takes the lines of a trace one by one and gives their messages. Decodes nothing.
+class TraceReader {
+  public:
+    // Without a layout each line is read as it looks. `direction`: of layouts that do not say it.
+    TraceReader(std::optional<LineLayout> layout, std::uint32_t direction) noexcept;
+
+    // Begins with a line, which stays as it is until it is done.
+    LineVerdict begin(Line line, std::uint64_t number) noexcept;
+    // Nearly all lines of a trace are S/R lines of one message and nothing else, which need no second look:
+    // the message of such a line, null for any other one.
+    const Message* plain(Line line) noexcept {
+        return plain_lines_ && may_be_plain(line) ? reader_.plain_spzt(line) : nullptr;
+    }
+    // Such a line for those who ask for more than its message.
+    void begin_plain(Line line, std::uint64_t number, const Message& m) noexcept;
+    // The next message of the trace line, false behind the last one; valid until the next call.
+    bool next();
+    const CapturedMessage& captured() const noexcept { return captured_; }
+    // Behind the last message: why the line is refused, if it is.
+    const Refusal& refusal() const noexcept { return reader_.refusal(); }
+    // The trace line, without the blanks at its end.
+    Line line() const noexcept { return line_; }
+
+  private:
+    // No other layout begins like one that does not begin with the first character of a tag.
+    static bool may_be_plain(Line line) noexcept {
+        if (line.length == 0) return false;
+        const char c = line.text[0];
+        return c != 'z' && c != '#' && c != ' ' && c != '\t' && c != '\r';
+    }
+
+    std::optional<LineLayout> layout_;
+    std::uint32_t direction_;
+    bool plain_lines_;
+    LineReader reader_{LineReader::Behind::zeros};
+    Line line_{"", 0};
+    CapturedMessage captured_;
+};
+
+}  // namespace ztdecode

@@ -1,0 +1,51 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <vector>
+
+#include "decode/readers.hpp"
+
+namespace ztdecode::tool {
+
+// Lines or blocks of a file descriptor, read as they come.
+class Input {
+  public:
+    // `before_waiting` is called where reading may wait for what is not there yet.
+    Input(int descriptor, std::function<void()> before_waiting);
+
+    // The next line, without its newline, which stands behind it (a zero where the file has none); valid
+    // until the next call. A line that is longer than `longest_line` comes in several pieces.
+    struct Next {
+        Line line;
+        bool newline;  // the line ended in one
+        bool piece;    // of a longer line; the last piece of it as well
+    };
+    bool next(Next& next);
+
+    // The next n bytes, fewer at the end; valid until the next call.
+    std::span<const std::uint8_t> block(std::size_t n);
+
+    int error() const noexcept { return error_; }
+    std::uint64_t bytes_read() const noexcept { return bytes_read_; }
+
+    static constexpr std::size_t longest_line = std::size_t{1} << 20;
+
+  private:
+    bool fill();
+
+    int descriptor_;
+    std::function<void()> before_waiting_;
+    std::vector<char> buffer_;
+    std::size_t begin_ = 0;
+    std::size_t end_ = 0;
+    std::size_t searched_ = 0;  // bytes from begin_ on that hold no newline
+    bool in_long_line_ = false;
+    bool at_end_ = false;
+    int error_ = 0;
+    std::uint64_t bytes_read_ = 0;
+};
+
+}  // namespace ztdecode::tool

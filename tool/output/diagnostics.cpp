@@ -1,0 +1,26 @@
+#include "tool/output/diagnostics.hpp"
+
+#include <algorithm>
+
+namespace ztdecode::tool {
+
+void complain_of_file(std::string_view name, std::string_view why, Output& out) {
+    out.text.add("ztdecode: ");
+    out.add_name(name);
+    out.text.print(": {-}\n"_cf, why);
+}
+
+void Diagnostics::of_line(std::uint64_t number, std::string_view why) {
+    Text& text = out_.text;
+    do {
+        const std::string_view line = why.substr(0, why.find('\n'));
+        text.add("ztdecode: ");
+        out_.add_name(name_);
+        text.print(":{-}: "_cf, number);
+        out_.add_foreign(line);
+        text.add("\n");
+        why.remove_prefix(std::min(why.size(), line.size() + 1));
+    } while (!why.empty());
+}
+
+}  // namespace ztdecode::tool

@@ -1,0 +1,33 @@
+#pragma once
+
+#include <cstdint>
+#include <string_view>
+
+#include "tool/output/output.hpp"
+
+namespace ztdecode::tool {
+
+// Names a file that something is wrong with.
+void complain_of_file(std::string_view name, std::string_view why, Output& out);
+
+// What is wrong with the lines of one file.
+class Diagnostics {
+  public:
+    // `name` is what the file is called.
+    Diagnostics(std::string_view name, Output& out) noexcept : name_(name), out_(out) {}
+
+    // Every line of it names the file and the line (of a binary file the message).
+    void of_line(std::uint64_t number, std::string_view why);
+    void of_file(std::string_view why) { complain_of_file(name_, why, out_); }
+
+    // Whether something has not gone out yet.
+    bool pending() const noexcept { return out_.text.size() > 0; }
+    std::size_t size() const noexcept { return out_.text.size(); }
+    void flush() { out_.flush(); }
+
+  private:
+    std::string_view name_;
+    Output& out_;
+};
+
+}  // namespace ztdecode::tool
