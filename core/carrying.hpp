@@ -53,13 +53,19 @@ struct Carrying {
 
     // Super messages of modules. All of them write to one place, so that an inner one writes over the outer
     // one's text.
-    std::uint32_t module_super_depth = 0;  // those being walked inside each other
-    bool module_super_ended = false;       // one ended inside the part that was decoded last
-    std::string module_super_text;         // of the inner one that ended last
-    std::size_t module_super_begin = 0;    // where that text stands
+    struct ModuleSuper {
+        std::uint32_t depth = 0;  // those being walked inside each other
+        bool ended = false;       // one ended inside the part that was decoded last
+        std::string text{};       // of the inner one that ended last
+        std::size_t begin = 0;    // where that text stands
+    };
+    ModuleSuper module_super{};
     // A set emulation of a module is being decoded, and it turned out to carry another one.
-    bool emulation_open = false;
-    bool emulation_inside = false;
+    struct Emulation {
+        bool open = false;
+        bool inside = false;
+    };
+    Emulation emulation{};
 };
 
 }  // namespace ztdecode

@@ -15,7 +15,7 @@ void Carrying::renew() noexcept {
     used = false;
     reassembled = 0;
     text_besides = complaints = 0;
-    if (module_super_text.capacity() > room_to_keep) module_super_text = {};
+    if (module_super.text.capacity() > room_to_keep) module_super.text = {};
 }
 
 void Session::let_go() noexcept {

@@ -52,10 +52,10 @@ void report(Decoding& d) { reports.write(d, d[3]); }
 
 class OpenEmulation {
   public:
-    explicit OpenEmulation(Carrying& carrying) : carrying_(carrying) { carrying_.emulation_open = true; }
+    explicit OpenEmulation(Carrying& carrying) : carrying_(carrying) { carrying_.emulation.open = true; }
     OpenEmulation(const OpenEmulation&) = delete;
     OpenEmulation& operator=(const OpenEmulation&) = delete;
-    ~OpenEmulation() { carrying_.emulation_open = carrying_.emulation_inside = false; }
+    ~OpenEmulation() { carrying_.emulation = {}; }
 
   private:
     Carrying& carrying_;
@@ -92,19 +92,19 @@ class Played {
 void set_emulation(Decoding& d) {
     d.add("VTA emulation: ");
     Carrying& carrying = d.session().carrying;
-    if (carrying.emulation_open) {
-        carrying.emulation_inside = true;
+    if (carrying.emulation.open) {
+        carrying.emulation.inside = true;
         return;
     }
     const OpenEmulation open(carrying);
     std::forward_list<Played> played;
     Decoding* carrier = &d;
     do {
-        carrying.emulation_inside = false;
+        carrying.emulation.inside = false;
         carrier = played.emplace_front(*carrier).decode();
         // Opcode, sub-device and the module's opcode of a set emulation: without them nothing follows.
-        if (carrier != nullptr && carrying.emulation_inside) carrier->on(carrier->u24(0));
-    } while (carrier != nullptr && carrying.emulation_inside);
+        if (carrier != nullptr && carrying.emulation.inside) carrier->on(carrier->u24(0));
+    } while (carrier != nullptr && carrying.emulation.inside);
 }
 
 void anomaly(Decoding& d) { d.print("anomalie soft {anomaly}"_cf, d[3]); }

@@ -2,6 +2,7 @@
 
 #include <bitset>
 #include <forward_list>
+#include <utility>
 
 namespace ztdecode::modules {
 
@@ -11,28 +12,23 @@ namespace {
 class Nesting {
   public:
     explicit Nesting(Carrying& carrying)
-        : carrying_(carrying),
-          emulation_open_(carrying.emulation_open),
-          emulation_inside_(carrying.emulation_inside) {
-        ++carrying_.module_super_depth;
-        carrying_.emulation_open = carrying_.emulation_inside = false;
+        : carrying_(carrying), emulation_(std::exchange(carrying.emulation, {})) {
+        ++carrying_.module_super.depth;
     }
     Nesting(const Nesting&) = delete;
     Nesting& operator=(const Nesting&) = delete;
     ~Nesting() {
-        --carrying_.module_super_depth;
-        carrying_.emulation_open = emulation_open_;
-        carrying_.emulation_inside = emulation_inside_;
+        --carrying_.module_super.depth;
+        carrying_.emulation = emulation_;
     }
 
-    bool followed() const { return carrying_.module_super_depth <= Carrying::deepest_module_super; }
-    bool inside_another() const { return carrying_.module_super_depth > 1; }
+    bool followed() const { return carrying_.module_super.depth <= Carrying::deepest_module_super; }
+    bool inside_another() const { return carrying_.module_super.depth > 1; }
 
   private:
     Carrying& carrying_;
     // A set emulation in a part is one of its own: the text goes on behind it.
-    bool emulation_open_;
-    bool emulation_inside_;
+    Carrying::Emulation emulation_;
 };
 
 // What is left of the message, in eight bits as the modules count it: 2 when the parts have used up a message
@@ -80,12 +76,12 @@ class Walk {
     Carrying& carrying = d_.session().carrying;
     Text& out = d_.out();
     Trail* const trail = d_.trail();
-    const std::string& inner_text = carrying.module_super_text;
+    const std::string& inner_text = carrying.module_super.text;
     const std::string part_text(out.from(part_begin));
     Trail::Notes inner;
     Trail::Notes part;
     if (trail != nullptr) {
-        const std::size_t inner_begin = carrying.module_super_begin;
+        const std::size_t inner_begin = carrying.module_super.begin;
         inner = trail->notes(inner_begin, inner_begin + inner_text.size());
         part = trail->notes(part_begin, out.size());
     }
@@ -105,14 +101,14 @@ void Walk::write_line(const Message& part) {
     if (d_.trail() != nullptr) d_.trail()->walk(part, {1, 1});
     d_.add("\t\t- ");
     const std::size_t part_begin = d_.out().size();
-    carrying.module_super_ended = false;
+    carrying.module_super.ended = false;
     {
         Decoding carried(d_, part);
         carried.route = d_.route;
         carried.link("digital");
         decode_part_(carried, host_);
     }
-    if (carrying.module_super_ended && carrying.has_room_for(carrying.module_super_text.size())) {
+    if (carrying.module_super.ended && carrying.has_room_for(carrying.module_super.text.size())) {
         put_inner_text_first(part_begin);
     }
     d_.add("\n");
@@ -154,9 +150,9 @@ void super_message(Decoding& d, HostPartDecoder decode_part, void* host) {
     d.add("super message\n");
     if (nesting.followed()) walk.run();
     if (nesting.inside_another()) {
-        carrying.module_super_text = d.out().from(begin);
-        carrying.module_super_begin = begin;
-        carrying.module_super_ended = true;
+        carrying.module_super.text = d.out().from(begin);
+        carrying.module_super.begin = begin;
+        carrying.module_super.ended = true;
     }
 }
 

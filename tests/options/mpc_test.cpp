@@ -161,7 +161,7 @@ TEST(DecodeMpc, EmulationsFillTheLongestMessage) {
     Text out;
     decode_message(mpc::to_system, d, Message(data), out);
     EXPECT_EQ(out.view(), expected + "handset off hook");
-    EXPECT_FALSE(d.session().carrying.emulation_open);
+    EXPECT_FALSE(d.session().carrying.emulation.open);
 }
 
 // Each carried message inside the one that carries it.

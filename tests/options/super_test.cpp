@@ -220,7 +220,7 @@ TEST(SubSuper, IsFollowed12Deep) {
             // The thirteenth shows its heading alone, twelve times doubled.
             EXPECT_EQ(out.view(), cut_off) << depth;
         }
-        EXPECT_EQ(d.session().carrying.module_super_depth, 0U);
+        EXPECT_EQ(d.session().carrying.module_super.depth, 0U);
         EXPECT_EQ(d.error, "");
     }
 }
@@ -372,7 +372,7 @@ TEST(SubSuper, OverlappingOnesAreBounded) {
         decode_message(mpc::to_system, d, Message(data), out);
         EXPECT_LE(out.size(), Carrying::most_text + 300000);
         EXPECT_LE(d.error.size(), Carrying::most_complaints);
-        EXPECT_EQ(d.session().carrying.module_super_depth, 0U);
+        EXPECT_EQ(d.session().carrying.module_super.depth, 0U);
     }
 }
 
