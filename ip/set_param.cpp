@@ -1,3 +1,6 @@
+#include <string>
+
+#include "core/phrase.hpp"
 #include "decode/tables/identity.hpp"
 #include "ip/items.hpp"
 #include "ip/messages.hpp"
@@ -32,15 +35,26 @@ void quoted_ascii(Decoding& d) {
 
 void mmi_password(Decoding& d) {
     if (d.length() == 0) {
-        d.value(row_field, Word{"suppressed", 0, true, d.stated_length().place});
+        const Word suppressed{"MMI password: suppressed", 0, true, d.stated_length().place};
+        add_phrase(d, row_field, suppressed, "MMI password: ");
     } else {
+        d.add("MMI password: ");
         quoted_ascii(d);
     }
 }
 
 void pc_port_status(Decoding& d) {
-    static constexpr auto states = names({{0, "no security"}, {1, "block"}, {2, "filter VLAN"}}, "");
-    d.value(row_field, NameOrCode{states[d[0].number], d[0].number, "unknown param 0x", d[0].place});
+    static constexpr auto states = names({{0, "PC port status: no security"},
+                                          {1, "PC port status: block"},
+                                          {2, "PC port status: filter VLAN"}},
+                                         "");
+    Word state = states[d[0]];
+    std::string unknown;
+    if (!state.known) {
+        unknown = formatted("PC port status: unknown param 0x{-:02x}"_cf, d[0]);
+        state.text = unknown;
+    }
+    add_phrase(d, row_field, state, "PC port status: ");
 }
 
 void record_rtp(Decoding& d) {
@@ -48,7 +62,9 @@ void record_rtp(Decoding& d) {
 }
 
 void connections(Decoding& d) {
-    d.print("  zt connect from {connect_from} @"_cf, either((d[0] & 1) == 0, "any", "well known"));
+    add_phrase(d, row_field,
+               either((d[0] & 1) == 0, "  zt connect from any @", "  zt connect from well known @"),
+               "  zt connect from ", " @");
 }
 
 void milliseconds(Decoding& d) { d.print("{} ms"_cf, d.u16(0)); }
@@ -116,8 +132,8 @@ constexpr auto set_params = items({{0x00, "tos"},
                                    {0x0D, "SNMP mib community: ", quoted},
                                    {0x0E, "TFTP backup secure mode: ", first_byte_hex},
                                    {0x0F, "TFTP backup IP address: ", ip_address},
-                                   {0x10, "MMI password: ", mmi_password},
-                                   {0x11, "PC port status: ", pc_port_status},
+                                   {0x10, "", "mmi_password", mmi_password},
+                                   {0x11, "", "pc_port_status", pc_port_status},
                                    {0x12, "", "record_rtp", record_rtp},
                                    {0x13, "security flags:\n", "connect_from", connections},
                                    {0x14, "arp spoofing timer= ", milliseconds},

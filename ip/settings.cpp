@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <iterator>
+#include <string_view>
 
+#include "core/phrase.hpp"
 #include "ip/items.hpp"
 #include "ip/messages.hpp"
 #include "ip/values.hpp"
@@ -13,20 +15,27 @@ namespace {
 
 constexpr std::uint32_t name_limit = 32;  // names have less bytes than that
 
-void name(Decoding& d) {
+template <class F>
+void name(Decoding& d, std::string_view label, const F& too_long) {
     if (d.length() < name_limit) {
+        d.add(label);
         characters(d);
     } else {
-        d.print("FIELD TOO LONG: {length} bytes"_cf, d.stated_length());
+        d.print(too_long, d.stated_length());
     }
 }
+
+void cust_name(Decoding& d) { name(d, "cust_name: ", "cust_name: FIELD TOO LONG: {length} bytes"_cf); }
+
+void l10n_name(Decoding& d) { name(d, "l10n_name: ", "l10n_name: FIELD TOO LONG: {length} bytes"_cf); }
 
 // Only the SIP name says that it is empty.
 void sip_name(Decoding& d) {
     if (d.length() == 0) {
-        d.value(row_field, Word{"<empty>", 0, true, d.stated_length().place});
+        const Word empty{"sip_name: <empty>", 0, true, d.stated_length().place};
+        add_phrase(d, row_field, empty, "sip_name: ");
     } else {
-        name(d);
+        name(d, "sip_name: ", "sip_name: FIELD TOO LONG: {length} bytes"_cf);
     }
 }
 
@@ -50,10 +59,10 @@ void application_mode(Decoding& d) {
 
 constexpr auto reset_items = items({{0x00, "update_mode:", update_mode},
                                     {0x01, "cause: BAD SECURITY MODE"},
-                                    {0x02, "cust_name: ", name},
-                                    {0x03, "l10n_name: ", name},
+                                    {0x02, "", "cust_name", cust_name},
+                                    {0x03, "", "l10n_name", l10n_name},
                                     {0x04, "appl_mode:", "application_mode", application_mode},
-                                    {0x05, "sip_name: ", sip_name}},
+                                    {0x05, "", "sip_name", sip_name}},
                                    "???");
 
 constexpr std::uint32_t application_name_limit = 100;

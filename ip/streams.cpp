@@ -1,3 +1,6 @@
+#include <string>
+
+#include "core/phrase.hpp"
 #include "ip/items.hpp"
 #include "ip/messages.hpp"
 #include "ip/values.hpp"
@@ -25,13 +28,15 @@ void codec(Decoding& d) { d.value(row_field, codecs[d[0]]); }
 void milliseconds(Decoding& d) { d.print("{} ms"_cf, d[0]); }
 
 void channel(Decoding& d) {
-    static constexpr auto channels = names({{0, "0 <=> main"}, {1, "1 <=> announce"}}, "");
-    const Word channel = channels[d[0]];
-    if (channel.known) {
-        d.value(row_field, channel);
-    } else {
-        d.value(row_field, meaning_of(channel), [&] { d.out().print("0x{-:02x} <=> unknown"_cf, d[0]); });
+    static constexpr auto channels =
+        names({{0, "channel number: 0 <=> main"}, {1, "channel number: 1 <=> announce"}}, "");
+    Word channel = channels[d[0]];
+    std::string unknown;
+    if (!channel.known) {
+        unknown = formatted("channel number: 0x{-:02x} <=> unknown"_cf, d[0]);
+        channel.text = unknown;
     }
+    add_phrase(d, row_field, channel, "channel number: ");
 }
 
 // Set means off.
@@ -62,7 +67,7 @@ constexpr auto rtp_params =
            {0x11, "@IP  rtcp sender report: ", "rtcp_sender_report_ip", ip_address},
            {0x12, "port rtcp receiver report: ", "rtcp_receiver_report_port", bytes_text},
            {0x13, "@IP  rtcp receiver report: ", "rtcp_receiver_report_ip", ip_address},
-           {0x14, "channel number: ", channel},
+           {0x14, "", "channel_number", channel},
            {0x15, "send DTMF: ", yes_or_no},
            {0x16, "payload type for rfc2198: ", "rfc2198_payload_type", bytes_text},
            {0x17, "payload type for rfc2833: ", "rfc2833_payload_type", bytes_text},

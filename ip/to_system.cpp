@@ -1,3 +1,4 @@
+#include "core/phrase.hpp"
 #include "decode/tables/identity.hpp"
 #include "ip/ip.hpp"
 #include "ip/items.hpp"
@@ -24,8 +25,9 @@ void init(Decoding& d) {
 
 void incident(Decoding& d) {
     static constexpr auto incidents =
-        names({{0, "dhcp lease renewal failed"}, {1, "lanpbx file corrupted"}}, "unknown");
-    d.print("incident: {incident}"_cf, incidents[d[2]]);
+        names({{0, "incident: dhcp lease renewal failed"}, {1, "incident: lanpbx file corrupted"}},
+              "incident: unknown");
+    add_phrase(d, "incident", incidents[d[2]], "incident: ");
 }
 
 void param_response(Decoding& d) {

@@ -1,5 +1,6 @@
 #include "object/command.hpp"
 
+#include "core/phrase.hpp"
 #include "object/current_class.hpp"
 #include "object/events.hpp"
 #include "object/values.hpp"
@@ -37,10 +38,7 @@ struct Refused {
 void print_command_header(Decoding& d, std::string_view class_name) {
     d.print("\n{-}\t{class}"_cf, method(method_of(d)), Word{class_name, d[2].number, true, d[2].place});
     const Condition asked = d.bit(1, 7);
-    if (asked.holds) {
-        d.add("\t");
-        d.value("acknowledge", Meaning{Kind::flag, true, 0, 1, asked.place}, [&] { d.out().add("Ack"); });
-    }
+    if (asked.holds) add_phrase(d, "acknowledge", flag(asked, "\tAck", ""), "\t");
     d.print("\n{{\n\tServer\t\t{server}"_cf, server(d[0]));
 }
 

@@ -1,5 +1,6 @@
 #include "object/events.hpp"
 
+#include "core/phrase.hpp"
 #include "core/tables.hpp"
 #include "object/current_class.hpp"
 #include "object/values.hpp"
@@ -52,31 +53,33 @@ void error_report(Decoding& d) {
     d.add("\"");
 }
 
+constexpr std::string_view before_device = "\n\tvalue           ";
+
 constexpr auto devices = names(
     {
-        {1, "BT handset"},
-        {2, "BT headset (should not be used on rymplus)"},
-        {3, "Jack"},
-        {4, "USB"},
+        {1, "\n\tvalue           BT handset"},
+        {2, "\n\tvalue           BT headset (should not be used on rymplus)"},
+        {3, "\n\tvalue           Jack"},
+        {4, "\n\tvalue           USB"},
     },
-    "device unknown");
+    "\n\tvalue           device unknown");
 
 // A line key knows no USB device.
 constexpr auto line_devices = names(
     {
-        {1, "BT handset"},
-        {2, "BT headset (should not be used on rymplus)"},
-        {3, "Jack"},
+        {1, "\n\tvalue           BT handset"},
+        {2, "\n\tvalue           BT headset (should not be used on rymplus)"},
+        {3, "\n\tvalue           Jack"},
     },
-    "device unknown");
+    "\n\tvalue           device unknown");
 
 // byte 0: device   byte 1: plugged or not
 void device_presence(Decoding& d) {
-    d.print("\n\tvalue           {device}"_cf, devices[d[0]]);
+    add_phrase(d, "device", devices[d[0]], before_device);
     d.print("\n\tstate           {plugged}"_cf, flag(d[1] != 0, "plugged", "unplugged"));
 }
 
-void key_line(Decoding& d) { d.print("\n\tvalue           {device}"_cf, line_devices[d[0]]); }
+void key_line(Decoding& d) { add_phrase(d, "device", line_devices[d[0]], before_device); }
 
 // bytes 0-1: object id   byte 2: result
 void bt_bonding_result(Decoding& d) {

@@ -2,6 +2,7 @@
 
 #include <array>
 
+#include "core/phrase.hpp"
 #include "core/tables.hpp"
 
 namespace ztdecode::hub {
@@ -12,12 +13,24 @@ namespace {
 constexpr std::uint8_t first_set = 0x10;
 constexpr std::uint8_t last_set = 0x12;
 
-Number set_of_code(const Decoding& d) { return d.code().as(d.code().number - first_set + 1); }
+using SetPhrases = Names<3>;
 
-// What they carry stands below.
-void to_set(Decoding& d) { d.print(" to set {set_number}"_cf, set_of_code(d)); }
+// What the set gets or sends stands below.
+void set_of_code(Decoding& d, const SetPhrases& phrases, std::string_view before) {
+    Word phrase = phrases[d.code().as(d.code().number - first_set + 1)];
+    phrase.kind = Kind::number;
+    add_phrase(d, "set_number", phrase, before);
+}
 
-void from_set(Decoding& d) { d.print("from set {set_number}"_cf, set_of_code(d)); }
+void to_set(Decoding& d) {
+    static constexpr SetPhrases phrases({{1, " to set 1"}, {2, " to set 2"}, {3, " to set 3"}}, "");
+    set_of_code(d, phrases, " to set ");
+}
+
+void from_set(Decoding& d) {
+    static constexpr SetPhrases phrases({{1, "from set 1"}, {2, "from set 2"}, {3, "from set 3"}}, "");
+    set_of_code(d, phrases, "from set ");
+}
 
 // "1B.2C": a version in hexadecimal digits.
 struct HexVersion {

@@ -1,3 +1,4 @@
+#include "core/phrase.hpp"
 #include "digital/options/keys.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/super.hpp"
@@ -33,9 +34,10 @@ void version_response(Decoding& d) {
 
 // byte 3: 0 hard   bytes 5, 6: version   byte 7: reason   byte 8: stack
 void reset(Decoding& d) {
-    d.print(
-        "reset {reset_kind} ks  soft={software_version}, raison: {reset_reason:02x}, stack max: {stack_maximum:02x}"_cf,
-        modules::hard_or_soft(d[3]), version_at(d, 5), d[7], d[8]);
+    d.add("reset ");
+    add_phrase(d, "reset_kind", either(d[3] == 0, "hard ks", "soft ks"), "", " ks");
+    d.print("  soft={software_version}, raison: {reset_reason:02x}, stack max: {stack_maximum:02x}"_cf,
+            version_at(d, 5), d[7], d[8]);
 }
 
 constexpr auto reports = opcodes({{0x00, "reset", reset},

@@ -1,6 +1,7 @@
 #include <forward_list>
 #include <optional>
 
+#include "core/phrase.hpp"
 #include "digital/digital.hpp"
 #include "digital/options/module.hpp"
 #include "digital/options/super.hpp"
@@ -37,8 +38,9 @@ constexpr auto commands =
 
 // byte 3: 0 hard   bytes 5, 6: version
 void reset(Decoding& d) {
-    d.print("reset {reset_kind} mpc  soft={software_version}"_cf, modules::hard_or_soft(d[3]),
-            version_at(d, 5));
+    d.add("reset");
+    add_phrase(d, "reset_kind", either(d[3] == 0, " hard mpc ", " soft mpc "), " ", " mpc ");
+    d.print(" soft={software_version}"_cf, version_at(d, 5));
 }
 
 constexpr auto reports = opcodes({{0x00, "reset", reset},

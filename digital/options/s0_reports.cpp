@@ -1,5 +1,6 @@
 #include "digital/options/s0_reports.hpp"
 
+#include "core/phrase.hpp"
 #include "digital/options/module.hpp"
 
 namespace ztdecode::s0 {
@@ -117,8 +118,10 @@ void anomaly(Decoding& d) {
 // byte 3: 0 hard   bytes 5, 6: version   byte 7: selftest   byte 8: 3 without power
 void reset(Decoding& d) {
     constexpr int not_powered = 3;
-    d.print("reset {reset_kind} S0  soft={software_version} selftest {self_test}"_cf,
-            modules::hard_or_soft(d[3]), version_at(d, 5), either(d[7] != 0, "BAD", "OK"));
+    d.add("reset");
+    add_phrase(d, "reset_kind", either(d[3] == 0, " hard S0 ", " soft S0 "), " ", " S0 ");
+    d.print(" soft={software_version}"_cf, version_at(d, 5));
+    add_phrase(d, "self_test", either(d[7] != 0, " selftest BAD", " selftest OK"), " selftest ");
     d.value("powered", flag(d[8] != not_powered, ", powered", ", not powered"));
 }
 

@@ -1,3 +1,4 @@
+#include "core/phrase.hpp"
 #include "digital/options/module.hpp"
 
 // Data adapter modules ("V24" and "V24 synchrone"). byte 2: opcode, then its parameters.
@@ -81,7 +82,7 @@ void adaptation(Decoding& d) {
         const Decoding::Scope scope(d);
         d.on(d[4]);
         d.on(d[8]);
-        d.print(" ({line_mode})"_cf, either(d[8] == v14_v110, "A1", "A2"));
+        add_phrase(d, "line_mode", either(d[8] == v14_v110, " (A1)", " (A2)"), " (", ")");
     }
 }
 

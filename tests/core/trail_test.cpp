@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "core/decoding.hpp"
+#include "core/phrase.hpp"
 #include "support/support.hpp"
 
 namespace ztdecode::testing {
@@ -325,6 +326,22 @@ TEST(Trail, AMessageWhoseTextIsCutEndsThere) {
     EXPECT_EQ(w.trail.messages()[1].end, 5U);
     EXPECT_EQ(w.trail.messages()[2].begin, 5U);
     EXPECT_EQ(w.trail.messages()[2].end, 5U);
+}
+
+TEST(Trail, TheValueOfAPhraseIsAPartOfIt) {
+    TestSession decoding;
+    Trail trail;
+    decoding.session().trail = &trail;
+    const std::vector<std::uint8_t> data = bytes("1f 00");
+    const Message m(data);
+    Text text;
+    trail.start(text, m);
+    Decoding d(decoding.session(), m, text);
+    add_phrase(d, "reset_kind", either(d[1] == 0, " hard reset ", " soft reset "), " ", " reset ");
+    add_phrase(d, "reset_kind", either(d[1] == 1, "kind: hard", "kind: soft"), "kind: ");
+    trail.finish();
+    EXPECT_EQ(lines(trail, text.view()),
+              (Lines{" <>", "hard<1 reset_kind>", " reset kind: <>", "soft<1 reset_kind>"}));
 }
 
 TEST(Trail, NotesOfAPieceCanStandElsewhere) {
