@@ -68,7 +68,7 @@ const char* line_two_bytes(Line text, std::uint32_t direction) {
 extern "C" {
 
 char* decode(MessageRecord record) {
-    if (record.length == 0) return const_cast<char*>(empty_text);  // NOLINT: the contract's constant
+    if (record.length == 0) return const_cast<char*>(empty_text);  // NOLINT: hosts do not free it
     return on_heap(working_text(), [&record](Session& s, Text& out) { decode_whole(s, view(record), out); });
 }
 
@@ -92,7 +92,7 @@ MessageRecord* msgdup(const MessageRecord* record) {
         static_cast<MessageRecord*>(std::malloc(sizeof(MessageRecord)));  // NOLINT: the host frees it
     if (copy == nullptr) {
         std::fputs("memory exhausted\n", stderr);
-        std::exit(1);  // NOLINT(concurrency-mt-unsafe): what the contract says
+        std::exit(1);  // NOLINT(concurrency-mt-unsafe): hosts count on it
     }
     if (record == nullptr) {
         std::memset(copy, 0, sizeof *copy);

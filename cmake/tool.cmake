@@ -13,6 +13,11 @@ set_source_files_properties(
     ${PROJECT_SOURCE_DIR}/tool/trace.cpp
     PROPERTIES COMPILE_OPTIONS "${ZTDECODE_HOT_OPTIONS}")
 
+if(ZTDECODE_SANITIZED)
+    # CLI11 is many templates that run once: optimising what the sanitizers add to them takes half a minute.
+    set_source_files_properties(${PROJECT_SOURCE_DIR}/tool/options.cpp PROPERTIES COMPILE_OPTIONS -O0)
+endif()
+
 add_executable(ztdecode_tool ${tool_main})
 set_target_properties(ztdecode_tool PROPERTIES OUTPUT_NAME ztdecode)
 target_link_libraries(ztdecode_tool PRIVATE ztdecode_core)

@@ -3,6 +3,7 @@
 #include <memory>
 
 #include "digital/rows.hpp"
+#include "fuzz/bounds.hpp"
 
 // Every type byte with every second byte at every length, both ways, through one session, so that what one
 // message leaves behind is met by all others. Each message lies in a block of just its size: a sanitizer sees
@@ -11,17 +12,7 @@
 namespace ztdecode::testing {
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr unsigned stride = 4;
-#elif defined(__has_feature)
-#if __has_feature(address_sanitizer) || __has_feature(thread_sanitizer)
-constexpr unsigned stride = 4;
-#else
-constexpr unsigned stride = 1;
-#endif
-#else
-constexpr unsigned stride = 1;
-#endif
+constexpr unsigned stride = fuzz::sanitized ? 4 : 1;
 
 constexpr std::size_t longest = 40;
 constexpr unsigned rounds = 4;

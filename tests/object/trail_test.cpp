@@ -6,11 +6,11 @@
 #include <string>
 #include <vector>
 
+#include "fuzz/bounds.hpp"
 #include "object/lookup.hpp"
 #include "object/names.hpp"
 #include "object/values.hpp"
 #include "support/support.hpp"
-#include "support/traces.hpp"
 #include "ztdecode.h"
 
 // What is noted of the messages of the object protocol.
@@ -297,7 +297,7 @@ class Sweep : public ::testing::Test {
 };
 
 // A sanitizer takes its time: then it is every 13th.
-const unsigned step = sanitized() ? 13 : 1;
+constexpr unsigned step = fuzz::sanitized ? 13 : 1;
 const int ids = static_cast<int>(255 / step + 1);
 
 TEST_F(Sweep, Commands) {

@@ -14,6 +14,7 @@
 
 #include "core/record.hpp"
 #include "core/session.hpp"
+#include "fuzz/bounds.hpp"
 #include "support/support.hpp"
 #include "support/traces.hpp"
 
@@ -632,7 +633,7 @@ TEST_P(EveryOpcode, Holds) {
     const Link& link = links()[GetParam()];
     Failures failures;
     std::mt19937 random(static_cast<unsigned>(GetParam()));
-    const unsigned stride = sanitized() ? 16 : 1;
+    constexpr unsigned stride = fuzz::sanitized ? 16 : 1;
     for (unsigned opcode = static_cast<unsigned>(GetParam()) % stride; opcode < 256; opcode += stride) {
         for (const std::size_t length : {0U, 1U, 2U, 5U, 9U, 17U, 26U}) {
             for (const Direction direction : {from_dhs, to_dhs}) {
@@ -951,7 +952,7 @@ class WellFormed : public ::testing::TestWithParam<Kinds> {};
 TEST_P(WellFormed, Holds) {
     Failures failures;
     Generator generator(1);
-    const unsigned messages = sanitized() ? 30 : 1000;
+    constexpr unsigned messages = fuzz::sanitized ? 30 : 1000;
     for (unsigned n = 0; n < messages; ++n) {
         expect_all(GetParam().generate(generator), failures, 30);
         ASSERT_FALSE(failures.enough());

@@ -6,6 +6,7 @@
 
 #include "core/session.hpp"
 #include "core/trail.hpp"
+#include "fuzz/bounds.hpp"
 #include "support/traces.hpp"
 
 // Sessions on threads of their own share nothing but constant tables and the library of character names: what
@@ -135,7 +136,7 @@ void decode_side_by_side(unsigned threads, std::size_t mixed) {
 }
 
 // The first thing that this program does, so that the library of names is opened by two threads at once.
-TEST(Sessions, TwoAtTheSameTime) { decode_side_by_side(2, sanitized() ? 10000 : 50000); }
+TEST(Sessions, TwoAtTheSameTime) { decode_side_by_side(2, fuzz::sanitized ? 10000 : 50000); }
 
 TEST(Sessions, EightAtTheSameTime) { decode_side_by_side(8, 5000); }
 

@@ -16,7 +16,4 @@ struct Captured {
 // out.
 std::vector<Captured> golden_messages();
 
-// Whether sanitizers slow this build down.
-bool sanitized() noexcept;
-
 }  // namespace ztdecode::testing

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 
+#include "fuzz/bounds.hpp"
 #include "support/process.hpp"
 
 // The command where threads, memory, descriptors or room give out: what was hit is named, the rest goes on.
@@ -13,16 +14,10 @@ namespace ztdecode::testing {
 
 namespace {
 
-#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
-constexpr bool sanitized = true;
-#else
-constexpr bool sanitized = false;
-#endif
-
 class Limits : public ::testing::Test {
   protected:
     void SetUp() override {
-        if (sanitized) GTEST_SKIP() << "a sanitizer needs memory and descriptors of its own";
+        if (fuzz::sanitized) GTEST_SKIP() << "a sanitizer needs memory and descriptors of its own";
     }
 };
 

@@ -19,7 +19,7 @@
 namespace ztdecode::testing {
 namespace {
 
-const unsigned step = sanitized() ? 3 : 1;
+constexpr unsigned step = fuzz::sanitized ? 3 : 1;
 
 // What modules pack into one another, and what comes in segments, has other bounds, which such tails do not
 // reach.
@@ -27,7 +27,7 @@ using fuzz::own_text;
 using fuzz::processor_seconds;
 
 // Of 256 messages, in seconds of the processor.
-const double longest_time = sanitized() ? 20 : 1;
+constexpr double longest_time = fuzz::sanitized ? 20 : 1;
 
 // Each message lies in a block of just its size, so that a sanitizer sees a byte too far.
 class OneMessage {
