@@ -37,7 +37,7 @@ function(ztdecode_add_test name)
         UBSAN_OPTIONS=print_stacktrace=1
         TSAN_OPTIONS=halt_on_error=1)
     add_test(NAME ${full_name} COMMAND ${ARGN})
-    set_tests_properties(${full_name} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 600)
+    set_tests_properties(${full_name} PROPERTIES ENVIRONMENT "${environment}" TIMEOUT 1200)
     if(name MATCHES "${long_tests}")
         set_tests_properties(${full_name} PROPERTIES COST 100)
     endif()
