@@ -21,7 +21,7 @@ find include "$@" -maxdepth 1 -type f \( -name '*.[ch]' -o -name '*.[ch]pp' \) -
         floor("digital/")
         floor("decode/routes/") # servers.cpp passes a command on to object/
         floor("decode/")
-        floor("abi/ tool/report/")
+        floor("abi/ api/ tool/report/")
         floor("tool/")
 
         # FILE INCLUDED: an include that runs upward, and why it may.
@@ -54,7 +54,7 @@ find include "$@" -maxdepth 1 -type f \( -name '*.[ch]' -o -name '*.[ch]pp' \) -
         included = $0
         sub(/^[^"<]*["<]/, "", included)
         sub(/[">].*/, "", included)
-        if (included == "ztdecode.h") included = "include/" included
+        if (included ~ /^ztdecode(_session)?\.h(pp)?$/) included = "include/" included
         ground = part_of(included)
         if (ground == "" && !quoted) next # a system header
         ++includes
