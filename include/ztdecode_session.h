@@ -32,7 +32,7 @@
  *  8. A message keeps 5120 bytes; of a longer one the first 5120 are decoded. Bytes behind its end count as 0
  *     and are `missing` where the text asks for them.
  *  9. A message may carry others, and those again; convention 7 of ztdecode.h has the bounds. Decoding needs
- *     at most 1 MiB of stack; no other function needs more than 16 KiB.
+ *     at most 1 MiB of stack.
  * 10. Memory. ZT_NO_MEMORY leaves no trace: the session is as if the call had not been made, and the call may
  *     be made again. A session keeps the room of its largest message for the next one. Walking through a
  *     record needs no memory and cannot fail.
