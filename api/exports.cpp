@@ -102,9 +102,7 @@ zt_status zt_decode(zt_session* session, const std::uint8_t* bytes, std::size_t 
     if (record == nullptr) return ZT_BAD_ARGUMENT;
     *record = nullptr;
     if ((bytes == nullptr && length != 0) || !among(direction, ZT_TO_SYSTEM)) return ZT_BAD_ARGUMENT;
-    return given(session, record, [&] {
-        return session->decode({bytes, length}, direction == ZT_TO_SYSTEM ? to_dhs : from_dhs);
-    });
+    return given(session, record, [&] { return session->decode({bytes, length}, direction); });
 }
 
 zt_status zt_feed_line(zt_session* session, const char* text, std::size_t length, const zt_line** line) {

@@ -41,6 +41,10 @@ LineLayout reader_layout(zt_layout layout) {
     }
 }
 
+std::uint32_t reader_direction(zt_direction direction) {
+    return direction == ZT_TO_SYSTEM ? to_dhs : from_dhs;
+}
+
 zt_refusal refusal_of(Refusal::Reason reason) {
     switch (reason) {
         case Refusal::Reason::none:
@@ -119,11 +123,11 @@ const zt_record* zt_session::record(const Message& m, std::uint64_t place, std::
     return &made;
 }
 
-const zt_record* zt_session::decode(std::span<const std::uint8_t> bytes, std::uint32_t direction) {
+const zt_record* zt_session::decode(std::span<const std::uint8_t> bytes, zt_direction direction) {
     const std::size_t kept = std::min(bytes.size(), bytes_.size());
     std::copy_n(bytes.begin(), kept, bytes_.begin());
     Message m(std::span<const std::uint8_t>(bytes_.data(), kept));
-    m.direction = direction;
+    m.direction = reader_direction(direction);
     const zt_record* const made = record(m, place_ + 1, 0);
     ++place_;
     return made;
@@ -165,7 +169,7 @@ void zt_session::begin_line(Line line) {
     line_.layout = layout_of(line);
     if (line_.layout == ZT_LAYOUT_AUTO) return;
     const std::string_view body = without_blanks_behind(line_text_);
-    reader_.begin(as_line(body), reader_layout(line_.layout), options_.direction);
+    reader_.begin(as_line(body), reader_layout(line_.layout), reader_direction(options_.direction));
     pending_ = reader_.next();
     if (pending_ != nullptr) {
         line_.kind = ZT_LINE_MESSAGES;

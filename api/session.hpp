@@ -18,7 +18,7 @@ struct zt_session final : private ztdecode::SideChannel {
     explicit zt_session(const zt_options& options) noexcept;
 
     void set(const zt_options& options) noexcept;
-    const zt_record* decode(std::span<const std::uint8_t> bytes, std::uint32_t direction);
+    const zt_record* decode(std::span<const std::uint8_t> bytes, zt_direction direction);
     const zt_line* feed(std::string_view line);
     // Null behind the last message of the line.
     const zt_record* next();

@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "support/process.hpp"
+#include "support/traces.hpp"
 #include "ztdecode.hpp"
 
 // The records that the golden traces have to give (tests/golden/*.ndjson), held against those of a session
@@ -23,25 +24,9 @@ using Json = rapidjson::Value;
 
 const fs::path source = ZTDECODE_SOURCE_DIR;
 
-fs::path beside(const fs::path& trace, const char* ending) {
-    return source / "tests/golden" / trace.filename().replace_extension(ending);
-}
-
-std::vector<fs::path> traces() {
-    std::vector<fs::path> found;
-    for (const char* folder : {"tests/golden", "examples"}) {
-        for (const auto& entry : fs::directory_iterator(source / folder)) {
-            const auto ending = entry.path().extension();
-            if (ending == ".spzt" || ending == ".zt" || ending == ".lng2") found.push_back(entry.path());
-        }
-    }
-    std::sort(found.begin(), found.end());
-    return found;
-}
-
 zt::Options options_of(const fs::path& trace) {
     zt::Options options;
-    const fs::path file = beside(trace, ".options");
+    const fs::path file = beside_golden(trace, ".options");
     if (!fs::exists(file)) return options;
     const std::string text = contents(file);
     if (text.find("--direction to") != std::string::npos) options.direction = zt::Direction::to_system;
@@ -265,11 +250,12 @@ class ApiGolden : public ::testing::TestWithParam<fs::path> {};
 
 TEST_P(ApiGolden, Records) {
     static const bool names = ::dlopen("libuninameslist.so", RTLD_LAZY) != nullptr;
-    if (!names && fs::exists(beside(GetParam(), ".unnamed"))) GTEST_SKIP() << "characters have no names here";
-    expect_records(GetParam(), beside(GetParam(), ".ndjson"), zt::Detail::fields);
+    if (!names && fs::exists(beside_golden(GetParam(), ".unnamed")))
+        GTEST_SKIP() << "characters have no names here";
+    expect_records(GetParam(), beside_golden(GetParam(), ".ndjson"), zt::Detail::fields);
 }
 
-INSTANTIATE_TEST_SUITE_P(Traces, ApiGolden, ::testing::ValuesIn(traces()), [](const auto& trace) {
+INSTANTIATE_TEST_SUITE_P(Traces, ApiGolden, ::testing::ValuesIn(golden_traces()), [](const auto& trace) {
     std::string name = trace.param.stem();
     std::replace_if(
         name.begin(), name.end(), [](char c) { return std::isalnum(c) == 0; }, '_');
