@@ -283,8 +283,8 @@ ZTDECODE_API const zt_field* zt_find_field(const zt_record* record, const char* 
  * last one. */
 ZTDECODE_API uint64_t zt_segment_at(const zt_record* record, size_t index);
 
-/* The names that `ztdecode --format ndjson` has for these: "decoded", "unknown", "refused", "left_out";
- * "number" ...; "none", "call_number" .... Null for any other number. */
+/* Their names, as `ztdecode --format ndjson` has them: "decoded", "unknown", "refused" (an unknown class),
+ * and "left_out"; "number", "word" ...; "none", "call_number" .... Null for any other number. */
 ZTDECODE_API const char* zt_outcome_name(zt_outcome outcome);
 ZTDECODE_API const char* zt_kind_name(zt_kind kind);
 ZTDECODE_API const char* zt_sensitivity_name(zt_sensitivity sensitivity);
@@ -338,7 +338,7 @@ typedef struct zt_line {
 /* Takes one line of a trace, `length` characters with or without a newline at the end; nothing of it is
  * decoded yet. What the line before has not been asked for is dropped. `line` may be null.
  * ZT_BAD_ARGUMENT (`session` is null, or `text` while `length` is not 0), ZT_NO_MEMORY (the line is not
- * counted). */
+ * counted; the one before is gone). */
 ZTDECODE_API zt_status zt_feed_line(zt_session* session, const char* text, size_t length,
                                     const zt_line** line);
 

@@ -3,11 +3,13 @@
 #include <algorithm>
 #include <array>
 #include <concepts>
+#include <cstdio>
 #include <iterator>
 #include <string>
 #include <vector>
 
 #include "support/support.hpp"
+#include "ztdecode.h"
 #include "ztdecode.hpp"
 
 // What a session of the C interface gives, by way of the C++ one.
@@ -214,6 +216,35 @@ TEST(Session, TracesAndComplaintsComeWithTheRecord) {
     EXPECT_EQ(session.decode(bytes("05 01"), Direction::from_system).complaints(),
               "decalage incorrect: demand\xC3\xA9: 3, disponible: 2\n");
     EXPECT_EQ(session.decode(bytes("2a"), Direction::from_system).complaints(), "");
+}
+
+// A message that complains, one that traces its bytes, one that ends the process of a host of ztdecode.h.
+TEST(Session, PrintsNothing) {
+    ::testing::internal::CaptureStdout();
+    ::testing::internal::CaptureStderr();
+    zt::Session session({.debug = true});
+    EXPECT_NE(session.decode(bytes("05 01"), Direction::from_system).complaints(), "");
+    session.decode(bytes("0c 81 00 03 21 04"), Direction::from_system);
+    EXPECT_NE(session.decode(bytes("0c 00 03"), Direction::from_system).trace(), "");
+    EXPECT_EQ(session.decode(bytes("15 01 ff 00"), Direction::from_system).outcome(),
+              zt::Outcome::unknown_class);
+    std::fflush(nullptr);
+    EXPECT_EQ(::testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(), "");
+}
+
+TEST(Session, DoesNotNoticeTheOtherInterface) {
+    zt::Session session;
+    useColor = 1;
+    audioOnly = 1;
+    EXPECT_EQ(session.decode(bytes("2a"), Direction::from_system).text(), "\t- version inquiry");
+    useColor = 0;
+    audioOnly = 0;
+    // The object protocol's text is the record's alone.
+    const zt::Record record = session.decode(bytes("16 02 84 00 07 37 01 41"), Direction::from_system);
+    EXPECT_EQ(record.link(), "presentation_server");
+    EXPECT_EQ(app_buf, nullptr);
+    EXPECT_EQ(app_idx, 0U);
 }
 
 // --- lines

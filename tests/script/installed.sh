@@ -36,10 +36,16 @@ installed() {
     cc -std=c99 -Wall -Wextra -Wpedantic -Werror "$source/tests/script/installed.c" -o "$dir/program" \
         $(pkg-config --cflags --libs ztdecode)
     LD_LIBRARY_PATH=$libdir "$dir/program"
-    # shellcheck disable=SC2046
-    c++ -std=c++20 -Wall -Wextra -Wpedantic -Werror "$source/tests/script/installed.cpp" -o "$dir/program" \
-        $(pkg-config --cflags --libs ztdecode)
-    LD_LIBRARY_PATH=$libdir "$dir/program"
+    for compiler in c++ clang++; do
+        command -v "$compiler" >/dev/null || {
+            echo "no $compiler: ztdecode.hpp is not tried with it"
+            continue
+        }
+        # shellcheck disable=SC2046
+        "$compiler" -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror \
+            "$source/tests/script/installed.cpp" -o "$dir/program" $(pkg-config --cflags --libs ztdecode)
+        LD_LIBRARY_PATH=$libdir "$dir/program"
+    done
 
     command=$(find "$1" -type f -path '*/bin/ztdecode')
     "$command" --version
