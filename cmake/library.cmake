@@ -3,7 +3,7 @@
 # The folders of sources: the one list, which is written down for scripts too.
 set(core_folders core decode/tables digital digital/options ip he object convert decode/routes decode)
 set(tool_folders tool/output tool/input tool/report tool)
-set(ZTDECODE_SOURCE_FOLDERS ${core_folders} abi ${tool_folders})
+set(ZTDECODE_SOURCE_FOLDERS ${core_folders} abi api ${tool_folders})
 list(JOIN ZTDECODE_SOURCE_FOLDERS "\n" lines)
 file(WRITE ${PROJECT_BINARY_DIR}/source_folders.txt "${lines}\n")
 
@@ -13,6 +13,7 @@ foreach(folder ${core_folders})
 endforeach()
 file(GLOB core_sources CONFIGURE_DEPENDS ${core_globs})
 file(GLOB abi_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/abi/*.cpp)
+file(GLOB api_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/api/*.cpp)
 
 add_library(ztdecode_core STATIC ${core_sources})
 target_include_directories(ztdecode_core PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
@@ -36,9 +37,20 @@ if(NOT abi_sources)
     return()
 endif()
 
-add_library(ztdecode SHARED ${abi_sources})
+# The session interface by itself, for programs that take it in.
+add_library(ztdecode_api OBJECT ${api_sources})
+target_link_libraries(ztdecode_api PUBLIC ztdecode_core)
+target_compile_definitions(ztdecode_api PRIVATE ZTDECODE_VERSION="${PROJECT_VERSION}")
+set_target_properties(ztdecode_api PROPERTIES
+    CXX_VISIBILITY_PRESET hidden
+    VISIBILITY_INLINES_HIDDEN ON)
+
+add_library(ztdecode SHARED ${abi_sources} $<TARGET_OBJECTS:ztdecode_api>)
+add_library(ztdecode::ztdecode ALIAS ztdecode)
 target_link_libraries(ztdecode PRIVATE ztdecode_core)
-target_include_directories(ztdecode INTERFACE ${PROJECT_SOURCE_DIR}/include)
+target_include_directories(ztdecode INTERFACE
+    $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+    $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
 set_target_properties(ztdecode PROPERTIES
     VERSION ${PROJECT_VERSION}
     SOVERSION ${PROJECT_VERSION_MAJOR}

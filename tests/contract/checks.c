@@ -216,6 +216,7 @@ int check_library(const struct library* library) {
     check_application_buffer();
     check_object_messages();
     check_conversion();
+    check_sessions();
     remove_folder();
     for (i = 0; i < exported_names; ++i) {
         if (used[i]) continue;

@@ -69,5 +69,6 @@ void check_lookups(void);
 void check_application_buffer(void);
 void check_object_messages(void);
 void check_conversion(void);
+void check_sessions(void);
 
 #endif

@@ -1,21 +1,28 @@
 #!/bin/sh
-# usage: exports.sh LIBRARY HEADER LIST
-# Fails when the names that the shared object exports, those that the public header declares and those of the list
-# are not the same, or are not the same kind of thing (function or data).
+# usage: exports.sh LIBRARY LIST HEADER...
+# Fails when the names that the shared object exports, those that the public headers declare and those of the list are not
+# the same, or are not the same kind of thing (function or data). In the list a name's version follows, where it has one.
 set -eu
 
 library=$1
-header=$2
-list=$3
+list=$2
+shift 2
 dir=$(mktemp -d)
 trap 'rm -rf "$dir"' EXIT
 LC_ALL=C
 export LC_ALL
 
 nm -D --defined-only "$library" | awk '
-    $2 ~ /^[TWi]$/ { print $3, "function"; next }
-    $2 ~ /^[BDRGSV]$/ { print $3, "data"; next }
+    $2 == "A" { next } # the version itself
+    {
+        version = $3
+        if (sub(/^[^@]*@@/, "", version)) version = " " version; else version = ""
+        sub(/@@.*/, "", $3)
+    }
+    $2 ~ /^[TWi]$/ { print $3, "function" version; next }
+    $2 ~ /^[BDRGSV]$/ { print $3, "data" version; next }
     { print $3, "of nm type", $2 }' | sort >"$dir/library"
+cut -d ' ' -f 1,2 "$list" >"$dir/list"
 
 # Declarations begin with ZTDECODE_API and end with a semicolon; comments and preprocessor lines are none.
 awk '
@@ -43,18 +50,20 @@ awk '
             gsub(/[ \n]/, "", name)
             print name, kind
         }
-    }' "$header" | sort >"$dir/header"
+    }' "$@" | sort >"$dir/headers"
 
 status=0
 if ! sort -c "$list"; then
     echo "$list is not sorted"
     status=1
 fi
-for names in library header; do
-    if ! diff -u "$list" "$dir/$names"; then
-        echo "the list (-) and the $names (+) do not agree"
-        status=1
-    fi
-done
+if ! diff -u "$list" "$dir/library"; then
+    echo "the list (-) and the library (+) do not agree"
+    status=1
+fi
+if ! diff -u "$dir/list" "$dir/headers"; then
+    echo "the list (-) and the headers (+) do not agree"
+    status=1
+fi
 [ "$status" -ne 0 ] || echo "$(wc -l <"$list") names"
 exit $status

@@ -4,6 +4,7 @@
 #define CONTRACT_LIBRARY_H
 
 #include "ztdecode.h"
+#include "ztdecode_session.h"
 
 /* exported_names.inc is made of exports.txt: FUNCTION(name) or DATA(name) for each name. */
 struct library {

@@ -7,6 +7,7 @@
 #include <string.h>
 
 #include "ztdecode.h"
+#include "ztdecode_session.h"
 
 enum { stack_size = 1024 * 1024, hub = 1, super = 2 };
 
@@ -51,7 +52,7 @@ static size_t decode_length(void) {
 }
 
 /* A first segment whose message is `n` hubs around a last segment, which is what comes next. */
-static void begin_series(uint32_t n) {
+static void make_first_segment(uint32_t n) {
     uint8_t head[4] = {0x0c, 0x81, 0, 0};
     message.length = 0;
     message.direction = 0;
@@ -60,13 +61,43 @@ static void begin_series(uint32_t n) {
     head[2] = (uint8_t)(message.length >> 8);
     head[3] = (uint8_t)message.length;
     put_in_front(head, sizeof head);
+}
+
+static void begin_series(uint32_t n) {
+    make_first_segment(n);
     free(decode(message));
 }
 
+/* The same in a session that records every word, which needs more. */
+static size_t record_length(zt_session* session) {
+    const zt_record* record;
+    const zt_status status = zt_decode(session, message.data, message.length,
+                                       message.direction == 0 ? ZT_FROM_SYSTEM : ZT_TO_SYSTEM, &record);
+    return status == ZT_OK ? record->text.size : 0;
+}
+
 static size_t hubs, hubs_to_system, supers_and_hubs, reassembled, reassembled_short, reassembled_supers;
+static size_t hubs_recorded, supers_recorded, reassembled_recorded;
+
+static void run_session(void) {
+    zt_options options = ZT_OPTIONS_INIT;
+    zt_session* session;
+    options.detail = ZT_WORDS;
+    if (zt_session_create(&options, &session) != ZT_OK) return;
+    nest(hub, "\052", 1, 0);
+    hubs_recorded = record_length(session);
+    nest(hub | super, "\052", 1, 0);
+    supers_recorded = record_length(session);
+    make_first_segment(1200);
+    record_length(session);
+    nest(hub, "\014", 2, 0);
+    reassembled_recorded = record_length(session);
+    zt_session_destroy(session);
+}
 
 static void* run(void* unused) {
     (void)unused;
+    run_session();
     nest(hub, "\052", 1, 0);
     hubs = decode_length();
     nest(hub, "\001", 1, 1);
@@ -100,6 +131,11 @@ int main(void) {
         reassembled < 2560 * 16 || reassembled_short < 2560 * 16 || reassembled_supers < 1000000) {
         fprintf(stderr, "texts end too early: %zu %zu %zu %zu %zu %zu characters\n", hubs, hubs_to_system,
                 supers_and_hubs, reassembled, reassembled_short, reassembled_supers);
+        return 1;
+    }
+    if (hubs_recorded != hubs || supers_recorded != supers_and_hubs || reassembled_recorded != reassembled) {
+        fprintf(stderr, "texts of a session end elsewhere: %zu %zu %zu characters\n", hubs_recorded,
+                supers_recorded, reassembled_recorded);
         return 1;
     }
     return 0;

@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "support/process.hpp"
+#include "support/traces.hpp"
 
 // Whole traces, here and in examples/: NAME.<layout> is decoded as `ztdecode --no-input --color never` with
 // the options of NAME.options, where there are any, and must give NAME.expected of this folder byte for byte.
@@ -24,26 +25,9 @@ namespace fs = std::filesystem;
 
 const fs::path source = ZTDECODE_SOURCE_DIR;
 
-// NAME.<ending> of this folder, for a trace that may stand in another.
-fs::path beside(const fs::path& trace, const char* ending) {
-    return source / "tests/golden" / trace.filename().replace_extension(ending);
-}
-
-std::vector<fs::path> traces() {
-    std::vector<fs::path> found;
-    for (const char* folder : {"tests/golden", "examples"}) {
-        for (const auto& entry : fs::directory_iterator(source / folder)) {
-            const auto ending = entry.path().extension();
-            if (ending == ".spzt" || ending == ".zt" || ending == ".lng2") found.push_back(entry.path());
-        }
-    }
-    std::sort(found.begin(), found.end());
-    return found;
-}
-
 std::vector<std::string> options_of(const fs::path& trace) {
     std::vector<std::string> words;
-    const fs::path file = beside(trace, ".options");
+    const fs::path file = beside_golden(trace, ".options");
     if (fs::exists(file)) {
         std::istringstream text(contents(file));
         for (std::string word; text >> word;) words.push_back(word);
@@ -54,11 +38,11 @@ std::vector<std::string> options_of(const fs::path& trace) {
 // Whether characters that the trace names have no names here.
 bool lacks_names(const fs::path& trace) {
     static const bool names = ::dlopen("libuninameslist.so", RTLD_LAZY) != nullptr;
-    return !names && fs::exists(beside(trace, ".unnamed"));
+    return !names && fs::exists(beside_golden(trace, ".unnamed"));
 }
 
 fs::path expected_of(const fs::path& trace) {
-    return beside(trace, lacks_names(trace) ? ".unnamed" : ".expected");
+    return beside_golden(trace, lacks_names(trace) ? ".unnamed" : ".expected");
 }
 
 Ended records(const fs::path& trace, const std::vector<std::string>& options) {
@@ -101,10 +85,10 @@ TEST_P(Golden, Trace) {
 
 TEST_P(Golden, Records) {
     if (lacks_names(GetParam())) GTEST_SKIP() << "characters have no names here";
-    expect_records(records(GetParam(), {}), beside(GetParam(), ".ndjson"));
+    expect_records(records(GetParam(), {}), beside_golden(GetParam(), ".ndjson"));
 }
 
-INSTANTIATE_TEST_SUITE_P(Traces, Golden, ::testing::ValuesIn(traces()), [](const auto& trace) {
+INSTANTIATE_TEST_SUITE_P(Traces, Golden, ::testing::ValuesIn(golden_traces()), [](const auto& trace) {
     std::string name = trace.param.stem();
     std::replace_if(
         name.begin(), name.end(), [](char c) { return std::isalnum(c) == 0; }, '_');
@@ -113,10 +97,10 @@ INSTANTIATE_TEST_SUITE_P(Traces, Golden, ::testing::ValuesIn(traces()), [](const
 
 TEST(Golden, ExplainedRecords) {
     const fs::path trace = source / "tests/golden/explained.spzt";
-    expect_records(records(trace, {"--explain"}), beside(trace, ".explained.ndjson"));
+    expect_records(records(trace, {"--explain"}), beside_golden(trace, ".explained.ndjson"));
 }
 
-TEST(Golden, ThereAreTraces) { EXPECT_GE(traces().size(), 6U); }
+TEST(Golden, ThereAreTraces) { EXPECT_GE(golden_traces().size(), 6U); }
 
 }  // namespace
 

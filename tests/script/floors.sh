@@ -21,7 +21,7 @@ find include "$@" -maxdepth 1 -type f \( -name '*.[ch]' -o -name '*.[ch]pp' \) -
         floor("digital/")
         floor("decode/routes/") # servers.cpp passes a command on to object/
         floor("decode/")
-        floor("abi/ tool/output/")
+        floor("abi/ api/ tool/output/")
         floor("tool/input/ tool/report/")
         floor("tool/")
 
@@ -55,7 +55,7 @@ find include "$@" -maxdepth 1 -type f \( -name '*.[ch]' -o -name '*.[ch]pp' \) -
         included = $0
         sub(/^[^"<]*["<]/, "", included)
         sub(/[">].*/, "", included)
-        if (included == "ztdecode.h") included = "include/" included
+        if (included ~ /^ztdecode(_session)?\.h(pp)?$/) included = "include/" included
         ground = part_of(included)
         if (ground == "" && !quoted) next # a system header
         ++includes

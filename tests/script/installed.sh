@@ -1,6 +1,7 @@
 #!/bin/sh
 # usage: installed.sh BUILD_DIR SOURCE_DIR
-# Installs the build below a folder of its own, and builds and runs a C program with nothing but what was installed.
+# Installs the build below a folder of its own, once as it was configured and once under a prefix that is chosen only then,
+# and builds and runs programs with nothing but what was installed: by pkg-config, and by CMake's find_package.
 set -eu
 
 build=$1
@@ -8,32 +9,74 @@ source=$2
 dir=$(mktemp -d)
 trap 'rm -rf "$dir"' EXIT
 
-DESTDIR=$dir/root cmake --install "$build" >"$dir/log" || {
-    cat "$dir/log"
-    exit 1
+# logged COMMAND...: what it says is shown only when it fails.
+logged() {
+    "$@" >"$dir/log" 2>&1 || {
+        cat "$dir/log"
+        exit 1
+    }
 }
-pc=$(find "$dir/root" -name ztdecode.pc)
-libdir=$(dirname "$(dirname "$pc")")
-PKG_CONFIG_LIBDIR=$(dirname "$pc")
-PKG_CONFIG_SYSROOT_DIR=$dir/root
-export PKG_CONFIG_LIBDIR PKG_CONFIG_SYSROOT_DIR
 
-version=$(pkg-config --modversion ztdecode)
-if [ "$(basename "$(readlink -f "$libdir/libztdecode.so")")" != "libztdecode.so.$version" ]; then
-    echo "libztdecode.so does not lead to libztdecode.so.$version:"
-    ls -l "$libdir"
-    exit 1
-fi
+# installed FOLDER: the library below this folder serves.
+installed() {
+    pc=$(find "$1" -name ztdecode.pc)
+    libdir=$(dirname "$(dirname "$pc")")
+    PKG_CONFIG_LIBDIR=$(dirname "$pc")
+    export PKG_CONFIG_LIBDIR
 
-# The flags are words.
-# shellcheck disable=SC2046
-cc -std=c99 -Wall -Wextra -Wpedantic -Werror "$source/tests/script/installed.c" -o "$dir/program" \
-    $(pkg-config --cflags --libs ztdecode)
-LD_LIBRARY_PATH=$libdir "$dir/program"
+    version=$(pkg-config --modversion ztdecode)
+    if [ "$(basename "$(readlink -f "$libdir/libztdecode.so")")" != "libztdecode.so.$version" ]; then
+        echo "libztdecode.so does not lead to libztdecode.so.$version:"
+        ls -l "$libdir"
+        exit 1
+    fi
 
-command=$(find "$dir/root" -type f -path '*/bin/ztdecode')
-"$command" --version
-if [ -z "$(find "$dir/root" -path '*/man1/ztdecode.1')" ]; then
-    echo "the manual page is not installed"
-    exit 1
-fi
+    # The flags are words.
+    # shellcheck disable=SC2046
+    cc -std=c99 -Wall -Wextra -Wpedantic -Werror "$source/tests/script/installed.c" -o "$dir/program" \
+        $(pkg-config --cflags --libs ztdecode)
+    LD_LIBRARY_PATH=$libdir "$dir/program"
+    for compiler in c++ clang++; do
+        command -v "$compiler" >/dev/null || {
+            echo "no $compiler: ztdecode.hpp is not tried with it"
+            continue
+        }
+        # shellcheck disable=SC2046
+        "$compiler" -std=c++20 -Wall -Wextra -Wpedantic -Wconversion -Wshadow -Werror \
+            "$source/tests/script/installed.cpp" -o "$dir/program" $(pkg-config --cflags --libs ztdecode)
+        LD_LIBRARY_PATH=$libdir "$dir/program"
+    done
+
+    command=$(find "$1" -type f -path '*/bin/ztdecode')
+    "$command" --version
+    if [ -z "$(find "$1" -path '*/man1/ztdecode.1')" ]; then
+        echo "the manual page is not installed"
+        exit 1
+    fi
+}
+
+logged env DESTDIR="$dir/root" cmake --install "$build"
+installed "$dir/root"
+
+# Moved once more: nothing that was installed may know the place.
+logged cmake --install "$build" --prefix "$dir/first place"
+mkdir "$dir/moved"
+mv "$dir/first place" "$dir/moved/here"
+installed "$dir/moved/here"
+
+mkdir "$dir/project"
+cp "$source/tests/script/installed.c" "$source/tests/script/installed.cpp" "$dir/project"
+cat >"$dir/project/CMakeLists.txt" <<'WORDS'
+cmake_minimum_required(VERSION 3.25)
+project(host LANGUAGES C CXX)
+find_package(ztdecode 5 REQUIRED)
+foreach(language c cpp)
+    add_executable(host_${language} installed.${language})
+    target_link_libraries(host_${language} PRIVATE ztdecode::ztdecode)
+    target_compile_features(host_${language} PRIVATE cxx_std_20)
+endforeach()
+WORDS
+logged cmake -S "$dir/project" -B "$dir/project/build" -DCMAKE_PREFIX_PATH="$dir/moved/here"
+logged cmake --build "$dir/project/build"
+"$dir/project/build/host_c"
+"$dir/project/build/host_cpp"

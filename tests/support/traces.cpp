@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <stdexcept>
 
 #include "decode/readers.hpp"
@@ -13,6 +14,20 @@ namespace ztdecode::testing {
 namespace {
 
 namespace fs = std::filesystem;
+
+const fs::path source = ZTDECODE_SOURCE_DIR;
+
+std::vector<fs::path> traces_in(std::initializer_list<const char*> folders) {
+    std::vector<fs::path> found;
+    for (const char* folder : folders) {
+        for (const auto& entry : fs::directory_iterator(source / folder)) {
+            const auto ending = entry.path().extension();
+            if (ending == ".spzt" || ending == ".zt" || ending == ".lng2") found.push_back(entry.path());
+        }
+    }
+    std::sort(found.begin(), found.end());
+    return found;
+}
 
 void read_trace(const fs::path& file, std::vector<Captured>& messages) {
     const fs::path options = fs::path(file).replace_extension(".options");
@@ -34,15 +49,15 @@ void read_trace(const fs::path& file, std::vector<Captured>& messages) {
 
 }  // namespace
 
+std::vector<fs::path> golden_traces() { return traces_in({"tests/golden", "examples"}); }
+
+fs::path beside_golden(const fs::path& trace, const char* ending) {
+    return source / "tests/golden" / trace.filename().replace_extension(ending);
+}
+
 std::vector<Captured> golden_messages() {
-    std::vector<fs::path> files;
-    for (const auto& entry : fs::directory_iterator(fs::path(ZTDECODE_SOURCE_DIR) / "tests/golden")) {
-        const auto extension = entry.path().extension();
-        if (extension == ".spzt" || extension == ".zt" || extension == ".lng2") files.push_back(entry.path());
-    }
-    std::sort(files.begin(), files.end());
     std::vector<Captured> messages;
-    for (const fs::path& file : files) read_trace(file, messages);
+    for (const fs::path& file : traces_in({"tests/golden"})) read_trace(file, messages);
     if (messages.empty()) throw std::runtime_error("no messages in the golden traces");
     return messages;
 }

@@ -1,0 +1,370 @@
+"""Readable texts and data for the signalling between a telephone system and its terminals.
+
+    import ztdecode
+
+    record = ztdecode.decode(bytes.fromhex("210403"))
+    print(record.text)        # "\\t- green led 3 ON"
+    print(record.fields)      # {'led': 3}
+
+    for record in ztdecode.open_trace("office.spzt"):
+        print(record.place, record.message, record.fields)
+
+A session remembers what one message teaches the next: give all messages of one trace to one session, which is used by
+one thread at a time. What it gives is copied out of the library: it stays, can be compared and pickled.
+
+Texts hold bytes of messages as they came. What of them is not UTF-8 is in the strings as `surrogateescape` has it:
+text.encode("utf-8", "surrogateescape") gives the bytes back. Offsets count in these bytes.
+
+The words for kinds, outcomes, directions and so on are those of `ztdecode --format ndjson`, see docs/records.md. The
+shared object is libztdecode.so.5 as the loader finds it, or what the environment variable ZTDECODE_LIBRARY names.
+"""
+
+from __future__ import annotations
+
+import ctypes
+import functools
+import os
+import warnings
+import weakref
+from collections.abc import Iterator, Mapping
+from dataclasses import dataclass
+from typing import Any, Union
+
+from . import _library
+from ._library import library as _lib
+
+__all__ = [
+    "Error",
+    "Field",
+    "Line",
+    "Record",
+    "Refusal",
+    "RefusedLineWarning",
+    "Session",
+    "Trace",
+    "Value",
+    "Word",
+    "decode",
+    "open_trace",
+    "version",
+]
+
+Value = Union[bool, int, float, str]
+
+
+class Error(Exception):
+    """The library said no; `status` is its number for why."""
+
+    def __init__(self, status: int) -> None:
+        super().__init__(_lib.zt_status_text(status).decode())
+        self.status = status
+
+    def __reduce__(self) -> tuple[type[Error], tuple[int]]:
+        return type(self), (self.status,)
+
+
+class RefusedLineWarning(UserWarning):
+    """A trace line could not be read."""
+
+
+@dataclass(frozen=True)
+class Field:
+    """A value that a text shows."""
+
+    name: str
+    value: Value  # numbers and flags as such, bytes as hexadecimal digits, all others as strings
+    kind: str
+    unit: str | None
+    shown: str  # as it stands in the text
+    code: int | None  # of a word
+    known: bool
+    missing: bool  # a byte of it lies behind the message's end
+    sensitivity: str
+    begin: int  # in the text, in bytes
+    end: int
+    bytes: tuple[tuple[int, int], ...]  # first and last offset in the message
+
+
+@dataclass(frozen=True)
+class Word:
+    """A piece of a text, with the bytes of the message that it comes from."""
+
+    text: str
+    field: str | None  # the name of the value that it is
+    begin: int
+    end: int
+    missing: bool
+    bytes: tuple[tuple[int, int], ...]
+
+
+@dataclass(frozen=True)
+class Record:
+    """What a message said. `parts` are the messages that it carries."""
+
+    text: str
+    link: str | None
+    message: str | None
+    direction: str
+    outcome: str
+    code: int | None
+    length: int
+    bytes: bytes
+    unknown: int
+    missing: int
+    padded: int
+    place: int  # the line of a trace, or how many calls of Session came before
+    segments: tuple[int, ...]  # the places of the segments that it was put together from
+    details: tuple[Field, ...]
+    words: tuple[Word, ...]
+    parts: tuple[Record, ...]
+    trace: str
+    complaints: str
+
+    @functools.cached_property
+    def fields(self) -> Mapping[str, Value | tuple[Value, ...]]:
+        """The values by their names, in the order of the text; a tuple where a name stands several times."""
+        values: dict[str, list[Value]] = {}
+        for field in self.details:
+            values.setdefault(field.name, []).append(field.value)
+        return {name: found[0] if len(found) == 1 else tuple(found) for name, found in values.items()}
+
+
+@dataclass(frozen=True)
+class Refusal:
+    """Why a line is refused."""
+
+    name: str
+    reason: str
+    column: int  # from 1 on
+    expected: int
+    found: int
+
+
+@dataclass(frozen=True)
+class Line:
+    """What a line of a trace holds."""
+
+    kind: str  # "blank", "comment", "other", "messages" or "refused"
+    layout: str | None
+    content: str
+    columns: str | None
+    place: int
+    records: tuple[Record, ...]
+    refusal: Refusal | None  # behind the records, where there are any
+
+
+def version() -> str:
+    """The version of the shared object."""
+    return str(_lib.zt_version().decode())
+
+
+def _check(status: int) -> None:
+    if status == _library.NO_MEMORY:
+        raise MemoryError("no memory for this message")
+    if status != _library.OK:
+        raise Error(status)
+
+
+@functools.lru_cache(maxsize=256)
+def _name(function: str, value: int) -> str:
+    """The library's word for a number; the number itself where a newer library has one that has none here."""
+    name = getattr(_lib, function)(value)
+    return str(value) if name is None else str(name.decode())
+
+
+def _ranges(ranges: Any) -> tuple[tuple[int, int], ...]:
+    return tuple((ranges.data[k].first, ranges.data[k].last) for k in range(ranges.size))
+
+
+def _value(field: Any) -> Value:
+    if field.kind == _library.NUMBER:
+        return int(field.number) if field.divisor == 1 else float(field.number / field.divisor)
+    if field.kind == _library.FLAG:
+        return bool(field.number)
+    return str(field.value)
+
+
+def _field(field: Any) -> Field:
+    return Field(
+        name=str(field.name),
+        value=_value(field),
+        kind=_name("zt_kind_name", field.kind),
+        unit=str(field.unit) or None,
+        shown=str(field.shown),
+        code=field.number if field.kind == _library.WORD else None,
+        known=bool(field.known),
+        missing=bool(field.missing),
+        sensitivity=_name("zt_sensitivity_name", field.sensitivity),
+        begin=field.begin,
+        end=field.end,
+        bytes=_ranges(field.bytes),
+    )
+
+
+def _word(word: Any) -> Word:
+    return Word(
+        text=str(word.text),
+        field=str(word.field) or None,
+        begin=word.begin,
+        end=word.end,
+        missing=bool(word.missing),
+        bytes=_ranges(word.bytes),
+    )
+
+
+def _record(pointer: Any) -> Record:
+    record = pointer.contents
+    return Record(
+        text=str(record.text),
+        link=str(record.link) or None,
+        message=str(record.message) or None,
+        direction="from" if record.direction == _library.FROM_SYSTEM else "to",
+        outcome=_name("zt_outcome_name", record.outcome),
+        code=None if record.code < 0 else record.code,
+        length=record.length,
+        bytes=ctypes.string_at(record.bytes.data, record.bytes.size) if record.bytes.size else b"",
+        unknown=record.unknown,
+        missing=record.missing,
+        padded=record.padded,
+        place=record.place,
+        segments=tuple(_lib.zt_segment_at(pointer, k) for k in range(record.segments)),
+        details=tuple(_field(_lib.zt_field_at(pointer, k).contents) for k in range(record.fields)),
+        words=tuple(_word(_lib.zt_word_at(pointer, k).contents) for k in range(record.words)),
+        parts=tuple(_record(_lib.zt_part_at(pointer, k)) for k in range(record.parts)),
+        trace=str(record.trace),
+        complaints=str(record.complaints),
+    )
+
+
+def _direction(direction: str) -> int:
+    try:
+        return {"from": _library.FROM_SYSTEM, "to": _library.TO_SYSTEM}[direction]
+    except KeyError:
+        raise ValueError(f'direction is "from" (the system) or "to" it, not {direction!r}') from None
+
+
+class Session:
+    """What the library remembers from one message to the next. Used by one thread at a time."""
+
+    def __init__(
+        self,
+        *,
+        layout: str = "auto",
+        direction: str = "from",
+        words: bool = False,
+        audio_only: bool = False,
+        debug: bool = False,
+        color: bool = False,
+    ) -> None:
+        """`layout` and `direction` are those of lines, and of those lines whose layout does not say it; `words`:
+        records have words."""
+        if layout not in _library.LAYOUTS:
+            raise ValueError(f"layout is one of {', '.join(_library.LAYOUTS)}, not {layout!r}")
+        options = _library.Options(
+            size=ctypes.sizeof(_library.Options),
+            flags=(color and _library.COLOR) | (audio_only and _library.AUDIO_ONLY) | (debug and _library.DEBUG),
+            detail=_library.WORDS if words else _library.FIELDS,
+            layout=_library.LAYOUTS.index(layout),
+            direction=_direction(direction),
+        )
+        handle = ctypes.c_void_p()
+        _check(_lib.zt_session_create(ctypes.byref(options), ctypes.byref(handle)))
+        self._handle = handle
+        self._destroy = weakref.finalize(self, _lib.zt_session_destroy, handle)
+
+    def close(self) -> None:
+        """Gives the memory back now; nothing can be decoded any more."""
+        self._destroy()
+        self._handle = ctypes.c_void_p()
+
+    def __enter__(self) -> Session:
+        return self
+
+    def __exit__(self, *raised: object) -> None:
+        self.close()
+
+    def decode(self, message: bytes, direction: str = "from") -> Record:
+        """What a message said, as it was captured, without length bytes."""
+        record = ctypes.POINTER(_library.Record)()
+        data = memoryview(message).tobytes()
+        _check(_lib.zt_decode(self._handle, data, len(data), _direction(direction), ctypes.byref(record)))
+        return _record(record)
+
+    def feed(self, line: str | bytes) -> Line:
+        """A line of a trace, with all that its messages said."""
+        data = line.encode("utf-8", "surrogateescape") if isinstance(line, str) else memoryview(line).tobytes()
+        fed = ctypes.POINTER(_library.Line)()
+        _check(_lib.zt_feed_line(self._handle, data, len(data), ctypes.byref(fed)))
+        records = tuple(self._messages())
+        return _line(fed.contents, records)
+
+    def _messages(self) -> Iterator[Record]:
+        record = ctypes.POINTER(_library.Record)()
+        while (status := _lib.zt_next_message(self._handle, ctypes.byref(record))) == _library.OK:
+            yield _record(record)
+        if status not in (_library.DONE, _library.REFUSED):
+            _check(status)
+
+
+def _line(line: Any, records: tuple[Record, ...]) -> Line:
+    refusal = None
+    if line.refusal != 0:
+        refusal = Refusal(
+            name=_name("zt_refusal_name", line.refusal),
+            reason=str(line.reason),
+            column=line.column,
+            expected=line.expected,
+            found=line.found,
+        )
+    return Line(
+        kind=_library.LINE_KINDS[line.kind],
+        layout=_library.LAYOUTS[line.layout] if line.layout != 0 else None,
+        content=str(line.content),
+        columns=str(line.columns) or None,
+        place=line.place,
+        records=records,
+        refusal=refusal,
+    )
+
+
+def decode(message: bytes, direction: str = "from") -> Record:
+    """What one message said that stands for itself, as a session that saw no other has it."""
+    with Session() as session:
+        return session.decode(message, direction)
+
+
+class Trace:
+    """A trace file: gives its records one after the other, by `lines` its lines. Refused lines are warned of (see
+    RefusedLineWarning) where the records alone are asked for. The file is closed at its end, by `close` or by `with`."""
+
+    def __init__(self, path: str | os.PathLike[str], **options: Any) -> None:
+        self._name = os.fspath(path)
+        self._session = Session(**options)
+        self._file = open(path, "rb")
+
+    def lines(self) -> Iterator[Line]:
+        with self._file:
+            for line in self._file:
+                yield self._session.feed(line)
+
+    def __iter__(self) -> Iterator[Record]:
+        for line in self.lines():
+            yield from line.records
+            if line.refusal is not None:
+                warnings.warn(
+                    f"{self._name}:{line.place}: {line.refusal.reason}", RefusedLineWarning, stacklevel=2
+                )
+
+    def close(self) -> None:
+        self._file.close()
+
+    def __enter__(self) -> Trace:
+        return self
+
+    def __exit__(self, *raised: object) -> None:
+        self.close()
+
+
+def open_trace(path: str | os.PathLike[str], **options: Any) -> Trace:
+    """A plain trace file, of any layout; the options are those of Session."""
+    return Trace(path, **options)
