@@ -149,6 +149,10 @@ Trail::Tested Trail::located(const Message& m, Place bytes) {
     return {{m.origin() + bytes.first, m.origin() + std::min(end, length) - 1}, true, missing};
 }
 
+void Trail::test(const Message& m, Place bytes) noexcept {
+    if (words_too_ || !all_there(m, bytes)) note_test(m, bytes);
+}
+
 void Trail::note_test(const Message& m, Place bytes) noexcept {
     look();
     note([&] {
@@ -194,6 +198,10 @@ void Trail::end_scope(std::size_t scope) noexcept {
     look();
     tested_.resize(scope);
     tested_changed_ = true;
+}
+
+void Trail::look() noexcept {
+    if (words_too_) look_at_words();
 }
 
 void Trail::look_at_words() noexcept {

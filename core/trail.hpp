@@ -124,37 +124,34 @@ class Trail {
     void finish();
 
     // What is decoded from here on is a message that the present one carries, until `leave_message`.
-    void enter_message(const Message& m) noexcept;
-    void enter_reassembled(const Message& m, std::span<const std::uint64_t> segments) noexcept;
-    void leave_message() noexcept;
+    [[gnu::cold]] void enter_message(const Message& m) noexcept;
+    [[gnu::cold]] void enter_reassembled(const Message& m, std::span<const std::uint64_t> segments) noexcept;
+    [[gnu::cold]] void leave_message() noexcept;
     // The present message, as far as it is known by now.
-    void link(std::string_view name, std::uint32_t direction) noexcept;
-    void name(std::string_view name, std::uint32_t code) noexcept;
+    [[gnu::cold]] void link(std::string_view name, std::uint32_t direction) noexcept;
+    [[gnu::cold]] void name(std::string_view name, std::uint32_t code) noexcept;
 
     // Bytes that decide what is written next. They count until the scope ends in which they were tested.
-    void test(const Message& m, Place bytes) noexcept {
-        if (words_too_ || !all_there(m, bytes)) note_test(m, bytes);
-    }
+    [[gnu::cold]] void test(const Message& m, Place bytes) noexcept;
     // Bytes that say where the others stand.
-    void walk(const Message& m, Place bytes) noexcept;
+    [[gnu::cold]] void walk(const Message& m, Place bytes) noexcept;
     // Bytes that are put by for a message that is put together from segments.
-    void put_by(const Message& m, Place bytes) noexcept;
-    void asked(const Message& m, const TableRows& rows, std::uint32_t code, bool known, Place bytes) noexcept;
+    [[gnu::cold]] void put_by(const Message& m, Place bytes) noexcept;
+    [[gnu::cold]] void asked(const Message& m, const TableRows& rows, std::uint32_t code, bool known,
+                             Place bytes) noexcept;
     std::size_t scope() const noexcept { return tested_.size(); }
-    void end_scope(std::size_t scope) noexcept;
+    [[gnu::cold]] void end_scope(std::size_t scope) noexcept;
 
     // A value that was written from `begin` to `end` of the text.
     void value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning,
                std::size_t begin, std::size_t end) noexcept;
     // Plain words, chosen by these bytes.
-    void words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept;
+    [[gnu::cold]] void words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept;
 
     // Takes note of all plain words so far: to be called before the text is cut.
-    void look() noexcept {
-        if (words_too_) look_at_words();
-    }
+    [[gnu::cold]] void look() noexcept;
     // The text was cut.
-    void look_at_cut() noexcept;
+    [[gnu::cold]] void look_at_cut() noexcept;
     // What was written since `look` is no part of the text: the codes of a colour.
     void pass_over() noexcept;
 
