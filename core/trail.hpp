@@ -58,6 +58,8 @@ struct NotedMessage {
     static constexpr std::uint32_t no_message = 0xFFFFFFFF;
     static constexpr std::uint32_t no_code = 0xFFFFFFFF;
 
+    explicit NotedMessage(const Message& m) noexcept;
+
     std::uint32_t carrier = no_message;
     std::uint32_t begin = 0;  // of its text
     std::uint32_t end = 0;
@@ -212,14 +214,17 @@ class Trail {
     void note(Note write) noexcept;
     void look_at_words() noexcept;
     void note_test(const Message& m, Place bytes) noexcept;
-    bool all_there(const Message& m, Place bytes) const noexcept {
+    bool all_there(const Message& m, const Place& bytes) const noexcept {
         return &m == view_ && std::size_t{bytes.first} + bytes.count <= there_;
     }
-    Tested located(const Message& m, Place bytes);
+    Tested located(const Message& m, const Place& bytes);
+    Tested located_in_part(const Message& m, const Place& bytes);
     void begin_message(const Message& m, bool reassembled);
     void look_at_tested();
     void add_literal(std::uint32_t end);
     void add_stretch(Stretch s);
+    void add_range(const Tested& at, Stretch& s);
+    void add_value(std::string_view name, const Field* field, const Meaning& meaning, const Stretch& s);
     void cut_to(std::uint32_t end) noexcept;
     std::uint32_t now() const noexcept;
 
