@@ -300,15 +300,18 @@ void Trail::add_stretch(Stretch s) {
     if (s.begin < s.end) stretches_.push_back(s);
 }
 
-// The bytes that a value was read from.
+// The bytes that a value was read from. (They are written where they stay, here and below: the processor has
+// to wait for a copy of what was written in small pieces.)
 inline void Trail::add_range(const Tested& at, Stretch& s) {
     s.missing = at.missing;
     s.first_range = static_cast<std::uint32_t>(ranges_.size());
     s.ranges = at.some ? 1 : 0;
-    if (at.some) ranges_.push_back(at.bytes);
+    if (!at.some) return;
+    ByteRange& range = ranges_.emplace_back();
+    range.first = at.bytes.first;
+    range.last = at.bytes.last;
 }
 
-// (Written where it stays: the processor has to wait for a copy of what was written in small pieces.)
 inline void Trail::add_value(std::string_view name, const Field* field, const Meaning& meaning,
                              const Stretch& s) {
     NotedValue& v = values_.emplace_back();
