@@ -103,6 +103,8 @@ struct AskedTable {
 //
 // Values are noted as they are written. What stands between two of them belongs to the bytes tested so far:
 // `test` and the end of a scope look how far the text has come, so plain words cost nothing.
+//
+// What decoders call is cold: the code around such calls stands apart from what runs when nobody asks.
 class Trail {
   public:
     // What a text has behind so many stretches is one stretch, and its values are not noted.
