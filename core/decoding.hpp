@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string_view>
+#include <utility>
 
 #include "core/format.hpp"
 #include "core/message.hpp"
@@ -148,7 +149,7 @@ class Decoding {
         out_.written_to(write_format(begin, format, ends, args...));
         if constexpr (F::count != 0) {
             if (trail_ != nullptr) [[unlikely]]
-                note_all<F>(ends, args...);
+                note_each<F>(std::index_sequence_for<Args...>(), ends, args...);
         }
     }
 
@@ -302,17 +303,17 @@ class Decoding {
         row_field_ = outer_field;
     }
 
+    // (Inlined, or values that nobody asks about would need memory for their notes.)
     template <class F, class... Args, std::size_t... i>
-    void note_each(std::index_sequence<i...> /*of the arguments*/, const Ends<F>& ends, const Args&... args) {
+    [[gnu::always_inline]] void note_each(std::index_sequence<i...> /*of the arguments*/, const Ends<F>& ends,
+                                          const Args&... args) {
         (note_between(F::parsed.placeholders[i].field, meaning_of(args), ends[2 * i], ends[2 * i + 1]), ...);
     }
-    template <class F, class... Args>
-    [[gnu::noinline, gnu::cold]] void note_all(const Ends<F>& ends, const Args&... args) {
-        note_each<F>(std::index_sequence_for<Args...>(), ends, args...);
-    }
-    void note_between(FieldName field, const Meaning& meaning, const char* begin, const char* end) noexcept;
-    void note(FieldName field, const Meaning& meaning, std::size_t begin) noexcept;
-    void note_text(FieldName field, std::size_t first, std::size_t n, std::size_t begin) noexcept;
+    [[gnu::cold]] void note_between(FieldName field, const Meaning& meaning, const char* begin,
+                                    const char* end) noexcept;
+    [[gnu::cold]] void note(FieldName field, const Meaning& meaning, std::size_t begin) noexcept;
+    [[gnu::cold]] void note_text(FieldName field, std::size_t first, std::size_t n,
+                                 std::size_t begin) noexcept;
     void write_hex(std::size_t first, std::size_t n, bool blanks, const char* digits);
     Meaning number_or_bytes(std::size_t first, std::size_t n) const noexcept;
 

@@ -94,7 +94,7 @@ class Message {
     static std::uint32_t within_capacity(std::size_t n) noexcept {
         return static_cast<std::uint32_t>(std::min<std::size_t>(n, message_capacity));
     }
-    std::uint8_t indirect(std::size_t k) const noexcept;
+    [[gnu::cold]] std::uint8_t indirect(std::size_t k) const noexcept;
 
     const std::uint8_t* bytes_;
     std::uint32_t length_;

@@ -130,7 +130,7 @@ class Text {
   private:
     static constexpr std::size_t none = static_cast<std::size_t>(-1);
 
-    void grow(std::size_t n);
+    [[gnu::cold]] void grow(std::size_t n);
 
     void two_digits(std::uint8_t byte, const char* digits) {
         char* at = room(2);

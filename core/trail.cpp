@@ -9,6 +9,9 @@
 
 namespace ztdecode {
 
+NotedMessage::NotedMessage(const Message& m) noexcept
+    : origin(m.origin()), length(m.length()), view(&m), direction(m.direction) {}
+
 // Decoding is not expected to fail for a note.
 template <class Note>
 void Trail::note(Note write) noexcept {
@@ -50,13 +53,10 @@ void Trail::finish() {
 
 void Trail::begin_message(const Message& m, bool reassembled) {
     const std::uint32_t carrier = message_;
-    NotedMessage& next = messages_.emplace_back();
+    NotedMessage& next = messages_.emplace_back(m);
     message_ = static_cast<std::uint32_t>(messages_.size() - 1);
     next.carrier = carrier;
     next.begin = next.end = now();
-    next.origin = m.origin();
-    next.length = m.length();
-    next.direction = m.direction;
     if (carrier != NotedMessage::no_message && words_too_) {
         look_at_tested();
         next.first_tested = literal_first_range_;
@@ -72,7 +72,7 @@ void Trail::begin_message(const Message& m, bool reassembled) {
     // (Behind the bytes that lie in a row a record shows what was left there, which stood elsewhere before.)
     const std::uint32_t left = next.source_length > m.origin() ? next.source_length - m.origin() : 0;
     next.there = std::min(static_cast<std::uint32_t>(m.bytes().size()), left);
-    next.view = view_ = &m;
+    view_ = &m;
     there_ = next.there;
     if (!words_too_) seen_ = next.begin;
 }
@@ -127,12 +127,16 @@ void Trail::name(std::string_view name, std::uint32_t code) noexcept {
     if (m.code == NotedMessage::no_code) m.code = code;
 }
 
-// Offsets beyond the message are noted as missing.
-Trail::Tested Trail::located(const Message& m, Place bytes) {
+// (A place is looked at by halves: the processor has to wait for both together where they were written
+// apart.)
+inline Trail::Tested Trail::located(const Message& m, const Place& bytes) {
     if (bytes.count == 0) return {{0, 0}, false, false};
-    if (all_there(m, bytes)) {
-        return {{m.origin() + bytes.first, m.origin() + bytes.first + bytes.count - 1}, true, false};
-    }
+    if (!all_there(m, bytes)) return located_in_part(m, bytes);
+    return {{m.origin() + bytes.first, m.origin() + bytes.first + bytes.count - 1}, true, false};
+}
+
+// Offsets beyond the message are noted as missing.
+Trail::Tested Trail::located_in_part(const Message& m, const Place& bytes) {
     NotedMessage& noted = messages_[message_];
     const std::uint32_t left = noted.source_length > m.origin() ? noted.source_length - m.origin() : 0;
     // (Behind the bytes that lie in a row a record shows what was left there, which stood elsewhere before.)
@@ -147,6 +151,10 @@ Trail::Tested Trail::located(const Message& m, Place bytes) {
     }
     if (bytes.first >= length) return {{0, 0}, false, missing};
     return {{m.origin() + bytes.first, m.origin() + std::min(end, length) - 1}, true, missing};
+}
+
+void Trail::test(const Message& m, Place bytes) noexcept {
+    if (words_too_ || !all_there(m, bytes)) note_test(m, bytes);
 }
 
 void Trail::note_test(const Message& m, Place bytes) noexcept {
@@ -194,6 +202,10 @@ void Trail::end_scope(std::size_t scope) noexcept {
     look();
     tested_.resize(scope);
     tested_changed_ = true;
+}
+
+void Trail::look() noexcept {
+    if (words_too_) look_at_words();
 }
 
 void Trail::look_at_words() noexcept {
@@ -288,6 +300,32 @@ void Trail::add_stretch(Stretch s) {
     if (s.begin < s.end) stretches_.push_back(s);
 }
 
+// The bytes that a value was read from. (They are written where they stay, here and below: the processor has
+// to wait for a copy of what was written in small pieces.)
+inline void Trail::add_range(const Tested& at, Stretch& s) {
+    s.missing = at.missing;
+    s.first_range = static_cast<std::uint32_t>(ranges_.size());
+    s.ranges = at.some ? 1 : 0;
+    if (!at.some) return;
+    ByteRange& range = ranges_.emplace_back();
+    range.first = at.bytes.first;
+    range.last = at.bytes.last;
+}
+
+inline void Trail::add_value(std::string_view name, const Field* field, const Meaning& meaning,
+                             const Stretch& s) {
+    NotedValue& v = values_.emplace_back();
+    v.name = name;
+    v.field = field;
+    v.meaning = meaning;
+    v.begin = s.begin;
+    v.end = s.end;
+    v.first_range = s.first_range;
+    v.ranges = s.ranges;
+    v.message = message_;
+    v.missing = s.missing;
+}
+
 void Trail::value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning,
                   std::size_t begin, std::size_t end) noexcept {
     note([&] {
@@ -297,29 +335,19 @@ void Trail::value(const Message& m, std::string_view name, const Field* field, c
         if (s.begin < seen_) cut_to(s.begin);
         const Tested at = located(m, meaning.place);
         if (!words_too_) {
-            const auto first = static_cast<std::uint32_t>(ranges_.size());
-            if (at.some) ranges_.push_back(at.bytes);
-            if (values_.size() < most_stretches) {
-                values_.push_back(
-                    {name, field, meaning, s.begin, s.end, first, at.some ? 1U : 0U, message_, at.missing});
-            }
+            add_range(at, s);
+            if (values_.size() < most_stretches) add_value(name, field, meaning, s);
             seen_ = s.end;
             return;
         }
         if (s.begin > seen_) add_literal(s.begin);
-        s.missing = at.missing;
         look_at_tested();
         s.first_tested = literal_first_range_;
         s.tested = literal_ranges_;
-        s.first_range = static_cast<std::uint32_t>(ranges_.size());
-        if (at.some) {
-            ranges_.push_back(at.bytes);
-            s.ranges = 1;
-        }
+        add_range(at, s);
         if (stretches_.size() < most_stretches) {
             s.value = static_cast<std::uint32_t>(values_.size());
-            values_.push_back(
-                {name, field, meaning, s.begin, s.end, s.first_range, s.ranges, message_, s.missing});
+            add_value(name, field, meaning, s);
         }
         add_stretch(s);
     });

@@ -58,6 +58,8 @@ struct NotedMessage {
     static constexpr std::uint32_t no_message = 0xFFFFFFFF;
     static constexpr std::uint32_t no_code = 0xFFFFFFFF;
 
+    explicit NotedMessage(const Message& m) noexcept;
+
     std::uint32_t carrier = no_message;
     std::uint32_t begin = 0;  // of its text
     std::uint32_t end = 0;
@@ -101,6 +103,8 @@ struct AskedTable {
 //
 // Values are noted as they are written. What stands between two of them belongs to the bytes tested so far:
 // `test` and the end of a scope look how far the text has come, so plain words cost nothing.
+//
+// What decoders call is cold: the code around such calls stands apart from what runs when nobody asks.
 class Trail {
   public:
     // What a text has behind so many stretches is one stretch, and its values are not noted.
@@ -124,37 +128,34 @@ class Trail {
     void finish();
 
     // What is decoded from here on is a message that the present one carries, until `leave_message`.
-    void enter_message(const Message& m) noexcept;
-    void enter_reassembled(const Message& m, std::span<const std::uint64_t> segments) noexcept;
-    void leave_message() noexcept;
+    [[gnu::cold]] void enter_message(const Message& m) noexcept;
+    [[gnu::cold]] void enter_reassembled(const Message& m, std::span<const std::uint64_t> segments) noexcept;
+    [[gnu::cold]] void leave_message() noexcept;
     // The present message, as far as it is known by now.
-    void link(std::string_view name, std::uint32_t direction) noexcept;
-    void name(std::string_view name, std::uint32_t code) noexcept;
+    [[gnu::cold]] void link(std::string_view name, std::uint32_t direction) noexcept;
+    [[gnu::cold]] void name(std::string_view name, std::uint32_t code) noexcept;
 
     // Bytes that decide what is written next. They count until the scope ends in which they were tested.
-    void test(const Message& m, Place bytes) noexcept {
-        if (words_too_ || !all_there(m, bytes)) note_test(m, bytes);
-    }
+    [[gnu::cold]] void test(const Message& m, Place bytes) noexcept;
     // Bytes that say where the others stand.
-    void walk(const Message& m, Place bytes) noexcept;
+    [[gnu::cold]] void walk(const Message& m, Place bytes) noexcept;
     // Bytes that are put by for a message that is put together from segments.
-    void put_by(const Message& m, Place bytes) noexcept;
-    void asked(const Message& m, const TableRows& rows, std::uint32_t code, bool known, Place bytes) noexcept;
+    [[gnu::cold]] void put_by(const Message& m, Place bytes) noexcept;
+    [[gnu::cold]] void asked(const Message& m, const TableRows& rows, std::uint32_t code, bool known,
+                             Place bytes) noexcept;
     std::size_t scope() const noexcept { return tested_.size(); }
-    void end_scope(std::size_t scope) noexcept;
+    [[gnu::cold]] void end_scope(std::size_t scope) noexcept;
 
     // A value that was written from `begin` to `end` of the text.
     void value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning,
                std::size_t begin, std::size_t end) noexcept;
     // Plain words, chosen by these bytes.
-    void words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept;
+    [[gnu::cold]] void words(const Message& m, Place bytes, std::size_t begin, std::size_t end) noexcept;
 
     // Takes note of all plain words so far: to be called before the text is cut.
-    void look() noexcept {
-        if (words_too_) look_at_words();
-    }
+    [[gnu::cold]] void look() noexcept;
     // The text was cut.
-    void look_at_cut() noexcept;
+    [[gnu::cold]] void look_at_cut() noexcept;
     // What was written since `look` is no part of the text: the codes of a colour.
     void pass_over() noexcept;
 
@@ -215,14 +216,17 @@ class Trail {
     void note(Note write) noexcept;
     void look_at_words() noexcept;
     void note_test(const Message& m, Place bytes) noexcept;
-    bool all_there(const Message& m, Place bytes) const noexcept {
+    bool all_there(const Message& m, const Place& bytes) const noexcept {
         return &m == view_ && std::size_t{bytes.first} + bytes.count <= there_;
     }
-    Tested located(const Message& m, Place bytes);
+    Tested located(const Message& m, const Place& bytes);
+    Tested located_in_part(const Message& m, const Place& bytes);
     void begin_message(const Message& m, bool reassembled);
     void look_at_tested();
     void add_literal(std::uint32_t end);
     void add_stretch(Stretch s);
+    void add_range(const Tested& at, Stretch& s);
+    void add_value(std::string_view name, const Field* field, const Meaning& meaning, const Stretch& s);
     void cut_to(std::uint32_t end) noexcept;
     std::uint32_t now() const noexcept;
 

@@ -184,6 +184,14 @@ struct Code : Plain {
     }
 };
 
+consteval std::array<std::array<char, 2>, 256> digits_of_bytes() {
+    std::array<std::array<char, 2>, 256> digits{};
+    for (std::size_t byte = 0; byte < 256; ++byte)
+        digits[byte] = {lower_case_digits[byte >> 4], lower_case_digits[byte & 15]};
+    return digits;
+}
+constexpr auto two_digits = digits_of_bytes();
+
 struct Hexadecimal : Plain {
     explicit Hexadecimal(std::span<const std::uint8_t> b) : bytes(b) {}
 
@@ -192,8 +200,7 @@ struct Hexadecimal : Plain {
     std::size_t bound() const noexcept { return 2 * bytes.size(); }
     char* write(char* at) const {
         for (const std::uint8_t byte : bytes) {
-            at[0] = lower_case_digits[byte >> 4];
-            at[1] = lower_case_digits[byte & 15];
+            std::memcpy(at, two_digits[byte].data(), 2);
             at += 2;
         }
         return at;
@@ -320,6 +327,11 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         out_.add(",\"fields\"");
         fields(record, part);
         if (part.unknown == 0 && part.missing == 0 && noted.segments.empty() && !words) {
+            if (part.carried == 0) {
+                count_member();
+                out_.add(R"("unknown":0,"missing":0,"parts":[])");
+                return;
+            }
             key(R"("unknown":0,"missing":0,"parts")");
             parts(kind_and_file, place, record, part, words);
             return;
@@ -381,11 +393,14 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         Prefix(rapidjson::kNumberType);
         out_.print("{-}"_cf, n);
     }
-    // A member whose value is written behind it, past the writer, which counts both.
-    void begin_member(std::string_view name) {
+    // A member is written next, past the writer, which counts its name and its value.
+    void count_member() {
         auto* const level = level_stack_.template Top<Level>();
         if (level->valueCount > 0) out_.add(",");
         level->valueCount += 2;
+    }
+    void begin_member(std::string_view name) {
+        count_member();
         out_.print("{-}:"_cf, OwnName{name});
     }
 
