@@ -4,10 +4,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cstdlib>
 #include <cstring>
+#include <string>
 #include <vector>
 
+#include "core/data.hpp"
 #include "decode/line_texts.hpp"
 #include "tool/output/control.hpp"
 
@@ -226,56 +227,6 @@ void PutReserve(Stream& stream, std::size_t n) {
 }  // NOLINT(readability-identifier-naming)
 void PutUnsafe(Stream& stream, char c) { stream.Put(c); }  // NOLINT(readability-identifier-naming)
 
-std::string_view name_of(Kind kind) {
-    switch (kind) {
-        case Kind::number:
-            return "number";
-        case Kind::word:
-            return "word";
-        case Kind::address:
-            return "address";
-        case Kind::text:
-            return "text";
-        case Kind::version:
-            return "version";
-        case Kind::flag:
-            return "flag";
-        case Kind::bytes:
-            return "bytes";
-    }
-    return "number";
-}
-
-std::string_view name_of(Sensitivity sensitivity) {
-    switch (sensitivity) {
-        case Sensitivity::none:
-            break;
-        case Sensitivity::call_number:
-            return "call_number";
-        case Sensitivity::person:
-            return "person";
-        case Sensitivity::network_address:
-            return "network_address";
-        case Sensitivity::hardware_address:
-            return "hardware_address";
-        case Sensitivity::secret:
-            return "secret";
-    }
-    return "none";
-}
-
-// Only its digits: of "0x2A", " 2e 2f".
-void add_digits_of(std::string_view hexadecimal, Text& out) {
-    for (std::size_t k = 0; k < hexadecimal.size(); ++k) {
-        const char c = hexadecimal[k];
-        if (c == '0' && k + 1 < hexadecimal.size() && hexadecimal[k + 1] == 'x') {
-            ++k;
-        } else if (hex_digit(c) < 16) {
-            out.put(static_cast<std::uint8_t>(c >= 'A' && c <= 'F' ? c - 'A' + 'a' : c));
-        }
-    }
-}
-
 }  // namespace
 
 // RapidJSON's writer knows where a comma stands and what has to be closed. Strings and numbers go out in
@@ -409,33 +360,24 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         add_value(record, v);
     }
     void add_value(const Record& record, const NotedValue& v) {
-        const Meaning& meaning = v.meaning;
         const std::string_view shown = record.shown(v);
-        switch (meaning.kind) {
+        char* const room = out_.room(data::room_for_value(v.meaning, shown));
+        const std::string_view words = data::value(v.meaning, shown, room);
+        switch (v.meaning.kind) {
             case Kind::number:
-                if (meaning.tenths == 0) {
-                    out_.print("{-}"_cf, meaning.number);
-                } else {
-                    const auto n = static_cast<std::uint64_t>(std::abs(meaning.number));
-                    out_.print("{-}{-}.{-}"_cf, std::string_view(meaning.number < 0 ? "-" : ""), n / 10,
-                               n % 10);
-                }
+                out_.written_to(room + words.size());
                 break;
             case Kind::flag:
-                out_.add(meaning.number != 0 ? "true" : "false");
+                out_.add(words);
                 break;
             case Kind::bytes:
-                out_.add("\"");
-                add_digits_of(shown, out_);
-                out_.add("\"");
+                out_.print("\"{-}\""_cf, std::string(words));
                 break;
             case Kind::word:
-                add_string(without_punctuation(shown), ascii_, out_);
-                break;
             case Kind::address:
             case Kind::text:
             case Kind::version:
-                add_string(shown, ascii_, out_);
+                add_string(words, ascii_, out_);
                 break;
         }
     }
@@ -549,7 +491,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
             key("\"name\"");
             name(v.name);
             key("\"kind\"");
-            name(name_of(v.meaning.kind));
+            name(data::name_of(v.meaning.kind));
             key("\"value\"");
             value(record, v);
             key("\"unit\"");
@@ -565,7 +507,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
             key("\"missing\"");
             Bool(v.missing);
             key("\"sensitivity\"");
-            name(name_of(v.field->sensitivity));
+            name(data::name_of(v.field->sensitivity));
             add("\"begin\"", std::max(v.begin, part.begin) - part.begin);
             add("\"end\"", std::max(v.end, part.begin) - part.begin);
             ranges(record, part, record.trail().bytes_of(v), v.message);
