@@ -3,6 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 
+#ifdef __SSE2__
+#include <emmintrin.h>
+#endif
+
 namespace ztdecode {
 
 namespace {
@@ -233,17 +237,47 @@ const Message* LineReader::plain_spzt(Line text) noexcept {
     return message(first, count);
 }
 
-// Reads n fields, a blank between two of them. What is wrong with one shows behind the last one, which costs
-// less than a look at each.
+#ifdef __SSE2__
+// Five fields with the blanks in front of them; the first of the 16 characters is anybody's:
+// "S 02 21 04 03 ff". Whether they are that; what they are worth is written to `to` in any case.
+bool read_five(const char* characters, std::uint8_t* to) noexcept {
+    const auto all = [](int value) { return _mm_set1_epi8(static_cast<char>(value)); };
+    const auto at_most = [&](__m128i v, int most) { return _mm_cmpeq_epi8(_mm_min_epu8(v, all(most)), v); };
+    const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(characters));  // NOLINT: any alignment
+    const __m128i number = _mm_sub_epi8(c, all('0'));
+    const __m128i letter = _mm_sub_epi8(_mm_or_si128(c, all(0x20)), all('a'));
+    const __m128i is_letter = at_most(letter, 5);
+    const __m128i is_digit = _mm_or_si128(at_most(number, 9), is_letter);
+    const __m128i digit = _mm_add_epi8(_mm_and_si128(c, all(0x0F)), _mm_and_si128(is_letter, all(9)));
+    const __m128i byte = _mm_or_si128(_mm_slli_epi16(digit, 4), _mm_srli_si128(digit, 1));
+    std::array<std::uint8_t, 16> bytes{};
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(bytes.data()), byte);  // NOLINT: any alignment
+    for (std::size_t k = 0; k < 5; ++k) to[k] = bytes[2 + 3 * k];
+    constexpr int digits_at = 0b1101101101101100;
+    constexpr int blanks_at = 0b0010010010010010;
+    const int digits_met = _mm_movemask_epi8(is_digit);
+    const int blanks_met = _mm_movemask_epi8(_mm_cmpeq_epi8(c, all(' ')));
+    return ((digits_met & digits_at) | (blanks_met & blanks_at)) == (digits_at | blanks_at);
+}
+#endif
+
+// Reads n fields, a blank in front of each of them. What is wrong with one shows behind the last one, which
+// costs less than a look at each.
 inline bool LineReader::read_only_plain_fields(const char* field, std::size_t n) noexcept {
+#ifdef __SSE2__
+    if (n >= 5) {
+        // Some of the last five may be read twice.
+        bool right = read_five(field + 3 * (n - 5) - 2, record_.data() + (n - 5));
+        for (std::size_t i = 0; i + 5 < n; i += 5) right &= read_five(field + 3 * i - 2, record_.data() + i);
+        return right;
+    }
+#endif
     unsigned wrong = 0;
-    for (std::size_t i = 0;; ++i, field += 3) {
+    for (std::size_t i = 0; i < n; ++i, field += 3) {
         const unsigned value = first_digits[static_cast<std::uint8_t>(field[0])] |
                                second_digits[static_cast<std::uint8_t>(field[1])];
         record_[i] = static_cast<std::uint8_t>(value);
-        wrong |= value;
-        if (i + 1 == n) break;
-        wrong |= static_cast<unsigned>(field[2] ^ ' ') << 8;
+        wrong |= value | static_cast<unsigned>(field[-1] ^ ' ') << 8;
     }
     return wrong <= 0xFF;
 }
