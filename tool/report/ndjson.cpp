@@ -257,7 +257,8 @@ std::string_view name_of(Sensitivity sensitivity) {
     return "none";
 }
 
-// Only its digits: of "0x2A", " 2e 2f".
+}  // namespace
+
 void add_digits_of(std::string_view hexadecimal, Text& out) {
     for (std::size_t k = 0; k < hexadecimal.size(); ++k) {
         const char c = hexadecimal[k];
@@ -268,8 +269,6 @@ void add_digits_of(std::string_view hexadecimal, Text& out) {
         }
     }
 }
-
-}  // namespace
 
 // RapidJSON's writer knows where a comma stands and what has to be closed. Strings and numbers go out in
 // whole pieces; what is the same in every object goes out at once with the key behind it.
@@ -288,6 +287,10 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         EndObject();
         out_.add("\n");
         Reset(stream_);
+    }
+    void only_fields(const Record& record, const Record::Part& part) {
+        Reset(stream_);
+        fields(record, part);
     }
 
     // `words`: the keys in their quotes, after others with their values.
@@ -580,6 +583,16 @@ NdjsonReport::NdjsonReport(std::string_view file, const Options& options, Output
 }
 
 NdjsonReport::~NdjsonReport() = default;
+
+FieldsAsJson::FieldsAsJson() : writer_(std::make_unique<NdjsonReport::Writer>(false, text_)) {}
+
+FieldsAsJson::~FieldsAsJson() = default;
+
+std::string_view FieldsAsJson::of(const Record& record, const Record::Part& part) {
+    text_.clear();
+    writer_->only_fields(record, part);
+    return text_.view();
+}
 
 std::optional<Trail::What> NdjsonReport::notes() const {
     return options_.words ? Trail::What::words : Trail::What::values;
