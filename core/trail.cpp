@@ -295,10 +295,6 @@ void Trail::value(const Message& m, std::string_view name, const Field* field, c
         s.begin = static_cast<std::uint32_t>(begin - origin_);
         s.end = static_cast<std::uint32_t>(end - origin_);
         if (s.begin < seen_) cut_to(s.begin);
-        if (!values_too_) {
-            seen_ = s.end;
-            return;
-        }
         const Tested at = located(m, meaning.place);
         if (!words_too_) {
             const auto first = static_cast<std::uint32_t>(ranges_.size());

@@ -144,6 +144,12 @@ class Trail {
     std::size_t scope() const noexcept { return tested_.size(); }
     void end_scope(std::size_t scope) noexcept;
 
+    bool takes_values() const noexcept { return values_too_; }
+    // The text was written from `begin` to `end`, which is all that is noted without values.
+    void wrote(std::size_t begin, std::size_t end) noexcept {
+        if (begin - origin_ < seen_) cut_to(static_cast<std::uint32_t>(begin - origin_));
+        seen_ = static_cast<std::uint32_t>(end - origin_);
+    }
     // A value that was written from `begin` to `end` of the text.
     void value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning,
                std::size_t begin, std::size_t end) noexcept;

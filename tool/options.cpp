@@ -58,12 +58,27 @@ constexpr auto footer = R"(Layouts of trace lines, each with the two bytes 03 0a
   zt 02 03 0a            zt: "zt ", then one of these two
 bin1 and bin2 are binary: messages behind one or two length bytes each.
 
+Columns for --where, in SQL as SQLite has it; = <> < LIKE GLOB AND OR NOT IN
+and X REGEXP 'RE' say most:
+  file, line, columns    where it stood; the six characters in front of it
+  time                   NULL so far
+  direction, link        'from' or 'to' the system; 'ip', 'digital', 'hub' ...
+  message, code, status  'start_rtp'; 1; 'decoded', 'unknown' or 'refused'
+  length, bytes, hex     how many bytes; which, as a blob and in hexadecimal
+  text                   what is shown of it
+  field('codec')         one of its values; fields: all of them as JSON
+  unknown, missing       how many values no table knows, and bytes it lacks
+  depth, parent          how many messages carry it; the name of its carrier
+
 Words:
   refused                a trace line that cannot be decoded, as "02 03" whose
                          second byte is missing; standard error names it, and
                          the work goes on
   no trace line          any other line, as "08:42:01 link up", a blank one or
                          one that begins with #; it is printed as it is
+  carried                of a message that stands inside another one, as those
+                         that a hub passes on; a selection that holds for it
+                         shows the message that carries it
   offset                 of a byte in its message; 0 is the first one after the
                          length
   HE, RYM                in texts: sets with a windowing system of their own,
@@ -72,12 +87,15 @@ Words:
 Examples:
   ztdecode trace.spzt
   tail -f trace.spzt | ztdecode --no-input
+  ztdecode --link ip --unknown -C 2 trace.spzt
+  ztdecode --where "message = 'reset' AND field('self_test') <> 'OK'" trace.spzt
   ztdecode --explain trace.spzt | less
   ztdecode --catalog | less
   ztdecode --layout bin2 --direction to capture.bin
 
 Exit status: 0, 1 when lines were refused, 2 for bad usage, a file that cannot
-be read or an output that cannot be written. "man ztdecode" says more.
+be read or an output that cannot be written. With an option of the selection 0
+when a message was selected, 1 when none was. "man ztdecode" says more.
 )";
 
 // The library's help with one blank line between groups.
@@ -88,6 +106,13 @@ class HelpLayout : public CLI::Formatter {
         const std::string text =
             CLI::Formatter::make_group(std::move(group), is_positional, std::move(options));
         return is_positional ? text + "\n" : text.substr(1);
+    }
+    // An option that may be given several times still takes one value a time.
+    std::string make_option_opts(const CLI::Option* option) const override {
+        constexpr std::string_view several = " ...";
+        std::string text = CLI::Formatter::make_option_opts(option);
+        if (!option->get_positional() && text.ends_with(several)) text.erase(text.size() - several.size());
+        return text;
     }
 };
 

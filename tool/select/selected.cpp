@@ -37,7 +37,7 @@ void Selected::finish() {
 }
 
 std::optional<Trail::What> Selected::notes() const {
-    return std::max(selection_.notes(), shown_->notes().value_or(Trail::What::messages));
+    return std::max(selection_.notes(), shown_->notes());  // none is the least
 }
 
 void Selected::other(std::uint64_t /*number*/, std::string_view /*line*/, bool /*newline*/) {}

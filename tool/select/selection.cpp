@@ -45,13 +45,18 @@ Selection::Selection(std::string_view file, const SelectionOptions& options) : o
     if (!options.where.empty()) where_.emplace(file, options.where);
 }
 
-Trail::What Selection::notes() const noexcept {
-    const bool values = options_.unknown || options_.missing;
-    return values || (where_ && where_->notes() == Trail::What::values) ? Trail::What::values
-                                                                        : Trail::What::messages;
+std::optional<Trail::What> Selection::notes() const noexcept {
+    if (options_.unknown || options_.missing) return Trail::What::values;
+    if (where_) return where_->notes();
+    const bool of_whole_message =
+        options_.links.empty() && options_.messages.empty() && !options_.from_system && !options_.to_system;
+    return of_whole_message ? std::nullopt : std::optional(Trail::What::messages);
 }
 
 bool Selection::holds(const Said& said, Record& record) {
+    if (!notes()) return whole_holds(said);
+    const auto& messages = said.trail.messages();
+    if (messages.size() == 1 && !header_holds(messages.front())) return false;
     record.take(said.trail, said.text, *said.captured.message, said.outcome);
     for (std::size_t part = 0; part < record.size(); ++part) {
         if (holds(said, record, part)) return true;
@@ -59,14 +64,23 @@ bool Selection::holds(const Said& said, Record& record) {
     return false;
 }
 
-// What costs least decides first.
-bool Selection::holds(const Said& said, const Record& record, std::size_t k) {
-    const Record::Part& part = record.part(k);
-    const NotedMessage& noted = *part.noted;
+// The text of a message has those of the messages that it carries.
+bool Selection::whole_holds(const Said& said) {
+    if (options_.refused && said.outcome != Outcome::unknown_class) return false;
+    return grep_.empty() || text_holds(said.text);
+}
+
+bool Selection::header_holds(const NotedMessage& noted) const {
     const bool from_system = noted.direction == from_dhs;
     if (options_.from_system && !from_system) return false;
     if (options_.to_system && from_system) return false;
-    if (!one_of(options_.links, noted.link) || !one_of(options_.messages, noted.name)) return false;
+    return one_of(options_.links, noted.link) && one_of(options_.messages, noted.name);
+}
+
+// What costs least decides first.
+bool Selection::holds(const Said& said, const Record& record, std::size_t k) {
+    const Record::Part& part = record.part(k);
+    if (!header_holds(*part.noted)) return false;
     if (options_.unknown && part.unknown == 0 && part.decoded != Decoded::unknown) return false;
     if (options_.missing && part.missing == 0) return false;
     if (options_.refused && part.decoded != Decoded::refused) return false;
@@ -81,8 +95,9 @@ bool Selection::text_holds(std::string_view text) {
         add_uncoloured(text, uncoloured_);
         text = uncoloured_.view();
     }
-    return std::ranges::all_of(grep_, [text](const auto& regex) {
-        return re2::RE2::PartialMatch(re2::StringPiece(text.data(), text.size()), *regex);
+    const re2::StringPiece words(text.data(), text.size());
+    return std::ranges::all_of(grep_, [words](const auto& regex) {
+        return regex->Match(words, 0, words.size(), re2::RE2::UNANCHORED, nullptr, 0);
     });
 }
 

@@ -49,13 +49,15 @@ class Selection {
     // `file` is what expressions call the file.
     Selection(std::string_view file, const SelectionOptions& options);
 
-    // What has to be noted to tell.
-    Trail::What notes() const noexcept;
+    // What has to be noted to tell, if anything.
+    std::optional<Trail::What> notes() const noexcept;
     // Whether the message, or one that it carries, is asked for; `record` is made of what was said.
     bool holds(const Said& said, Record& record);
 
   private:
     bool holds(const Said& said, const Record& record, std::size_t part);
+    bool whole_holds(const Said& said);
+    bool header_holds(const NotedMessage& noted) const;
     bool text_holds(std::string_view text);
 
     const SelectionOptions& options_;

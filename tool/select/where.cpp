@@ -49,6 +49,8 @@ constexpr const char* declaration =
     " message TEXT, code INT, status TEXT, length INT, bytes BLOB, hex TEXT, text TEXT, fields TEXT,"
     " unknown INT, missing INT, depth INT, parent TEXT)";
 
+constexpr const char* no_table = "an expression sees one message, and cannot read the table messages";
+
 const Field* field_called(std::string_view name) {
     const auto* const found = std::ranges::find(all_fields, name, &Field::name);
     return found == std::ranges::end(all_fields) ? nullptr : found;
@@ -135,6 +137,7 @@ class Where::Table {
             throw WrongExpression("there is no expression", std::nullopt);
         }
         check_parentheses(expression);
+        check_tables(expression);
         constexpr std::string_view before = "SELECT 1 FROM messages WHERE (";
         try {
             const sqlite::Statement tried(connection_, std::string(before) + expression + "\n)");
@@ -176,6 +179,16 @@ class Where::Table {
         if (open > 0) throw WrongExpression("a parenthesis is not closed", std::nullopt);
     }
 
+    // (Whatever gets past this fails when it comes to be read.)
+    static void check_tables(std::string_view expression) {
+        static const re2::RE2 reads(R"((?i)\b(?:from|join)\s+(?:main\s*\.\s*)?["`\[]?(messages\b))");
+        re2::StringPiece table;
+        if (!re2::RE2::PartialMatch(re2::StringPiece(expression.data(), expression.size()), reads, &table)) {
+            return;
+        }
+        throw WrongExpression(no_table, static_cast<std::size_t>(table.data() - expression.data()));
+    }
+
     // SQLite would find out when it comes to them.
     static void check_patterns(std::string_view expression) {
         static const re2::RE2 pattern(R"((?i)\bregexp\s*'((?:[^']|'')*)')");
@@ -200,11 +213,8 @@ class Where::Table {
         if (expression.find('"' + name + '"') != std::string::npos) {
             return reason + " (texts stand in single quotes: '" + name + "')";
         }
-        const std::string meant = did_you_mean(name, column_names);
-        if (meant.empty() && field_called(name) != nullptr) {
-            return reason + " (of a message's values: field('" + name + "'))";
-        }
-        return reason + meant;
+        if (field_called(name) != nullptr) return reason + " (of a message's values: field('" + name + "'))";
+        return reason + did_you_mean(name, column_names);
     }
 
     static int connect(sqlite3* connection, void* table, int /*count*/, const char* const* /*arguments*/,
@@ -230,8 +240,7 @@ class Where::Table {
         Table& own = *static_cast<Handle*>(table)->table;
         if (own.open_) {
             sqlite3_free(table->zErrMsg);
-            table->zErrMsg =
-                sqlite3_mprintf("an expression sees one message, and cannot read the table messages");
+            table->zErrMsg = sqlite3_mprintf("%s", no_table);
             return SQLITE_ERROR;
         }
         *cursor = new (std::nothrow) sqlite3_vtab_cursor{};
