@@ -88,7 +88,7 @@ Examples:
   ztdecode trace.spzt
   tail -f trace.spzt | ztdecode --no-input
   ztdecode --link ip --unknown -C 2 trace.spzt
-  ztdecode --where "message = 'reset' AND field('self_test') <> 'OK'" trace.spzt
+  ztdecode --where "link = 'ip' AND field('codec') LIKE 'G.7%'" trace.spzt
   ztdecode --explain trace.spzt | less
   ztdecode --catalog | less
   ztdecode --layout bin2 --direction to capture.bin
