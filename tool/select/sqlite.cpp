@@ -57,7 +57,8 @@ void regexp(sqlite3_context* context, int /*count*/, sqlite3_value** values) noe
     try {
         const auto text_of = [](sqlite3_value* value) {
             const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-            return std::string_view(text, text == nullptr ? 0 : sqlite3_value_bytes(value));
+            if (text == nullptr) return std::string_view();
+            return std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
         };
         if (sqlite3_value_type(values[0]) == SQLITE_NULL || sqlite3_value_type(values[1]) == SQLITE_NULL) {
             return;
@@ -74,8 +75,9 @@ void regexp(sqlite3_context* context, int /*count*/, sqlite3_value** values) noe
             regex = compiled.get();
         }
         const std::string_view text = text_of(values[1]);
-        sqlite3_result_int(context,
-                           re2::RE2::PartialMatch(re2::StringPiece(text.data(), text.size()), *regex));
+        const bool match =
+            regex->Match({text.data(), text.size()}, 0, text.size(), re2::RE2::UNANCHORED, nullptr, 0);
+        sqlite3_result_int(context, match ? 1 : 0);
         // (SQLite may delete what it is given here at once.)
         if (compiled != nullptr) {
             sqlite3_set_auxdata(context, 0, const_cast<re2::RE2*>(compiled.release()), delete_regex);
@@ -97,7 +99,7 @@ Connection::Connection(const std::string& file, int flags) {
     if (code != SQLITE_OK) fail();
 }
 
-void Connection::run(const char* statements) {
+void Connection::run(const char* statements) const {
     if (sqlite3_exec(get(), statements, nullptr, nullptr, nullptr) != SQLITE_OK) fail();
 }
 

@@ -45,7 +45,7 @@ class Connection {
 
     sqlite3* get() const noexcept { return connection_.get(); }
     // Our own statements, one behind the other.
-    void run(const char* statements);
+    void run(const char* statements) const;
     // From here on every statement that is prepared is somebody else's. For good.
     void allow_only(Readable readable);
     // Throws what SQLite has to say.
