@@ -50,6 +50,22 @@ TEST_F(Authorizer, LetsTablesBeRead) {
     EXPECT_FALSE(statement.step());
 }
 
+TEST_F(Authorizer, LetsAStatementNameItsOwnQueries) {
+    for (const char* words :
+         {"WITH own AS (SELECT text FROM Messages) SELECT count(*) FROM own", "SELECT count(*) FROM MESSAGES",
+          "SELECT count(*) FROM (SELECT * FROM messages) AS own",
+          "WITH RECURSIVE n(k) AS (SELECT 1 UNION ALL SELECT k + 1 FROM n LIMIT 9) SELECT count(*) FROM n"}) {
+        EXPECT_EQ(error_of(connection_, words), "") << words;
+    }
+    for (const char* words : {"SELECT count(*) FROM hidden", "SELECT count(*) FROM Hidden AS own",
+                              "SELECT count(*) FROM sqlite_schema", "SELECT count(*) FROM Sqlite_Master",
+                              "SELECT count(*) FROM pragma_database_list", "SELECT count(*) FROM calls",
+                              "SELECT count(*) FROM json_each('[]')",
+                              "WITH own AS (SELECT count(*) FROM hidden) SELECT * FROM own"}) {
+        EXPECT_NE(error_of(connection_, words), "") << words;
+    }
+}
+
 TEST_F(Authorizer, RefusesEverythingElse) {
     for (const char* words : {"SELECT text FROM hidden",
                               "SELECT (SELECT text FROM hidden) FROM messages",
