@@ -385,3 +385,17 @@ b = 1"
     printf '000001S 41 27 00%s\n' "$(printf ' 61%.0s' {1..63})" >letters
     is "$(timeout 10 "$ZTDECODE" --count --where "text REGEXP '(a*)*(a*)*(a|aa)+\$x'" letters)" 0
 }
+
+@test "a message that names a class that does not exist is refused, and asked like others" {
+    printf '000001S 03 16 00 04\n000002S 01 2a\n' >class
+    for selection in "--refused" "--where status='refused'" "--link presentation_server" "--grep RYM"; do
+        # shellcheck disable=SC2086
+        is "$("$ZTDECODE" $selection class 2>errors)" "000001S 03 16 00 04"
+        is "$(cat errors)" "$("$ZTDECODE" class 2>&1 >output)"
+        # shellcheck disable=SC2086
+        is "$("$ZTDECODE" --format ndjson $selection class 2>errors | jq -r .reason)" unknown_class
+    done
+    is "$("$ZTDECODE" --no-input --invert --refused class 2>errors)" "$(printf '\t- version inquiry')"
+    is "$("$ZTDECODE" --no-input --link digital class 2>errors)" "$(printf '\t- version inquiry')"
+    is "$(wc -l <errors)" 2 # though it is not shown
+}
