@@ -139,13 +139,14 @@ TEST(Sqlite, BindsAndGivesEveryType) {
     constexpr std::array<std::uint8_t, 3> bytes = {0, 1, 255};
     statement.bind(1, std::int64_t{-3});
     statement.bind(2, -6.5);
-    statement.bind(3, "a\0b"s);
+    const std::string text = "a\0b"s;
+    statement.bind(3, text);
     statement.bind(4, bytes);
     statement.bind_null(5);
     ASSERT_TRUE(statement.step());
     EXPECT_EQ(statement.number(0), -3);
     EXPECT_EQ(statement.real(1), -6.5);
-    EXPECT_EQ(statement.text(2), "a\0b"s);
+    EXPECT_EQ(statement.text(2), text);
     EXPECT_THAT(statement.bytes(3), ::testing::ElementsAreArray(bytes));
     EXPECT_EQ(statement.type(4), SQLITE_NULL);
 }
