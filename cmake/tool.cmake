@@ -1,5 +1,9 @@
 # The command. All of it but main.cpp is a library of its own, so that its parts can be tested.
 
+if(NOT ZTDECODE_TOOL)
+    return()
+endif()
+
 list(TRANSFORM tool_folders PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE tool_globs)
 list(TRANSFORM tool_globs APPEND /*.cpp)
 file(GLOB tool_sources CONFIGURE_DEPENDS ${tool_globs})
@@ -16,14 +20,27 @@ set_source_files_properties(
 if(ZTDECODE_SANITIZED)
     # CLI11 is many templates that run once: optimising what the sanitizers add to them takes half a minute.
     set_source_files_properties(${PROJECT_SOURCE_DIR}/tool/options.cpp PROPERTIES COMPILE_OPTIONS -O0)
+    # RapidJSON's stack adds to a null pointer before it has room.
+    set_source_files_properties(${PROJECT_SOURCE_DIR}/tool/report/ndjson.cpp
+        PROPERTIES COMPILE_OPTIONS -fno-sanitize=pointer-overflow)
 endif()
+
+# Inside the command as the C++ runtime is: two copies of that, its own and that of a shared RE2, would not do.
+find_library(ZTDECODE_SQLITE libsqlite3.a)
+find_library(ZTDECODE_RE2 libre2.a)
+if(NOT ZTDECODE_SQLITE OR NOT ZTDECODE_RE2)
+    message(FATAL_ERROR "The command needs SQLite and RE2 (scripts/setup installs them; "
+        "-DZTDECODE_TOOL=OFF builds the library without the command)")
+endif()
+find_package(Threads REQUIRED)
 
 add_executable(ztdecode_tool ${tool_main})
 set_target_properties(ztdecode_tool PROPERTIES OUTPUT_NAME ztdecode)
 target_link_libraries(ztdecode_tool PRIVATE ztdecode_core)
 if(tool_sources)
     add_library(ztdecode_tool_parts STATIC ${tool_sources})
-    target_link_libraries(ztdecode_tool_parts PUBLIC ztdecode_core)
+    target_link_libraries(ztdecode_tool_parts PUBLIC
+        ztdecode_core ${ZTDECODE_SQLITE} ${ZTDECODE_RE2} Threads::Threads m)
     target_compile_definitions(ztdecode_tool_parts PRIVATE ZTDECODE_VERSION="${PROJECT_VERSION}")
     target_link_libraries(ztdecode_tool PRIVATE ztdecode_tool_parts)
 endif()

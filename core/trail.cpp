@@ -154,7 +154,7 @@ Trail::Tested Trail::located_in_part(const Message& m, const Place& bytes) {
 }
 
 void Trail::test(const Message& m, Place bytes) noexcept {
-    if (words_too_ || !all_there(m, bytes)) note_test(m, bytes);
+    if (values_too_ && (words_too_ || !all_there(m, bytes))) note_test(m, bytes);
 }
 
 void Trail::note_test(const Message& m, Place bytes) noexcept {
