@@ -12,6 +12,8 @@ std::unique_ptr<Report> make_report(std::string_view file, const Options& option
             return std::make_unique<NdjsonReport>(
                 file, NdjsonReport::Options{.words = options.explain, .only_texts = options.audio_only}, out);
         case Format::text:
+        case Format::csv:
+        case Format::table:
             break;
     }
     return std::make_unique<TextReport>(TextReport::Options{.lines = options.input,

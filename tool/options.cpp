@@ -39,7 +39,8 @@ constexpr auto layouts = std::to_array<Named<Layout>>({
     {"bin2", Layout::bin2},
 });
 constexpr auto directions = std::to_array<Named<std::uint32_t>>({{"from", from_dhs}, {"to", to_dhs}});
-constexpr auto formats = std::to_array<Named<Format>>({{"text", Format::text}, {"ndjson", Format::ndjson}});
+constexpr auto formats = std::to_array<Named<Format>>(
+    {{"text", Format::text}, {"ndjson", Format::ndjson}, {"csv", Format::csv}, {"table", Format::table}});
 constexpr auto colors = std::to_array<Named<Color>>(
     {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}});
 constexpr auto controls = std::to_array<Named<Control>>(
@@ -74,6 +75,7 @@ Examples:
   tail -f trace.spzt | ztdecode --no-input
   ztdecode --explain trace.spzt | less
   ztdecode --catalog | less
+  ztdecode --sql 'select * from resets' trace.spzt
   ztdecode --layout bin2 --direction to capture.bin
 
 Exit status: 0, 1 when lines were refused, 2 for bad usage, a file that cannot
@@ -146,7 +148,8 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
         ->group("Input");
     add_choice(app, "--format", o.format, formats,
                "text (default), or ndjson: what every line\n"
-               "says as one JSON object, values by name")
+               "says as one JSON object, values by name; of\n"
+               "--sql also csv or table")
         ->type_name("FORMAT")
         ->group("Output");
     add_switch(app, "--no-input", no_input, "leave the trace lines out")->group("Output");
@@ -157,6 +160,20 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
                "list every message that can be decoded with\n"
                "its code and its fields, and read no file")
         ->group("Output");
+    app.add_option("--sql", o.sql,
+                   "answer an SQL query of the messages of all\n"
+                   "files: as a table on a terminal, as CSV\n"
+                   "elsewhere; docs/queries.md has the tables")
+        ->take_last()
+        ->type_name("QUERY")
+        ->group("Questions");
+    app.add_option("--database", o.database,
+                   "put the messages of all files into an SQLite\n"
+                   "file; without FILE --sql asks the one there is")
+        ->take_last()
+        ->type_name("FILE")
+        ->group("Questions");
+    add_switch(app, "--append", o.append, "add to what the database holds already")->group("Questions");
     add_choice(app, "--color", o.color, colors,
                "red to the system, green from it: auto (on a\n"
                "terminal without NO_COLOR, default), always\n"
@@ -201,6 +218,33 @@ std::string own_words(std::string_view library) {
     return option.starts_with('-') ? option + ": its value is missing" : "--" + option + ": takes no value";
 }
 
+struct Switched {
+    std::string_view option;
+    bool on;
+};
+
+// What is wrong with the options beside each other; empty: nothing.
+std::string contradiction(const Options& o) {
+    if (o.catalog && !o.files.empty()) {
+        return "--catalog: reads no file, " + o.files.front() + " is one too many";
+    }
+    if ((o.format == Format::csv || o.format == Format::table) && !o.sql) {
+        return "--format csv and table: for the answers of --sql";
+    }
+    if (o.append && o.database.empty()) return "--append: needs --database FILE to add to";
+    if (o.append && o.files.empty()) return "--append: needs a FILE to add, - is standard input";
+    if (!o.asks()) return {};
+    const Switched output[] = {{"--no-input", !o.input},
+                               {"--audio-only", o.audio_only},
+                               {"--explain", o.explain},
+                               {"--debug", o.debug},
+                               {"--catalog", o.catalog}};
+    for (const auto& [option, on] : output) {
+        if (on) return std::string(option) + ": has no place beside --sql and --database";
+    }
+    return {};
+}
+
 }  // namespace
 
 Arguments parse_arguments(int argc, char** argv) {
@@ -227,11 +271,12 @@ Arguments parse_arguments(int argc, char** argv) {
         return {std::nullopt, status_failed};
     }
     o.input = !no_input;
-    if (o.catalog && !o.files.empty()) {
-        say_what_is_wrong("--catalog: reads no file, " + o.files.front() + " is one too many");
+    if (const std::string wrong = contradiction(o); !wrong.empty()) {
+        say_what_is_wrong(wrong);
         return {std::nullopt, status_failed};
     }
-    if (o.files.empty()) o.files.emplace_back("-");
+    // A query alone asks the database that there is.
+    if (o.files.empty() && (!o.sql || o.database.empty())) o.files.emplace_back("-");
     return {std::move(o), 0};
 }
 

@@ -57,4 +57,15 @@ class NdjsonReport final : public Report {
     std::string trace_;
 };
 
+// Of bytes that a text shows, the digits alone: of "0x2A", " 2e 2f".
+void add_digits_of(std::string_view hexadecimal, Text& out);
+
+// A string with its quotes and escapes; `ascii`: all characters beyond that are escapes. A byte that is no
+// UTF-8 becomes U+FFFD.
+void add_json_string(std::string_view words, bool ascii, Text& out);
+
+// As they are called in records.
+std::string_view name_of(Kind kind);
+std::string_view name_of(Sensitivity sensitivity);
+
 }  // namespace ztdecode::tool
