@@ -24,10 +24,11 @@ namespace {
 constexpr int status_refused = 1;
 constexpr int status_failed = 2;
 
-// Nothing of it has to outlive a crash: what is not finished is thrown away.
+// Nothing of it has to outlive a crash: what is not finished is thrown away. Rows go to its end, which takes
+// no cache, and indexes are sorted quicker in pieces that a processor's own cache holds.
 constexpr auto quick =
     "pragma journal_mode = memory; pragma synchronous = off; pragma locking_mode = exclusive;"
-    "pragma cache_size = -16384;";
+    "pragma cache_size = -1024;";
 
 class Asking {
   public:

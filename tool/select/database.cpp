@@ -143,10 +143,10 @@ void Database::part(const CapturedMessage& captured, const Record& record, std::
 }
 
 void Database::values(const Record& record, const Record::Part& part, std::int64_t id) {
+    field_.bind(1, id);
     for (const std::uint32_t index : record.values(part)) {
         const NotedValue& value = record.value(index);
         const Meaning& meaning = value.meaning;
-        field_.bind(1, id);
         field_.bind(2, field_name(value));
         bind_value(record, value);
         if (meaning.kind == Kind::word) {

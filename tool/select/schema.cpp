@@ -9,22 +9,20 @@ namespace {
 
 constexpr auto tables = R"(
 create table files(
-    id integer primary key, name text not null, sha256 text not null, bytes integer not null,
-    lines integer not null, messages integer not null, refused integer not null);
-create table message_names(
-    id integer primary key, link text, direction text not null, message text, status text not null);
+    id integer primary key, name text, sha256 text, bytes integer, lines integer, messages integer,
+    refused integer);
+create table message_names(id integer primary key, link text, direction text, message text, status text);
 create table message_rows(
-    id integer primary key, file integer not null, line integer not null, columns text, time text,
-    name integer not null, code integer, length integer not null, bytes blob not null, text text not null,
-    unknown integer not null, missing integer not null, padded integer, depth integer not null, parent integer);
-create table field_names(
-    id integer primary key, name text not null, kind text not null, unit text, sensitivity text not null);
+    id integer primary key, file integer, line integer, columns text, time text, name integer, code integer,
+    length integer, bytes blob, text text, unknown integer, missing integer, padded integer, depth integer,
+    parent integer);
+create table field_names(id integer primary key, name text, kind text, unit text, sensitivity text);
 create table field_rows(
-    message integer not null, name integer not null, value, code integer, first_byte integer,
-    last_byte integer, known integer not null, missing integer not null);
+    message integer, name integer, value, code integer, first_byte integer, last_byte integer, known integer,
+    missing integer);
 create table line_rows(
-    id integer primary key, file integer not null, line integer not null, verdict text not null, reason text,
-    "column" integer, expected integer, found integer, content text not null);
+    id integer primary key, file integer, line integer, verdict text, reason text, "column" integer,
+    expected integer, found integer, content text);
 )";
 
 constexpr auto indexes = R"(
@@ -46,13 +44,15 @@ create view messages as select
                 json_quote(v.value)) as value
             from field_rows v join field_names n on n.id = v.name where v.message = m.id order by v.rowid)
         group by name order by min(place))) as fields,
-    m.unknown, m.missing, m.padded, m.depth, m.parent, m.file as file_id
+    m.unknown, m.missing, m.padded, m.depth,
+    (select n.message from message_rows p join message_names n on n.id = p.name where p.id = m.parent) as parent,
+    m.parent as parent_id, m.file as file_id
 from message_rows m
 left join message_names n on n.id = m.name
 left join files f on f.id = m.file;
 
 create view fields as select
-    v.message as message_id, f.name as file, m.line, n.direction, n.link, n.message, d.name, d.kind, v.value,
+    v.message as message_id, f.name as file, m.line, m.columns, n.direction, n.link, n.message, d.name, d.kind, v.value,
     v.code, d.unit, v.first_byte, v.last_byte, d.sensitivity, v.known, v.missing, v.rowid as place
 from field_rows v
 left join field_names d on d.id = v.name
@@ -124,7 +124,7 @@ std::string field_of(std::string_view id, std::string_view names) {
 std::string statement_of(const View& view) {
     std::string words = "create view " + std::string(view.name) +
                         " as select m.id as message_id, m.file, m.line, m.columns, m.direction, m.link, " +
-                        "m.message, " + field_of("m.parent", "set_number") + " as hub_set";
+                        "m.message, " + field_of("m.parent_id", "set_number") + " as hub_set";
     for (const std::string_view names : view.fields) {
         words += ", " + field_of("m.id", names) + " as " + std::string(names.substr(0, names.find(',')));
     }
@@ -180,18 +180,18 @@ from messages where direction = 'to' and (message in (
     or (link in ('call_server', 'presentation_server')
         and (message like 'error\_%' escape '\' or message like 'warning\_%' escape '\')))
 union all
-select 'refused', file, line, null, null, null, reason, null, file_id from lines where verdict = 'refused'
+select 'refused line', file, line, null, null, null, reason, null, file_id from lines where verdict = 'refused'
 union all
-select status, file, line, columns, link, message, 'code ' || code, id, file_id
+select status || ' message', file, line, columns, link, message, coalesce('code ' || code, 'no code'), id, file_id
 from messages where status <> 'decoded'
 union all
 select 'unknown value', file, line, columns, link, message, unknown || ' values that no table knows', id, file_id
 from messages where unknown > 0 and status = 'decoded'
 union all
-select 'missing bytes', file, line, columns, link, message, missing || ' bytes', id, file_id
+select 'missing bytes', file, line, columns, link, message, missing || ' missing bytes', id, file_id
 from messages where missing > 0
 union all
-select 'padded', file, line, columns, link, message, padded || ' bytes', id, file_id
+select 'padded', file, line, columns, link, message, padded || ' bytes taken as ff', id, file_id
 from messages where padded > 0;
 )";
 

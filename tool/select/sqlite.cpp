@@ -14,6 +14,9 @@ constexpr int longest_value = 256 << 20;
 constexpr int longest_statement = 1 << 20;
 
 int limited_open(const std::string& file, int flags, sqlite3** connection) {
+    // Nobody asks how much memory SQLite has, and counting it takes a lock each time.
+    static const int uncounted = sqlite3_config(SQLITE_CONFIG_MEMSTATUS, 0);
+    if (uncounted != SQLITE_OK) return uncounted;
     const int code = sqlite3_open_v2(file.c_str(), connection, flags | SQLITE_OPEN_NOMUTEX, nullptr);
     if (code != SQLITE_OK) return code;
     sqlite3_limit(*connection, SQLITE_LIMIT_LENGTH, longest_value);
