@@ -104,9 +104,13 @@ class Asking {
 
     void answer(sqlite::Connection& database) {
         only_queries(database);
-        sqlite::Statement query(database, *options_.sql);
         const bool terminal = is_terminal(STDOUT_FILENO);
-        write_answer(query, form(terminal), terminal ? terminal_width(STDOUT_FILENO) : 0, out_);
+        try {
+            sqlite::Statement query(database, *options_.sql);
+            write_answer(query, form(terminal), terminal ? terminal_width(STDOUT_FILENO) : 0, out_);
+        } catch (const sqlite::Error& error) {
+            complain("--sql", error.what());
+        }
         out_.flush();
     }
 

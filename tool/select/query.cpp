@@ -61,6 +61,8 @@ void only_queries(sqlite::Connection& database) {
     // elsewhere may hold any views: what they may do is what a query may.
     sqlite3_db_config(database.get(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 1, nullptr);
     add_regexp(database);
+    // These tables are made when they are named first, which is more than a query may do.
+    database.run("select 1 from json_each('[]'), json_tree('[]')");
     database.allow_only(readable_tables());
 }
 
