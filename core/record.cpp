@@ -155,7 +155,8 @@ void Record::take_stretches() {
 
 bool Record::same_source(const Part& part, const NotedMessage& message) const noexcept {
     const auto source = [this](const NotedMessage* m) {
-        while (m->bytes.empty() && m->carrier != NotedMessage::no_message) m = &trail_->messages()[m->carrier];
+        while (m->bytes.empty() && m->carrier != NotedMessage::no_message)
+            m = &trail_->messages()[m->carrier];
         return m;
     };
     return part.noted == &message || source(part.noted) == source(&message);

@@ -141,7 +141,8 @@ class Asking {
             return complain(file, "a database is no trace; --database FILE --sql QUERY asks one");
         }
         if (const auto name = database.name_of(content.sha256())) {
-            diagnostics_.add_name("ztdecode: " + file + ": left out: its content is there already, as " + *name);
+            diagnostics_.add_name("ztdecode: " + file + ": left out: its content is there already, as " +
+                                  *name);
             diagnostics_.text.add("\n");
             diagnostics_.flush();
             return;

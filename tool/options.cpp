@@ -167,9 +167,13 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
         ->take_last()
         ->type_name("QUERY")
         ->group("Questions");
-    app.add_option("--database", o.database,
-                   "put the messages of all files into an SQLite\n"
-                   "file; without FILE --sql asks the one there is")
+    auto name_database = [&o](const std::string& file) {
+        if (file.empty()) throw CLI::ValidationError("--database", "its value is empty");
+        o.database = file;
+    };
+    app.add_option_function<std::string>("--database", name_database,
+                                         "put the messages of all files into an SQLite\n"
+                                         "file; --sql without trace files asks it")
         ->take_last()
         ->type_name("FILE")
         ->group("Questions");

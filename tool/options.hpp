@@ -30,7 +30,7 @@ struct Options {
     bool audio_only = false;
     bool debug = false;
     bool explain = false;
-    bool catalog = false;  // list the messages that there are, and decode nothing
+    bool catalog = false;            // list the messages that there are, and decode nothing
     std::optional<std::string> sql;  // a question to all files
     std::string database;            // where their messages go; empty: nowhere that stays
     bool append = false;             // what the database holds stays in it

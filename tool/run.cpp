@@ -55,8 +55,8 @@ int decode_opened(const std::string& file, const Options& options, const Display
         diagnostics.flush();
         return status_failed;
     }
-    const auto decoder = std::make_unique<TraceDecoder>(
-        file, make_report(file, options, display, out), options, display, out, diagnostics);
+    const auto decoder = std::make_unique<TraceDecoder>(file, make_report(file, options, display, out),
+                                                        options, display, out, diagnostics);
     decoder->decode(descriptor.get());
     if (decoder->unreadable()) return status_failed;
     return decoder->refused_lines() ? status_refused : 0;

@@ -22,7 +22,8 @@ constexpr std::size_t longest_beginning = 16;
 // Of a file without a name.
 int open_temporary() {
     const char* folder = std::getenv("TMPDIR");  // NOLINT(concurrency-mt-unsafe): nobody sets it
-    std::string name = (folder != nullptr && *folder != '\0' ? folder : "/tmp") + std::string("/ztdecode-XXXXXX");
+    std::string name =
+        (folder != nullptr && *folder != '\0' ? folder : "/tmp") + std::string("/ztdecode-XXXXXX");
     const int descriptor = ::mkostemp(name.data(), O_CLOEXEC);
     if (descriptor >= 0) ::unlink(name.c_str());
     return descriptor;

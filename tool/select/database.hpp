@@ -15,10 +15,12 @@
 
 namespace ztdecode::tool {
 
-// Writes the rows of a database: traces one behind the other, each with its messages and lines in their order.
+// Writes the rows of a database: traces one behind the other, each with its messages and lines in their
+// order.
 class Database {
   public:
-    // The tables are there, with or without rows; the indexes are not. All that is written is one transaction.
+    // The tables are there, with or without rows; the indexes are not. All that is written is one
+    // transaction.
     explicit Database(sqlite::Connection& connection);
 
     // The name of a trace with this content that has rows already.

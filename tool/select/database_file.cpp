@@ -37,8 +37,9 @@ void expect_nobody_at_work(const std::string& file) {
     for (const char* ending : {"-journal", "-wal"}) {
         struct stat status {};
         if (::stat((file + ending).c_str(), &status) == 0 && status.st_size > 0) {
-            throw std::runtime_error(std::string("another program is at work on it, or was stopped: there is ") +
-                                     ending + " beside it");
+            throw std::runtime_error(
+                std::string("another program is at work on it, or was stopped: there is ") + ending +
+                " beside it");
         }
     }
 }
@@ -88,8 +89,8 @@ bool holds_database(const std::string& file) {
         throw;
     }
     if (version != database_version) {
-        throw std::runtime_error("a database of version " + std::to_string(version) + "; this ztdecode reads version " +
-                                 std::to_string(database_version));
+        throw std::runtime_error("a database of version " + std::to_string(version) +
+                                 "; this ztdecode reads version " + std::to_string(database_version));
     }
     return true;
 }

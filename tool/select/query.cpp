@@ -35,7 +35,8 @@ std::vector<std::string> columns_of_all(const sqlite::Connection& database,
 }
 
 // SQLite's words, with the nearest name that there is, and where the name stands that there is not.
-WrongQuery explained(const sqlite::Error& error, const std::string& query, const sqlite::Connection& database) {
+WrongQuery explained(const sqlite::Error& error, const std::string& query,
+                     const sqlite::Connection& database) {
     const std::string why = error.what();
     std::vector<std::string> names;
     const auto tables = readable_tables().tables;
@@ -57,8 +58,8 @@ WrongQuery explained(const sqlite::Error& error, const std::string& query, const
 }  // namespace
 
 void only_queries(sqlite::Connection& database) {
-    // Views take JSON apart and put it together, which SQLite lets only those do that are trusted. A file from
-    // elsewhere may hold any views: what they may do is what a query may.
+    // Views take JSON apart and put it together, which SQLite lets only those do that are trusted. A file
+    // from elsewhere may hold any views: what they may do is what a query may.
     sqlite3_db_config(database.get(), SQLITE_DBCONFIG_TRUSTED_SCHEMA, 1, nullptr);
     add_regexp(database);
     // These tables are made when they are named first, which is more than a query may do.

@@ -96,11 +96,13 @@ constexpr std::string_view terminal_fields[] = {
     "local_ip_address",
 };
 constexpr std::string_view ticket_fields[] = {
-    "call_end_date",    "call_duration",    "local_id",      "distant_id",
-    "source_ip",        "remote_ip",        "equipment_type", "channel_number",
-    "codec",            "packets_received", "packets_sent",  "packets_lost",
-    "requested_framing", "received_framing", "total_silence", "minimum_delay",
-    "maximum_delay",    "icmp_unreachable", "diffserv",      "node_number",
+    "call_end_date",     "call_duration",    "local_id",
+    "distant_id",        "source_ip",        "remote_ip",
+    "equipment_type",    "channel_number",   "codec",
+    "packets_received",  "packets_sent",     "packets_lost",
+    "requested_framing", "received_framing", "total_silence",
+    "minimum_delay",     "maximum_delay",    "icmp_unreachable",
+    "diffserv",          "node_number",
 };
 constexpr View message_views[] = {
     {"resets",
@@ -140,7 +142,8 @@ std::string calls_view() {
     return "create view calls as with rtp as materialized (\n"
            "    select m.id, m.file_id, m.line, m.columns, m.message, m.file,\n        " +
            field("channel_number") + ",\n        " + field("remote_ip") +
-           "\n    from messages m where m.link = 'ip' and m.message in ('start_rtp', 'stop_rtp', 'qos_ticket')),\n"
+           "\n    from messages m where m.link = 'ip' and m.message in ('start_rtp', 'stop_rtp', "
+           "'qos_ticket')),\n"
            "numbered as materialized (select *,\n"
            "        count(*) filter (where message = 'start_rtp')\n"
            "            over (partition by file_id, channel_number order by id) as on_channel,\n"
@@ -155,7 +158,8 @@ std::string calls_view() {
            "    m.columns as started, stops.columns as stopped, m.channel_number, m.remote_ip,\n    " +
            field("remote_udp_port") + ",\n    " + field("local_udp_port") + ",\n    " + field("codec") +
            ",\n    t.local_id, t.distant_id, t.call_duration, t.packets_received, t.packets_sent,\n"
-           "    t.packets_lost, t.maximum_delay, m.id as start_id, stops.id as stop_id, ends.id as ticket_id,\n"
+           "    t.packets_lost, t.maximum_delay, m.id as start_id, stops.id as stop_id, ends.id as "
+           "ticket_id,\n"
            "    m.file_id\n"
            "from numbered m\n"
            "left join stops on stops.file_id = m.file_id and stops.channel_number is m.channel_number\n"
@@ -163,7 +167,7 @@ std::string calls_view() {
            "left join ends on ends.file_id = m.file_id and ends.remote_ip = m.remote_ip\n"
            "    and ends.to_address = m.to_address\n"
            "left join tickets t on t.message_id = ends.id\n"
-           "where m.message = 'start_rtp';\n";
+           "where m.message = 'start_rtp' order by m.id;\n";
 }
 
 // What terminals complain of, what could not be decoded, and what is not to be believed.
@@ -173,7 +177,7 @@ select 'reported' as what, file, line, columns, link, message, trim(text, char(9
     id as message_id, file_id
 from messages where direction = 'to' and (message in (
         'anomaly', 'bt_link_failure', 'download_failure', 'download_bad_message', 'download_checksum_bad',
-        'error', 'error_status', 'hardware_anomaly', 'host_error_1', 'host_error_2', 'illegal_command',
+        'error', 'error_status', 'fn_dl_cho_failure', 'hardware_anomaly', 'host_error_1', 'host_error_2', 'illegal_command',
         'illegal_length', 'illegal_parameter', 'incident', 'literal_string_error', 'local_power_failure',
         'loss_of_power', 'not_implemented', 'overload_condition', 'segment_failure', 'set_down', 'smart_card_nack',
         'software_anomaly', 'stack_dump', 'subdevice_down', 'v120_protocol_error', 'warning', 'wrong_state')
@@ -192,13 +196,14 @@ select 'missing bytes', file, line, columns, link, message, missing || ' missing
 from messages where missing > 0
 union all
 select 'padded', file, line, columns, link, message, padded || ' bytes taken as ff', id, file_id
-from messages where padded > 0;
+from messages where padded > 0
+order by file_id, line, message_id;
 )";
 
 constexpr std::string_view readable[] = {
-    "files",         "messages",   "fields",       "lines",       "resets",     "calls",
-    "tickets",       "terminals",  "errors",       "message_rows", "field_rows", "line_rows",
-    "message_names", "field_names", "json_each",    "json_tree",
+    "files",         "messages",    "fields",    "lines",        "resets",     "calls",
+    "tickets",       "terminals",   "errors",    "message_rows", "field_rows", "line_rows",
+    "message_names", "field_names", "json_each", "json_tree",
 };
 
 }  // namespace

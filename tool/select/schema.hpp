@@ -4,8 +4,8 @@
 
 #include "tool/select/sqlite.hpp"
 
-// The tables and views of a database of messages (docs/queries.md). Tables whose names end in _rows and _names
-// are what the views are made of: names that repeat stand there once.
+// The tables and views of a database of messages (docs/queries.md). Tables whose names end in _rows and
+// _names are what the views are made of: names that repeat stand there once.
 
 namespace ztdecode::tool {
 
