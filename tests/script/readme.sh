@@ -72,7 +72,7 @@ check() {
     }
 }
 
-check README.md 4
+check README.md 5
 check docs/records.md 6
 check docs/queries.md 22
 exit $status
