@@ -23,6 +23,7 @@ void Decoding::note_between(FieldName field, const Meaning& meaning, const char*
                             const char* end) noexcept {
     const auto from = static_cast<std::size_t>(begin - out_.data());
     const auto to = static_cast<std::size_t>(end - out_.data());
+    if (!trail_->takes_values()) return trail_->wrote(from, to);
     if (field == row_field) field = row_field_;
     if (field == no_field) {
         trail_->words(message_, meaning.place, from, to);

@@ -106,9 +106,10 @@ class Trail {
     // What a text has behind so many stretches is one stretch, and its values are not noted.
     static constexpr std::size_t most_stretches = 65536;
 
-    // What is noted: values alone, or every word as well.
-    enum class What : std::uint8_t { values, words };
-    explicit Trail(What what = What::words) noexcept : words_too_(what == What::words) {}
+    // What is noted: which messages there are, their values as well, or every word.
+    enum class What : std::uint8_t { messages, values, words };
+    explicit Trail(What what = What::words) noexcept
+        : values_too_(what != What::messages), words_too_(what == What::words) {}
 
     // Where the captured message stands in its trace (its line); said before it is decoded.
     std::uint64_t place = 0;
@@ -133,7 +134,7 @@ class Trail {
 
     // Bytes that decide what is written next. They count until the scope ends in which they were tested.
     void test(const Message& m, Place bytes) noexcept {
-        if (words_too_ || !all_there(m, bytes)) note_test(m, bytes);
+        if (values_too_ && (words_too_ || !all_there(m, bytes))) note_test(m, bytes);
     }
     // Bytes that say where the others stand.
     void walk(const Message& m, Place bytes) noexcept;
@@ -143,6 +144,12 @@ class Trail {
     std::size_t scope() const noexcept { return tested_.size(); }
     void end_scope(std::size_t scope) noexcept;
 
+    bool takes_values() const noexcept { return values_too_; }
+    // The text was written from `begin` to `end`, which is all that is noted without values.
+    void wrote(std::size_t begin, std::size_t end) noexcept {
+        if (begin - origin_ < seen_) cut_to(static_cast<std::uint32_t>(begin - origin_));
+        seen_ = static_cast<std::uint32_t>(end - origin_);
+    }
     // A value that was written from `begin` to `end` of the text.
     void value(const Message& m, std::string_view name, const Field* field, const Meaning& meaning,
                std::size_t begin, std::size_t end) noexcept;
@@ -226,6 +233,7 @@ class Trail {
     void cut_to(std::uint32_t end) noexcept;
     std::uint32_t now() const noexcept;
 
+    bool values_too_;
     bool words_too_;
     const Text* text_ = nullptr;
     bool without_memory_ = false;

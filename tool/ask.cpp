@@ -41,7 +41,6 @@ class Asking {
     }
 
     int run() {
-        if (options_.sql && !check()) return status_failed;
         try {
             if (options_.database.empty()) {
                 ask_temporary();
@@ -56,20 +55,6 @@ class Asking {
     }
 
   private:
-    bool check() {
-        try {
-            check_query(*options_.sql);
-            return true;
-        } catch (const WrongQuery& wrong) {
-            diagnostics_.text.add("ztdecode: --sql: ");
-            diagnostics_.add_foreign(wrong.what());
-            diagnostics_.text.add("\n");
-            if (wrong.place()) add_with_caret(*options_.sql, *wrong.place(), diagnostics_.text);
-            diagnostics_.flush();
-            return false;
-        }
-    }
-
     // SQLite takes it away when it is closed; it stands where TMPDIR says.
     void ask_temporary() {
         sqlite::Connection database("", SQLITE_OPEN_READWRITE | SQLITE_OPEN_CREATE);

@@ -2,11 +2,14 @@
 
 #include "tool/report/ndjson.hpp"
 #include "tool/report/text.hpp"
+#include "tool/select/selected.hpp"
 
 namespace ztdecode::tool {
 
-std::unique_ptr<Report> make_report(std::string_view file, const Options& options, const Display& display,
-                                    Output& out) {
+namespace {
+
+std::unique_ptr<Report> make_whole_report(std::string_view file, const Options& options,
+                                          const Display& display, Output& out) {
     switch (options.format) {
         case Format::ndjson:
             return std::make_unique<NdjsonReport>(
@@ -21,6 +24,19 @@ std::unique_ptr<Report> make_report(std::string_view file, const Options& option
                                                             .color = display.color,
                                                             .explained = options.explain},
                                         out);
+}
+
+}  // namespace
+
+std::unique_ptr<Report> make_report(std::string_view file, const Options& options, const Display& display,
+                                    Output& out) {
+    auto whole = make_whole_report(file, options, display, out);
+    if (!options.selection.any()) return whole;
+    return std::make_unique<Selected>(file, options.selection,
+                                      Selected::Options{.only_texts = options.audio_only,
+                                                        .separators = options.format == Format::text,
+                                                        .file_names = options.files.size() > 1},
+                                      std::move(whole), out);
 }
 
 }  // namespace ztdecode::tool

@@ -12,6 +12,7 @@
 #include "core/message.hpp"
 #include "tool/display.hpp"
 #include "tool/output/output.hpp"
+#include "tool/select/query.hpp"
 
 namespace ztdecode::tool {
 
@@ -59,12 +60,27 @@ constexpr auto footer = R"(Layouts of trace lines, each with the two bytes 03 0a
   zt 02 03 0a            zt: "zt ", then one of these two
 bin1 and bin2 are binary: messages behind one or two length bytes each.
 
+Columns for --where, in SQL as SQLite has it; = <> < LIKE GLOB AND OR NOT IN
+and X REGEXP 'RE' say most:
+  file, line, columns    where it stood; the six characters in front of it
+  time                   NULL so far
+  direction, link        'from' or 'to' the system; 'ip', 'digital', 'hub' ...
+  message, code, status  'start_rtp'; 1; 'decoded', 'unknown' or 'refused'
+  length, bytes, hex     how many bytes; which, as a blob and in hexadecimal
+  text                   what is shown of it
+  field('codec')         one of its values; fields: all of them as JSON
+  unknown, missing       how many values no table knows, and bytes it lacks
+  depth, parent          how many messages carry it; the name of its carrier
+
 Words:
   refused                a trace line that cannot be decoded, as "02 03" whose
                          second byte is missing; standard error names it, and
                          the work goes on
   no trace line          any other line, as "08:42:01 link up", a blank one or
                          one that begins with #; it is printed as it is
+  carried                of a message that stands inside another one, as those
+                         that a hub passes on; a selection that holds for it
+                         shows the message that carries it
   offset                 of a byte in its message; 0 is the first one after the
                          length
   HE, RYM                in texts: sets with a windowing system of their own,
@@ -73,13 +89,16 @@ Words:
 Examples:
   ztdecode trace.spzt
   tail -f trace.spzt | ztdecode --no-input
+  ztdecode --link ip --unknown -C 2 trace.spzt
+  ztdecode --where "link = 'ip' AND field('codec') LIKE 'G.7%'" trace.spzt
   ztdecode --explain trace.spzt | less
   ztdecode --catalog | less
   ztdecode --sql 'select * from resets' trace.spzt
   ztdecode --layout bin2 --direction to capture.bin
 
 Exit status: 0, 1 when lines were refused, 2 for bad usage, a file that cannot
-be read or an output that cannot be written. "man ztdecode" says more.
+be read or an output that cannot be written. With an option of the selection 0
+when a message was selected, 1 when none was. "man ztdecode" says more.
 )";
 
 // The library's help with one blank line between groups.
@@ -90,6 +109,13 @@ class HelpLayout : public CLI::Formatter {
         const std::string text =
             CLI::Formatter::make_group(std::move(group), is_positional, std::move(options));
         return is_positional ? text + "\n" : text.substr(1);
+    }
+    // An option that may be given several times still takes one value a time.
+    std::string make_option_opts(const CLI::Option* option) const override {
+        constexpr std::string_view several = " ...";
+        std::string text = CLI::Formatter::make_option_opts(option);
+        if (!option->get_positional() && text.ends_with(several)) text.erase(text.size() - several.size());
+        return text;
     }
 };
 
@@ -115,22 +141,59 @@ CLI::Option* add_choice(CLI::App& app, const std::string& option, T& chosen,
     return app.add_option_function<std::string>(option, choose, help)->take_last();
 }
 
-void add_jobs(CLI::App& app, unsigned& jobs, const std::string& help) {
-    const std::string option = "--jobs";
-    auto choose = [&jobs, option](const std::string& word) {
+// An option whose value is a number.
+template <class T>
+CLI::Option* add_number(CLI::App& app, const std::string& option, T& chosen, T least, T most,
+                        const std::string& help) {
+    auto choose = [&chosen, option, least, most](const std::string& word) {
         const char* const end = word.data() + word.size();
-        unsigned n = 0;
+        T n = 0;
         const auto read = std::from_chars(word.data(), end, n);
-        if (read.ec != std::errc() || read.ptr != end || n < 1 || n > most_jobs) {
-            throw CLI::ValidationError(option, word + " is no number from 1 to " + std::to_string(most_jobs));
+        if (read.ec != std::errc() || read.ptr != end || n < least || n > most) {
+            throw CLI::ValidationError(
+                option, word + " is no number from " + std::to_string(least) + " to " + std::to_string(most));
         }
-        jobs = n;
+        chosen = n;
     };
-    app.add_option_function<std::string>(option, choose, help)->take_last()->type_name("N")->group("Work");
+    return app.add_option_function<std::string>(option, choose, help)->take_last()->type_name("N");
+}
+
+// An option that may be given several times.
+CLI::Option* add_list(CLI::App& app, const std::string& option, std::vector<std::string>& values,
+                      const std::string& help) {
+    return app.add_option(option, values, help)->allow_extra_args(false);
 }
 
 CLI::Option* add_switch(CLI::App& app, const std::string& option, bool& on, const std::string& help) {
     return app.add_flag(option, on, help)->take_last()->disable_flag_override();
+}
+
+void add_selection(CLI::App& app, SelectionOptions& s) {
+    constexpr std::size_t most_context = 100000;
+    const auto group = [](CLI::Option* option) { option->group("Selection"); };
+    group(add_list(app, "--where", s.where,
+                   "messages for which this SQL expression over\n"
+                   "their columns is true; see below")
+              ->type_name("EXPR"));
+    group(add_list(app, "--link", s.links, "messages of these links: ip,he")
+              ->delimiter(',')
+              ->type_name("LINKS"));
+    group(add_list(app, "--message", s.messages, "messages of these names: start_rtp")
+              ->delimiter(',')
+              ->type_name("NAMES"));
+    group(add_switch(app, "--from-system", s.from_system, "messages from the system"));
+    group(add_switch(app, "--to-system", s.to_system, "messages to the system"));
+    group(add_list(app, "--grep", s.grep, "messages whose text has a match")->type_name("REGEX"));
+    group(add_switch(app, "--unknown", s.unknown, "messages with something that no table knows"));
+    group(add_switch(app, "--missing", s.missing, "messages that lack bytes"));
+    group(add_switch(app, "--refused", s.refused, "trace lines and messages that are refused"));
+    group(add_switch(app, "--invert", s.invert, "those for which all this does not hold"));
+    group(add_switch(app, "--count", s.count, "how many there are, nothing else"));
+    group(add_number<std::size_t>(app, "--max-count", s.most, 1, SelectionOptions::all - 1,
+                                  "the first N of each file"));
+    group(add_number<std::size_t>(app, "-A", s.after, 0, most_context, "and N messages behind each"));
+    group(add_number<std::size_t>(app, "-B", s.before, 0, most_context, "and N messages before each"));
+    group(add_number<std::size_t>(app, "-C", s.around, 0, most_context, "and N messages around each"));
 }
 
 void add_options(CLI::App& app, Options& o, bool& no_input) {
@@ -152,6 +215,7 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
                "--sql also csv or table")
         ->type_name("FORMAT")
         ->group("Output");
+    add_selection(app, o.selection);
     add_switch(app, "--no-input", no_input, "leave the trace lines out")->group("Output");
     add_switch(app, "--audio-only", o.audio_only, "audio messages only")->group("Output");
     add_switch(app, "--explain", o.explain, "which bytes each stretch of a text came from")->group("Output");
@@ -195,7 +259,8 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
                "a file, default) or never")
         ->type_name("WHEN")
         ->group("Terminal");
-    add_jobs(app, o.jobs, "decode N files at once; the output is the same");
+    add_number(app, "--jobs", o.jobs, 1U, most_jobs, "decode N files at once; the output is the same")
+        ->group("Work");
     app.set_help_flag("-h,--help", "say this")->group("Work");
     app.set_version_flag("--version", "ztdecode " ZTDECODE_VERSION "\n", "say the version")->group("Work");
 }
@@ -238,6 +303,8 @@ std::string contradiction(const Options& o) {
     if (o.append && o.database.empty()) return "--append: needs --database FILE to add to";
     if (o.append && o.files.empty()) return "--append: needs a FILE to add, - is standard input";
     if (!o.asks()) return {};
+    if (o.selection.any())
+        return "--sql, --database: a query has its own conditions, and a database all messages";
     const Switched output[] = {{"--no-input", !o.input},
                                {"--audio-only", o.audio_only},
                                {"--explain", o.explain},
@@ -247,6 +314,29 @@ std::string contradiction(const Options& o) {
         if (on) return std::string(option) + ": has no place beside --sql and --database";
     }
     return {};
+}
+
+// Says what is wrong with what is asked for, and what is odd.
+bool selection_stands(const Options& options) {
+    if (!options.selection.any() && !options.sql) return true;
+    Output diagnostics(STDERR_FILENO, is_terminal(STDERR_FILENO));
+    bool stands = true;
+    try {
+        if (options.sql) check_query(*options.sql);
+        for (const std::string& odd : check_selection(options.selection)) {
+            diagnostics.text.add("ztdecode: ");
+            diagnostics.add_name(odd);
+            diagnostics.text.add("\n");
+        }
+    } catch (const WrongSelection& wrong) {
+        diagnostics.text.add("ztdecode: ");
+        diagnostics.add_name(wrong.what());
+        diagnostics.text.add("\n");
+        diagnostics.text.add(wrong.pointer());
+        stands = false;
+    }
+    diagnostics.flush();
+    return stands;
 }
 
 }  // namespace
@@ -279,6 +369,7 @@ Arguments parse_arguments(int argc, char** argv) {
         say_what_is_wrong(wrong);
         return {std::nullopt, status_failed};
     }
+    if (!selection_stands(o)) return {std::nullopt, status_failed};
     // A query alone asks the database that there is.
     if (o.files.empty() && (!o.sql || o.database.empty())) o.files.emplace_back("-");
     return {std::move(o), 0};

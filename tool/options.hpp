@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "tool/select/selection.hpp"
+
 namespace ztdecode::tool {
 
 // How the messages of a file are written. `recognised` tells the layouts of text apart line by line.
@@ -23,6 +25,7 @@ struct Options {
     Layout layout = Layout::recognised;
     std::uint32_t direction = 0;  // of layouts without a direction column
     Format format = Format::text;
+    SelectionOptions selection;
     Color color = Color::automatic;
     Control control = Control::automatic;
     bool progress = true;  // say how far a long file has come, where it is in nobody's way

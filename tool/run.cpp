@@ -28,7 +28,15 @@ namespace ztdecode::tool {
 namespace {
 
 constexpr int status_refused = 1;
+constexpr int status_nothing = 1;  // of what was asked for
 constexpr int status_failed = 2;
+
+// Of several files: the worst. Where something is asked for one file that has it is enough, but for errors.
+int first_status(const Options& options) { return options.selection.any() ? status_nothing : 0; }
+int both(const Options& options, int a, int b) {
+    if (!options.selection.any() || std::max(a, b) >= status_failed) return std::max(a, b);
+    return std::min(a, b);
+}
 
 class Descriptor {
   public:
@@ -59,6 +67,7 @@ int decode_opened(const std::string& file, const Options& options, const Display
                                                         options, display, out, diagnostics);
     decoder->decode(descriptor.get());
     if (decoder->unreadable()) return status_failed;
+    if (options.selection.any()) return decoder->matched() ? 0 : status_nothing;
     return decoder->refused_lines() ? status_refused : 0;
 }
 
@@ -66,6 +75,11 @@ int decode_file(const std::string& file, const Options& options, const Display& 
                 Output& diagnostics) {
     try {
         return decode_opened(file, options, display, out, diagnostics);
+    } catch (const FailedExpression& failed) {
+        out.flush_and_release();
+        complain_of_file(file + ":" + std::to_string(failed.line()), failed.what(), diagnostics);
+        diagnostics.flush();
+        return status_failed;
     } catch (const std::bad_alloc&) {
         out.flush_and_release();
         complain_of_file(file, std::strerror(ENOMEM), diagnostics);
@@ -103,10 +117,10 @@ int list_catalog(const Options& options, const Display& display) {
 int run_one_by_one(const Options& options, const Display& display) {
     Output out(STDOUT_FILENO, display.escapes_output);
     Output diagnostics(STDERR_FILENO, display.escapes_diagnostics);
-    int status = 0;
+    int status = first_status(options);
     for (const std::string& file : options.files) {
         if (out.error() != 0) break;
-        status = std::max(status, decode_file(file, options, display, out, diagnostics));
+        status = both(options, status, decode_file(file, options, display, out, diagnostics));
     }
     return status_with_output(status, out.error());
 }
@@ -146,7 +160,7 @@ class Jobs {
     }
 
     int finish() noexcept {
-        int status = 0;
+        int status = first_status(options_);
         int error = 0;
         std::unique_lock lock(mutex_);
         for (; turn_ < jobs_.size() && error == 0; ++turn_) {
@@ -156,7 +170,7 @@ class Jobs {
             job.outputs.your_turn();
             lock.lock();
             one_is_done_.wait(lock, [&] { return job.done; });
-            status = std::max(status, status_of(job));
+            status = both(options_, status, status_of(job));
             error = job.outputs.error();
             jobs_[turn_].reset();
         }

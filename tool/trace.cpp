@@ -42,6 +42,7 @@ TraceDecoder::TraceDecoder(std::string name, std::unique_ptr<Report> report, con
       out_(out),
       diagnostics_(name_, diagnostics),
       report_(std::move(report)),
+      selected_(dynamic_cast<Selected*>(report_.get())),
       plain_(plain_report(*report_, options)),
       trail_(report_->notes().value_or(Trail::What::values)),
       reader_(line_layout(options.layout), options.direction) {
@@ -62,6 +63,7 @@ void TraceDecoder::decode(int descriptor) {
         decode_text(input);
     }
     progress_->hide();
+    if (selected_ != nullptr) selected_->finish();
     out_.flush();
     if (input.error() != 0) {
         unreadable_ = true;
@@ -71,7 +73,7 @@ void TraceDecoder::decode(int descriptor) {
 }
 
 void TraceDecoder::decode_text(Input& input) {
-    for (Input::Next next{}; out_.error() == 0 && input.next(next);) {
+    for (Input::Next next{}; goes_on() && input.next(next);) {
         if (!next.piece) ++number_;
         if (next.piece || !plain_line(next)) text_line(next);
         message_done(input);
@@ -180,7 +182,7 @@ void TraceDecoder::unfinished(const Said& said) {
 
 void TraceDecoder::decode_binary(Input& input) {
     const std::size_t width = options_.layout == Layout::bin1 ? 1 : 2;
-    while (out_.error() == 0) {
+    while (goes_on()) {
         const auto head = input.block(width);
         if (head.empty()) return;
         ++number_;

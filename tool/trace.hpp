@@ -16,6 +16,7 @@
 #include "tool/output/output.hpp"
 #include "tool/progress.hpp"
 #include "tool/report/text.hpp"
+#include "tool/select/selected.hpp"
 
 namespace ztdecode::tool {
 
@@ -34,8 +35,13 @@ class TraceDecoder : private SideChannel {
     std::uint64_t lines() const noexcept { return number_; }
     bool refused_lines() const noexcept { return refused_; }
     bool unreadable() const noexcept { return unreadable_; }
+    // Of a trace of which only some messages are asked for: whether there was one.
+    bool matched() const noexcept { return selected_ != nullptr && selected_->matched(); }
 
   private:
+    bool goes_on() const noexcept {
+        return out_.error() == 0 && (selected_ == nullptr || !selected_->enough());
+    }
     void decode_text(Input& input);
     void decode_binary(Input& input);
 
@@ -64,7 +70,8 @@ class TraceDecoder : private SideChannel {
     Output& out_;
     Diagnostics diagnostics_;
     std::unique_ptr<Report> report_;
-    TextReport* plain_;  // where texts may go straight to; null for other reports
+    Selected* selected_;  // the report, where only some messages are asked for; or null
+    TextReport* plain_;   // where texts may go straight to; null for other reports
     Session session_;
     Trail trail_;
     TraceReader reader_;

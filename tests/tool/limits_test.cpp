@@ -195,7 +195,7 @@ TEST_F(Limits, AFileWithoutMemoryIsNamed) {
     const TemporaryFile longer(std::string(std::size_t{512} * 1024, 'a') + "\n");
     const TemporaryFile other("000001S 02 21 07\n");
     int named = 0;
-    for (int kib = 6000; kib < 12000; kib += 50) {
+    for (int kib = 3800; kib < 12000; kib += 50) {
         if (!is_enough(kib, other.path())) continue;
         const Ended ended = limited(memory(kib), "--no-input " + longer.path() + " " + other.path());
         expect_honest(ended);

@@ -167,21 +167,21 @@ TEST(Questions, WhatIsWrongIsPointedAtBeforeAnyFileIsRead) {
     };
     EXPECT_EQ(error("select link, mesage from messages"),
               "ztdecode: --sql: no such column: mesage (did you mean message?)\n"
-              "  select link, mesage from messages\n"
-              "               ^\n");
+              "    select link, mesage from messages\n"
+              "                 ^\n");
     EXPECT_EQ(error("select m.lnk\nfrom messages m"),
               "ztdecode: --sql: no such column: m.lnk (did you mean link?)\n"
-              "  select m.lnk\n"
-              "         ^\n");
+              "    select m.lnk\n"
+              "           ^\n");
     EXPECT_EQ(error("select 1 from\n  reset"),
               "ztdecode: --sql: no such table: reset (did you mean resets?)\n"
-              "    reset\n"
-              "    ^\n");
-    EXPECT_EQ(error("selec 1"), "ztdecode: --sql: near \"selec\": syntax error\n  selec 1\n  ^\n");
+              "      reset\n"
+              "      ^\n");
+    EXPECT_EQ(error("selec 1"), "ztdecode: --sql: near \"selec\": syntax error\n    selec 1\n    ^\n");
     EXPECT_EQ(error("select 'é', nix('\x1b')"),
-              "ztdecode: --sql: no such function: nix\n  select 'é', nix('\\x1b')\n              ^\n");
+              "ztdecode: --sql: no such function: nix\n    select 'é', nix('\\x1b')\n                ^\n");
     EXPECT_EQ(error("select 1; select 2"),
-              "ztdecode: --sql: only one statement can be asked\n  select 1; select 2\n            ^\n");
+              "ztdecode: --sql: only one statement can be asked\n    select 1; select 2\n              ^\n");
     EXPECT_EQ(error("select"), "ztdecode: --sql: incomplete input\n");
     EXPECT_EQ(error(""), "ztdecode: --sql: no statement\n");
     EXPECT_EQ(error("-- nothing"), "ztdecode: --sql: no statement\n");
@@ -567,6 +567,8 @@ TEST(Database, OptionsThatDoNotGoTogether) {
               "ztdecode: --append: needs a FILE to add, - is standard input");
     EXPECT_EQ(error({"--format", "csv"}), "ztdecode: --format csv and table: for the answers of --sql");
     EXPECT_EQ(error({"--database", "", "x"}), "ztdecode: --database: its value is empty");
+    EXPECT_EQ(error({"--sql", "select 1", "--unknown"}),
+              "ztdecode: --sql, --database: a query has its own conditions, and a database all messages");
     for (const char* option : {"--explain", "--no-input", "--audio-only", "--debug", "--catalog"}) {
         EXPECT_EQ(error({"--sql", "select 1", option}),
                   std::string("ztdecode: ") + option + ": has no place beside --sql and --database");

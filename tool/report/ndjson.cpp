@@ -267,6 +267,10 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         out_.add("\n");
         Reset(stream_);
     }
+    void only_fields(const Record& record, const Record::Part& part) {
+        Reset(stream_);
+        fields(record, part);
+    }
 
     // `words`: the keys in their quotes, after others with their values.
     void key(std::string_view words) {
@@ -547,6 +551,16 @@ NdjsonReport::NdjsonReport(std::string_view file, const Options& options, Output
 }
 
 NdjsonReport::~NdjsonReport() = default;
+
+FieldsAsJson::FieldsAsJson() : writer_(std::make_unique<NdjsonReport::Writer>(false, text_)) {}
+
+FieldsAsJson::~FieldsAsJson() = default;
+
+std::string_view FieldsAsJson::of(const Record& record, const Record::Part& part) {
+    text_.clear();
+    writer_->only_fields(record, part);
+    return text_.view();
+}
 
 std::optional<Trail::What> NdjsonReport::notes() const {
     return options_.words ? Trail::What::words : Trail::What::values;

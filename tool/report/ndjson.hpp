@@ -39,6 +39,7 @@ class NdjsonReport final : public Report {
     void no_memory() override;
 
   private:
+    friend class FieldsAsJson;
     class Writer;
 
     void content(std::string_view kind, std::uint64_t number, std::string_view words);
@@ -55,6 +56,22 @@ class NdjsonReport final : public Report {
     std::string refused_;
     std::string other_;
     std::string trace_;
+};
+
+// The values of a message as one JSON object, as they stand in its record.
+class FieldsAsJson {
+  public:
+    FieldsAsJson();
+    FieldsAsJson(const FieldsAsJson&) = delete;
+    FieldsAsJson& operator=(const FieldsAsJson&) = delete;
+    ~FieldsAsJson();
+
+    // Valid until the next call.
+    std::string_view of(const Record& record, const Record::Part& part);
+
+  private:
+    Text text_;
+    std::unique_ptr<NdjsonReport::Writer> writer_;
 };
 
 // Of bytes that a text shows, the digits alone: of "0x2A", " 2e 2f".

@@ -1,6 +1,7 @@
 #include "tool/select/names.hpp"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
 namespace ztdecode::tool {
@@ -518,17 +519,20 @@ constexpr std::string_view all_messages[] = {
     "wrong_state",
 };
 
-// How many characters have to be added, left out or changed to make one of the other.
+// How many characters have to be added, left out, changed or put in the other order to make one of the other.
 std::size_t distance(std::string_view a, std::string_view b) {
+    std::vector<std::size_t> last_but_one;
+    std::vector<std::size_t> last(b.size() + 1);
     std::vector<std::size_t> row(b.size() + 1);
     for (std::size_t k = 0; k <= b.size(); ++k) row[k] = k;
     for (std::size_t i = 1; i <= a.size(); ++i) {
-        std::size_t diagonal = row[0];
+        last_but_one = std::exchange(last, row);
         row[0] = i;
         for (std::size_t k = 1; k <= b.size(); ++k) {
-            const std::size_t changed = diagonal + (a[i - 1] == b[k - 1] ? 0 : 1);
-            diagonal = row[k];
-            row[k] = std::min({changed, row[k] + 1, row[k - 1] + 1});
+            const std::size_t changed = last[k - 1] + (a[i - 1] == b[k - 1] ? 0 : 1);
+            row[k] = std::min({changed, last[k] + 1, row[k - 1] + 1});
+            const bool turned = i > 1 && k > 1 && a[i - 1] == b[k - 2] && a[i - 2] == b[k - 1];
+            if (turned) row[k] = std::min(row[k], last_but_one[k - 2] + 1);
         }
     }
     return row[b.size()];
@@ -543,7 +547,7 @@ std::string did_you_mean(std::string_view word, std::span<const std::string_view
     constexpr std::size_t longest = 64;
     if (word.size() > longest) return {};
     std::string_view nearest;
-    std::size_t least = std::max<std::size_t>(2, word.size() / 3) + 1;
+    std::size_t least = std::max<std::size_t>(1, word.size() / 3) + 1;
     for (const std::string_view name : names) {
         const std::size_t d = distance(word, name);
         if (d >= least) continue;

@@ -1,12 +1,14 @@
 #include "tool/select/query.hpp"
 
-#include <algorithm>
 #include <cctype>
+#include <optional>
+#include <set>
+#include <string_view>
 #include <vector>
 
-#include "tool/output/control.hpp"
 #include "tool/select/names.hpp"
 #include "tool/select/schema.hpp"
+#include "tool/select/selection.hpp"
 
 namespace ztdecode::tool {
 
@@ -35,8 +37,8 @@ std::vector<std::string> columns_of_all(const sqlite::Connection& database,
 }
 
 // SQLite's words, with the nearest name that there is, and where the name stands that there is not.
-WrongQuery explained(const sqlite::Error& error, const std::string& query,
-                     const sqlite::Connection& database) {
+WrongSelection explained(const sqlite::Error& error, const std::string& query,
+                         const sqlite::Connection& database) {
     const std::string why = error.what();
     std::vector<std::string> names;
     const auto tables = readable_tables().tables;
@@ -46,13 +48,13 @@ WrongQuery explained(const sqlite::Error& error, const std::string& query,
     } else if (about("no such column: ")) {
         names = columns_of_all(database, tables);
     } else {
-        return {why, error.place()};
+        return {"--sql", why, query, error.place()};
     }
     std::string name = why.substr(why.find(": ") + 2);
     const std::optional<std::size_t> place = error.place() ? error.place() : find_name(query, name);
     name.erase(0, name.rfind('.') + 1);
     const std::vector<std::string_view> candidates(names.begin(), names.end());
-    return {why + did_you_mean(name, candidates), place};
+    return {"--sql", why + did_you_mean(name, candidates), query, place};
 }
 
 }  // namespace
@@ -74,26 +76,10 @@ void check_query(const std::string& query) {
     only_queries(database);
     try {
         const sqlite::Statement checked(database, query);
-        if (checked.columns() == 0) throw WrongQuery("it asks for nothing", std::nullopt);
+        if (checked.columns() == 0) throw WrongSelection("--sql", "it asks for nothing");
     } catch (const sqlite::Error& error) {
         throw explained(error, query, database);
     }
-}
-
-void add_with_caret(std::string_view query, std::size_t place, Text& out) {
-    place = std::min(place, query.size());
-    const std::size_t begin = place == 0 ? 0 : query.rfind('\n', place - 1) + 1;
-    const std::string_view before = query.substr(begin, place - begin);
-    const std::string_view line = query.substr(begin, query.find('\n', place) - begin);
-    out.add("  ");
-    add_escaped_name(line, out);
-    out.add("\n  ");
-    Text shown;
-    add_escaped_name(before, shown);
-    for (const char c : shown.view()) {
-        if ((c & 0xC0) != 0x80) out.add(" ");
-    }
-    out.add("^\n");
 }
 
 }  // namespace ztdecode::tool
