@@ -154,8 +154,8 @@ void Database::values(const Record& record, const Record::Part& part, std::int64
             field_.bind_null(4);
         }
         bind_bytes(record, part, value);
-        field_.bind(7, std::int64_t{meaning.known});
-        field_.bind(8, std::int64_t{value.missing});
+        field_.bind(7, meaning.known ? std::int64_t{1} : 0);
+        field_.bind(8, value.missing ? std::int64_t{1} : 0);
         write(field_);
     }
 }
@@ -172,7 +172,7 @@ void Database::bind_value(const Record& record, const NotedValue& value) {
             }
             break;
         case Kind::flag:
-            field_.bind(3, std::int64_t{meaning.number != 0});
+            field_.bind(3, meaning.number != 0 ? std::int64_t{1} : 0);
             break;
         case Kind::bytes:
             digits_.clear();
