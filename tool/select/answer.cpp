@@ -114,7 +114,7 @@ class Table {
         const bool more = rows.size() == looked_at;
         lay_out(rows);
         Row line;
-        for (std::size_t k = 0; k < widths_.size(); ++k) line.emplace_back(std::string(widths_[k], '-'));
+        for (const std::size_t width : widths_) line.emplace_back(width, '-');
         add(names());
         add(line);
         for (const Row& row : rows) add(row);
