@@ -71,8 +71,9 @@ both_of() {
 }
 
 @test "each condition with each other one: both hold for one and the same message" {
-    for a in "${conditions[@]}"; do
-        for b in "${conditions[@]}"; do
+    for i in "${!conditions[@]}"; do
+        for b in "${conditions[@]:i}"; do
+            a=${conditions[i]}
             # Two lists of the same option are one list.
             [ "${a%% *}" != "${b%% *}" ] || [ "${a%% *}" = --where ] || continue
             case "${a%%|*} ${b%%|*}" in
@@ -120,6 +121,21 @@ both_of() {
     is "$(jq -r '.kind + " " + .reason' output)" "refused too_short"
     is "$("$ZTDECODE" --color always --grep '^.- green' --no-input trace 2>errors)" \
         "$("$ZTDECODE" --color always --no-input trace 2>errors | sed -n '/green led/p')"
+}
+
+@test "what decoders trace on the side stands above the text of its message" {
+    "$ZTDECODE" --debug --no-input trace >whole 2>errors || true
+    "$ZTDECODE" --debug --no-input --message disable_dtmf trace >output 2>errors
+    is "$(cat output)" "$(grep -B 2 'disable DTMF' whole)"
+    "$ZTDECODE" --debug --format ndjson --message disable_dtmf trace >output 2>errors
+    is "$(jq -r .kind output | tr '\n' ' ')" "trace message "
+}
+
+@test "--audio-only leaves no other messages" {
+    printf '000001S 02 32 00\n000002S 01 2a\n' >audio
+    is "$("$ZTDECODE" --audio-only --count audio)" 1
+    is "$("$ZTDECODE" --audio-only --no-input --from-system -C 1 audio)" \
+        "$("$ZTDECODE" --audio-only --no-input audio)"
 }
 
 @test "--count" {
@@ -368,4 +384,18 @@ b = 1"
     # Exponential for engines that try one way after the other.
     printf '000001S 41 27 00%s\n' "$(printf ' 61%.0s' {1..63})" >letters
     is "$(timeout 10 "$ZTDECODE" --count --where "text REGEXP '(a*)*(a*)*(a|aa)+\$x'" letters)" 0
+}
+
+@test "a message that names a class that does not exist is refused, and asked like others" {
+    printf '000001S 03 16 00 04\n000002S 01 2a\n' >class
+    for selection in "--refused" "--where status='refused'" "--link presentation_server" "--grep RYM"; do
+        # shellcheck disable=SC2086
+        is "$("$ZTDECODE" $selection class 2>errors)" "000001S 03 16 00 04"
+        is "$(cat errors)" "$("$ZTDECODE" class 2>&1 >output)"
+        # shellcheck disable=SC2086
+        is "$("$ZTDECODE" --format ndjson $selection class 2>errors | jq -r .reason)" unknown_class
+    done
+    is "$("$ZTDECODE" --no-input --invert --refused class 2>errors)" "$(printf '\t- version inquiry')"
+    is "$("$ZTDECODE" --no-input --link digital class 2>errors)" "$(printf '\t- version inquiry')"
+    is "$(wc -l <errors)" 2 # though it is not shown
 }

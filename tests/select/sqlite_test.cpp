@@ -50,6 +50,22 @@ TEST_F(Authorizer, LetsTablesBeRead) {
     EXPECT_FALSE(statement.step());
 }
 
+TEST_F(Authorizer, LetsAStatementNameItsOwnQueries) {
+    for (const char* words :
+         {"WITH own AS (SELECT text FROM Messages) SELECT count(*) FROM own", "SELECT count(*) FROM MESSAGES",
+          "SELECT count(*) FROM (SELECT * FROM messages) AS own",
+          "WITH RECURSIVE n(k) AS (SELECT 1 UNION ALL SELECT k + 1 FROM n LIMIT 9) SELECT count(*) FROM n"}) {
+        EXPECT_EQ(error_of(connection_, words), "") << words;
+    }
+    for (const char* words : {"SELECT count(*) FROM hidden", "SELECT count(*) FROM Hidden AS own",
+                              "SELECT count(*) FROM sqlite_schema", "SELECT count(*) FROM Sqlite_Master",
+                              "SELECT count(*) FROM pragma_database_list", "SELECT count(*) FROM calls",
+                              "SELECT count(*) FROM json_each('[]')",
+                              "WITH own AS (SELECT count(*) FROM hidden) SELECT * FROM own"}) {
+        EXPECT_NE(error_of(connection_, words), "") << words;
+    }
+}
+
 TEST_F(Authorizer, RefusesEverythingElse) {
     for (const char* words : {"SELECT text FROM hidden",
                               "SELECT (SELECT text FROM hidden) FROM messages",
@@ -123,13 +139,14 @@ TEST(Sqlite, BindsAndGivesEveryType) {
     constexpr std::array<std::uint8_t, 3> bytes = {0, 1, 255};
     statement.bind(1, std::int64_t{-3});
     statement.bind(2, -6.5);
-    statement.bind(3, "a\0b"s);
+    const std::string text = "a\0b"s;
+    statement.bind(3, text);
     statement.bind(4, bytes);
     statement.bind_null(5);
     ASSERT_TRUE(statement.step());
     EXPECT_EQ(statement.number(0), -3);
     EXPECT_EQ(statement.real(1), -6.5);
-    EXPECT_EQ(statement.text(2), "a\0b"s);
+    EXPECT_EQ(statement.text(2), text);
     EXPECT_THAT(statement.bytes(3), ::testing::ElementsAreArray(bytes));
     EXPECT_EQ(statement.type(4), SQLITE_NULL);
 }

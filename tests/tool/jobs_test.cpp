@@ -58,6 +58,22 @@ TEST_F(Jobs, LongOutputsKeepTheirOrder) {
     }
 }
 
+// Each file has an expression of its own to ask.
+TEST_F(Jobs, ASelectionIsTheSame) {
+    add(trace(20000, 0));
+    add(trace(30000, 100000));
+    add(trace(1, 200000));
+    for (const char* selection : {" --where \"columns LIKE '%7' AND text REGEXP 'dialed'\" -C 1",
+                                  " --grep 'dialed'", " --count --where \"field('digit') = '4'\""}) {
+        const Ended expected = shell(selection + list_);
+        EXPECT_NE(expected.output, "");
+        const Ended ended = shell(std::string("--jobs 3") + selection + list_);
+        EXPECT_TRUE(ended.output == expected.output) << selection;
+        EXPECT_EQ(ended.error, "");
+        EXPECT_EQ(ended.status, expected.status);
+    }
+}
+
 TEST_F(Jobs, OutputIsAppendedWhereTheShellSaysSo) {
     add(trace(20000, 0));
     add(trace(20000, 100000));

@@ -55,7 +55,7 @@ class Selection {
     bool holds(const Said& said, Record& record);
 
   private:
-    bool holds(const Said& said, const Record& record, std::size_t part);
+    bool holds(const Said& said, const Record& record, std::size_t k);
     bool whole_holds(const Said& said);
     bool header_holds(const NotedMessage& noted) const;
     bool text_holds(std::string_view text);

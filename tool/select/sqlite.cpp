@@ -1,7 +1,10 @@
 #include "tool/select/sqlite.hpp"
 
+#include <algorithm>
 #include <array>
 #include <new>
+#include <utility>
+#include <vector>
 
 #include "tool/select/regex.hpp"
 
@@ -33,26 +36,6 @@ int limited_open(const std::string& file, int flags, sqlite3** connection) {
 
 constexpr std::array<std::string_view, 2> refused_functions = {"load_extension", "fts3_tokenizer"};
 
-int authorize(void* user, int action, const char* first, const char* second, const char* /*database*/,
-              const char* /*trigger*/) noexcept {
-    const auto& readable = *static_cast<const Readable*>(user);
-    switch (action) {
-        case SQLITE_SELECT:
-        case SQLITE_RECURSIVE:
-            return SQLITE_OK;
-        case SQLITE_READ:
-            return first != nullptr && readable.tables.contains(std::string_view(first)) ? SQLITE_OK
-                                                                                         : SQLITE_DENY;
-        case SQLITE_FUNCTION:
-            for (const std::string_view name : refused_functions) {
-                if (second == nullptr || sqlite3_stricmp(second, name.data()) == 0) return SQLITE_DENY;
-            }
-            return SQLITE_OK;
-        default:
-            return SQLITE_DENY;
-    }
-}
-
 void delete_regex(void* regex) noexcept { delete static_cast<const re2::RE2*>(regex); }
 
 // X REGEXP Y is regexp(Y, X). The pattern is compiled once where it is constant.
@@ -60,7 +43,8 @@ void regexp(sqlite3_context* context, int /*count*/, sqlite3_value** values) noe
     try {
         const auto text_of = [](sqlite3_value* value) {
             const auto* const text = reinterpret_cast<const char*>(sqlite3_value_text(value));
-            return std::string_view(text, text == nullptr ? 0 : sqlite3_value_bytes(value));
+            if (text == nullptr) return std::string_view();
+            return std::string_view(text, static_cast<std::size_t>(sqlite3_value_bytes(value)));
         };
         if (sqlite3_value_type(values[0]) == SQLITE_NULL || sqlite3_value_type(values[1]) == SQLITE_NULL) {
             return;
@@ -77,8 +61,9 @@ void regexp(sqlite3_context* context, int /*count*/, sqlite3_value** values) noe
             regex = compiled.get();
         }
         const std::string_view text = text_of(values[1]);
-        sqlite3_result_int(context,
-                           re2::RE2::PartialMatch(re2::StringPiece(text.data(), text.size()), *regex));
+        const bool match =
+            regex->Match({text.data(), text.size()}, 0, text.size(), re2::RE2::UNANCHORED, nullptr, 0);
+        sqlite3_result_int(context, match ? 1 : 0);
         // (SQLite may delete what it is given here at once.)
         if (compiled != nullptr) {
             sqlite3_set_auxdata(context, 0, const_cast<re2::RE2*>(compiled.release()), delete_regex);
@@ -100,13 +85,60 @@ Connection::Connection(const std::string& file, int flags) {
     if (code != SQLITE_OK) fail();
 }
 
-void Connection::run(const char* statements) {
+void Connection::run(const char* statements) const {
     if (sqlite3_exec(get(), statements, nullptr, nullptr, nullptr) != SQLITE_OK) fail();
 }
 
-void Connection::allow_only(Readable readable) {
-    readable_ = std::make_unique<Readable>(std::move(readable));
-    sqlite3_set_authorizer(get(), authorize, readable_.get());
+// A name without a column, as in `select count(*) from NAME`, may be one that the statement itself gives to a
+// query (`with NAME as`). So it is known which names are others' by themselves.
+struct Connection::Rules {
+    std::vector<std::string> readable;
+    std::vector<std::string> others;
+
+    static bool has(const std::vector<std::string>& names, const char* name) noexcept {
+        return std::ranges::any_of(
+            names, [name](const std::string& n) { return sqlite3_stricmp(n.c_str(), name) == 0; });
+    }
+    bool other(const char* table) const noexcept {
+        const auto begins = [table](std::string_view words) {
+            return sqlite3_strnicmp(table, words.data(), static_cast<int>(words.size())) == 0;
+        };
+        return begins("pragma_") || begins("sqlite_") || has(others, table);
+    }
+    bool may_read(const char* table, const char* column) const noexcept {
+        if (table == nullptr) return false;
+        if (has(readable, table)) return true;
+        return column != nullptr && *column == '\0' && !other(table);
+    }
+};
+
+int Connection::authorize(void* rules, int action, const char* first, const char* second,
+                          const char* /*database*/, const char* /*trigger*/) noexcept {
+    switch (action) {
+        case SQLITE_SELECT:
+        case SQLITE_RECURSIVE:
+            return SQLITE_OK;
+        case SQLITE_READ:
+            return static_cast<const Rules*>(rules)->may_read(first, second) ? SQLITE_OK : SQLITE_DENY;
+        case SQLITE_FUNCTION:
+            for (const std::string_view name : refused_functions) {
+                if (second == nullptr || sqlite3_stricmp(second, name.data()) == 0) return SQLITE_DENY;
+            }
+            return SQLITE_OK;
+        default:
+            return SQLITE_DENY;
+    }
+}
+
+void Connection::allow_only(const Readable& readable) {
+    auto rules = std::make_shared<Rules>();
+    rules->readable.assign(readable.tables.begin(), readable.tables.end());
+    Statement names(*this,
+                    "SELECT name FROM sqlite_schema UNION SELECT name FROM sqlite_temp_schema UNION SELECT "
+                    "name FROM pragma_module_list");
+    while (names.step()) rules->others.emplace_back(names.text(0));
+    rules_ = std::move(rules);
+    sqlite3_set_authorizer(get(), authorize, const_cast<Rules*>(rules_.get()));
 }
 
 void Connection::fail() const {

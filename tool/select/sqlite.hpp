@@ -45,9 +45,9 @@ class Connection {
 
     sqlite3* get() const noexcept { return connection_.get(); }
     // Our own statements, one behind the other.
-    void run(const char* statements);
+    void run(const char* statements) const;
     // From here on every statement that is prepared is somebody else's. For good.
-    void allow_only(Readable readable);
+    void allow_only(const Readable& readable);
     // Throws what SQLite has to say.
     [[noreturn]] void fail() const;
 
@@ -56,7 +56,10 @@ class Connection {
         void operator()(sqlite3* connection) const noexcept { sqlite3_close_v2(connection); }
     };
     std::unique_ptr<sqlite3, Close> connection_;
-    std::unique_ptr<Readable> readable_;
+    struct Rules;
+    static int authorize(void* rules, int action, const char* first, const char* second, const char* database,
+                         const char* trigger) noexcept;
+    std::shared_ptr<const Rules> rules_;
 };
 
 class Statement {
