@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "bench/trace_file.hpp"
+#include "tool/formats.hpp"
 #include "tool/trace.hpp"
 
 // The command's loop: a trace in memory, the output thrown away.
@@ -54,7 +55,8 @@ void decode_trace(benchmark::State& state, const Case& c) {
     for (auto _ : state) {
         tool::Output out(null, false);
         tool::Output diagnostics(null, false);
-        tool::TraceDecoder decoder("trace", options, {}, out, diagnostics);
+        tool::TraceDecoder decoder("trace", tool::make_report("trace", options, {}, out), options, {}, out,
+                                   diagnostics);
         decoder.decode(input.from_the_start());
     }
     ::close(null);

@@ -28,8 +28,9 @@ endif()
 # Inside the command as the C++ runtime is: two copies of that, its own and that of a shared RE2, would not do.
 find_library(ZTDECODE_SQLITE libsqlite3.a)
 find_library(ZTDECODE_RE2 libre2.a)
-if(NOT ZTDECODE_SQLITE OR NOT ZTDECODE_RE2)
-    message(FATAL_ERROR "The command needs SQLite and RE2 (scripts/setup installs them; "
+find_library(ZTDECODE_NETTLE libnettle.a)
+if(NOT ZTDECODE_SQLITE OR NOT ZTDECODE_RE2 OR NOT ZTDECODE_NETTLE)
+    message(FATAL_ERROR "The command needs SQLite, RE2 and Nettle (scripts/setup installs them; "
         "-DZTDECODE_TOOL=OFF builds the library without the command)")
 endif()
 find_package(Threads REQUIRED)
@@ -40,7 +41,7 @@ target_link_libraries(ztdecode_tool PRIVATE ztdecode_core)
 if(tool_sources)
     add_library(ztdecode_tool_parts STATIC ${tool_sources})
     target_link_libraries(ztdecode_tool_parts PUBLIC
-        ztdecode_core ${ZTDECODE_SQLITE} ${ZTDECODE_RE2} Threads::Threads m)
+        ztdecode_core ${ZTDECODE_SQLITE} ${ZTDECODE_RE2} ${ZTDECODE_NETTLE} Threads::Threads m)
     target_compile_definitions(ztdecode_tool_parts PRIVATE ZTDECODE_VERSION="${PROJECT_VERSION}")
     target_link_libraries(ztdecode_tool PRIVATE ztdecode_tool_parts)
 endif()

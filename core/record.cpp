@@ -153,6 +153,15 @@ void Record::take_stretches() {
     }
 }
 
+bool Record::same_source(const Part& part, const NotedMessage& message) const noexcept {
+    const auto source = [this](const NotedMessage* m) {
+        while (m->bytes.empty() && m->carrier != NotedMessage::no_message)
+            m = &trail_->messages()[m->carrier];
+        return m;
+    };
+    return part.noted == &message || source(part.noted) == source(&message);
+}
+
 std::string_view without_punctuation(std::string_view word) noexcept {
     constexpr std::string_view around = " \t\n,:=";
     const std::size_t first = word.find_first_not_of(around);

@@ -65,6 +65,8 @@ class Record {
     std::span<const std::uint32_t> carried(const Part& part) const noexcept {
         return {carried_.data() + part.first_carried, part.carried};
     }
+    // Whether offsets in that message count in the same bytes as in the part.
+    bool same_source(const Part& part, const NotedMessage& message) const noexcept;
     const NotedValue& value(std::uint32_t index) const noexcept { return trail_->values()[index]; }
     const Trail& trail() const noexcept { return *trail_; }
     std::string_view shown(const NotedValue& value) const noexcept {

@@ -11,6 +11,7 @@
 
 #include "fuzz/descriptors.hpp"
 #include "tool/display.hpp"
+#include "tool/formats.hpp"
 #include "tool/trace.hpp"
 
 namespace {
@@ -59,7 +60,8 @@ Decoded decode(const Options& options, bool color, bool escapes, int descriptor)
         .color = color, .escapes_output = escapes, .escapes_diagnostics = escapes, .progress = false};
     ztdecode::tool::Output out(output.descriptor(), display.escapes_output);
     ztdecode::tool::Output diagnostics(complaints.descriptor(), display.escapes_diagnostics);
-    ztdecode::tool::TraceDecoder decoder("trace", options, display, out, diagnostics);
+    ztdecode::tool::TraceDecoder decoder("trace", ztdecode::tool::make_report("trace", options, display, out),
+                                         options, display, out, diagnostics);
     decoder.decode(descriptor);
     expect(!decoder.unreadable(), "the input can be read");
     return {output.content(), complaints.content(), out.error()};

@@ -15,6 +15,8 @@ std::unique_ptr<Report> make_whole_report(std::string_view file, const Options& 
             return std::make_unique<NdjsonReport>(
                 file, NdjsonReport::Options{.words = options.explain, .only_texts = options.audio_only}, out);
         case Format::text:
+        case Format::csv:
+        case Format::table:
             break;
     }
     return std::make_unique<TextReport>(TextReport::Options{.lines = options.input,

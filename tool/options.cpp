@@ -12,6 +12,7 @@
 #include "core/message.hpp"
 #include "tool/display.hpp"
 #include "tool/output/output.hpp"
+#include "tool/select/query.hpp"
 
 namespace ztdecode::tool {
 
@@ -39,7 +40,8 @@ constexpr auto layouts = std::to_array<Named<Layout>>({
     {"bin2", Layout::bin2},
 });
 constexpr auto directions = std::to_array<Named<std::uint32_t>>({{"from", from_dhs}, {"to", to_dhs}});
-constexpr auto formats = std::to_array<Named<Format>>({{"text", Format::text}, {"ndjson", Format::ndjson}});
+constexpr auto formats = std::to_array<Named<Format>>(
+    {{"text", Format::text}, {"ndjson", Format::ndjson}, {"csv", Format::csv}, {"table", Format::table}});
 constexpr auto colors = std::to_array<Named<Color>>(
     {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}});
 constexpr auto controls = std::to_array<Named<Control>>(
@@ -91,6 +93,7 @@ Examples:
   ztdecode --where "link = 'ip' AND field('codec') LIKE 'G.7%'" trace.spzt
   ztdecode --explain trace.spzt | less
   ztdecode --catalog | less
+  ztdecode --sql 'select * from resets' trace.spzt
   ztdecode --layout bin2 --direction to capture.bin
 
 Exit status: 0, 1 when lines were refused, 2 for bad usage, a file that cannot
@@ -208,7 +211,8 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
         ->group("Input");
     add_choice(app, "--format", o.format, formats,
                "text (default), or ndjson: what every line\n"
-               "says as one JSON object, values by name")
+               "says as one JSON object, values by name; of\n"
+               "--sql also csv or table")
         ->type_name("FORMAT")
         ->group("Output");
     add_selection(app, o.selection);
@@ -220,6 +224,24 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
                "list every message that can be decoded with\n"
                "its code and its fields, and read no file")
         ->group("Output");
+    app.add_option("--sql", o.sql,
+                   "answer an SQL query of the messages of all\n"
+                   "files: as a table on a terminal, as CSV\n"
+                   "elsewhere; docs/queries.md has the tables")
+        ->take_last()
+        ->type_name("QUERY")
+        ->group("Questions");
+    auto name_database = [&o](const std::string& file) {
+        if (file.empty()) throw CLI::ValidationError("--database", "its value is empty");
+        o.database = file;
+    };
+    app.add_option_function<std::string>("--database", name_database,
+                                         "put the messages of all files into an SQLite\n"
+                                         "file; --sql without trace files asks it")
+        ->take_last()
+        ->type_name("FILE")
+        ->group("Questions");
+    add_switch(app, "--append", o.append, "add to what the database holds already")->group("Questions");
     add_choice(app, "--color", o.color, colors,
                "red to the system, green from it: auto (on a\n"
                "terminal without NO_COLOR, default), always\n"
@@ -265,13 +287,43 @@ std::string own_words(std::string_view library) {
     return option.starts_with('-') ? option + ": its value is missing" : "--" + option + ": takes no value";
 }
 
-// Says what is wrong with it, and what is odd.
-bool selection_stands(const SelectionOptions& selection) {
-    if (!selection.any()) return true;
+struct Switched {
+    std::string_view option;
+    bool on;
+};
+
+// What is wrong with the options beside each other; empty: nothing.
+std::string contradiction(const Options& o) {
+    if (o.catalog && !o.files.empty()) {
+        return "--catalog: reads no file, " + o.files.front() + " is one too many";
+    }
+    if ((o.format == Format::csv || o.format == Format::table) && !o.sql) {
+        return "--format csv and table: for the answers of --sql";
+    }
+    if (o.append && o.database.empty()) return "--append: needs --database FILE to add to";
+    if (o.append && o.files.empty()) return "--append: needs a FILE to add, - is standard input";
+    if (!o.asks()) return {};
+    if (o.selection.any())
+        return "--sql, --database: a query has its own conditions, and a database all messages";
+    const Switched output[] = {{"--no-input", !o.input},
+                               {"--audio-only", o.audio_only},
+                               {"--explain", o.explain},
+                               {"--debug", o.debug},
+                               {"--catalog", o.catalog}};
+    for (const auto& [option, on] : output) {
+        if (on) return std::string(option) + ": has no place beside --sql and --database";
+    }
+    return {};
+}
+
+// Says what is wrong with what is asked for, and what is odd.
+bool selection_stands(const Options& options) {
+    if (!options.selection.any() && !options.sql) return true;
     Output diagnostics(STDERR_FILENO, is_terminal(STDERR_FILENO));
     bool stands = true;
     try {
-        for (const std::string& odd : check_selection(selection)) {
+        if (options.sql) check_query(*options.sql);
+        for (const std::string& odd : check_selection(options.selection)) {
             diagnostics.text.add("ztdecode: ");
             diagnostics.add_name(odd);
             diagnostics.text.add("\n");
@@ -313,12 +365,13 @@ Arguments parse_arguments(int argc, char** argv) {
         return {std::nullopt, status_failed};
     }
     o.input = !no_input;
-    if (o.catalog && !o.files.empty()) {
-        say_what_is_wrong("--catalog: reads no file, " + o.files.front() + " is one too many");
+    if (const std::string wrong = contradiction(o); !wrong.empty()) {
+        say_what_is_wrong(wrong);
         return {std::nullopt, status_failed};
     }
-    if (!selection_stands(o.selection)) return {std::nullopt, status_failed};
-    if (o.files.empty()) o.files.emplace_back("-");
+    if (!selection_stands(o)) return {std::nullopt, status_failed};
+    // A query alone asks the database that there is.
+    if (o.files.empty() && (!o.sql || o.database.empty())) o.files.emplace_back("-");
     return {std::move(o), 0};
 }
 

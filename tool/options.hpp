@@ -14,8 +14,8 @@ enum class Layout { recognised, line, line_lng2, tagged, spzt, spzt_lng2, bin1, 
 
 enum class Color { automatic, always, never };
 
-// What comes out: texts under their trace lines, or one JSON object a line.
-enum class Format { text, ndjson };
+// What comes out: texts under their trace lines, or one JSON object a line; csv and table are for answers.
+enum class Format { text, ndjson, csv, table };
 
 // Whether what would act on a terminal is shown as an escape. `automatic`: where it goes to a terminal.
 enum class Control { automatic, raw, escape };
@@ -33,9 +33,13 @@ struct Options {
     bool audio_only = false;
     bool debug = false;
     bool explain = false;
-    bool catalog = false;  // list the messages that there are, and decode nothing
+    bool catalog = false;            // list the messages that there are, and decode nothing
+    std::optional<std::string> sql;  // a question to all files
+    std::string database;            // where their messages go; empty: nowhere that stays
+    bool append = false;             // what the database holds stays in it
     unsigned jobs = 1;
 
+    bool asks() const noexcept { return sql.has_value() || !database.empty(); }
     bool several_at_once() const noexcept { return jobs > 1 && files.size() > 1; }
 };
 

@@ -16,6 +16,8 @@
 #include <thread>
 
 #include "decode/catalog.hpp"
+#include "tool/ask.hpp"
+#include "tool/formats.hpp"
 #include "tool/output/diagnostics.hpp"
 #include "tool/output/file_outputs.hpp"
 #include "tool/report/catalog.hpp"
@@ -61,7 +63,8 @@ int decode_opened(const std::string& file, const Options& options, const Display
         diagnostics.flush();
         return status_failed;
     }
-    const auto decoder = std::make_unique<TraceDecoder>(file, options, display, out, diagnostics);
+    const auto decoder = std::make_unique<TraceDecoder>(file, make_report(file, options, display, out),
+                                                        options, display, out, diagnostics);
     decoder->decode(descriptor.get());
     if (decoder->unreadable()) return status_failed;
     if (options.selection.any()) return decoder->matched() ? 0 : status_nothing;
@@ -240,8 +243,14 @@ class Jobs {
 
 int run(const Options& options) {
     std::signal(SIGPIPE, SIG_IGN);
+    std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow any more is a write that fails
     const Display shown = display(options);
     if (options.catalog) return list_catalog(options, shown);
+    if (options.asks()) {
+        Output out(STDOUT_FILENO, shown.escapes_output);
+        const int status = ask(options, shown, out);
+        return status_with_output(status, out.error());
+    }
     if (options.several_at_once()) {
         Jobs jobs(options, shown);
         if (jobs.start()) return jobs.finish();

@@ -5,7 +5,6 @@
 #include <utility>
 
 #include "decode/line_texts.hpp"
-#include "tool/formats.hpp"
 
 namespace ztdecode::tool {
 
@@ -35,14 +34,14 @@ TextReport* plain_report(Report& report, const Options& options) {
 
 }  // namespace
 
-TraceDecoder::TraceDecoder(std::string name, const Options& options, const Display& display, Output& out,
-                           Output& diagnostics)
+TraceDecoder::TraceDecoder(std::string name, std::unique_ptr<Report> report, const Options& options,
+                           const Display& display, Output& out, Output& diagnostics)
     : name_(std::move(name)),
       options_(options),
       display_(display),
       out_(out),
       diagnostics_(name_, diagnostics),
-      report_(make_report(name_, options, display, out)),
+      report_(std::move(report)),
       selected_(dynamic_cast<Selected*>(report_.get())),
       plain_(plain_report(*report_, options)),
       trail_(report_->notes().value_or(Trail::What::values)),

@@ -25,12 +25,14 @@ namespace ztdecode::tool {
 class TraceDecoder : private SideChannel {
   public:
     // `name` is what diagnostics call the file.
-    TraceDecoder(std::string name, const Options& options, const Display& display, Output& out,
-                 Output& diagnostics);
+    TraceDecoder(std::string name, std::unique_ptr<Report> report, const Options& options,
+                 const Display& display, Output& out, Output& diagnostics);
 
     // Reads to the end, or until `out` cannot be written any more.
     void decode(int descriptor);
 
+    // Lines, or messages of a binary file.
+    std::uint64_t lines() const noexcept { return number_; }
     bool refused_lines() const noexcept { return refused_; }
     bool unreadable() const noexcept { return unreadable_; }
     // Of a trace of which only some messages are asked for: whether there was one.

@@ -1,8 +1,8 @@
 #!/bin/sh
 # usage: readme.sh COMMAND SOURCE_DIR
-# Runs each "$ ..." line of README.md and docs/records.md, with the "> ..." lines that continue it, and compares what it
-# prints, on both outputs, with the lines below it. Where they end in "...", the output goes on. The lines run beside
-# examples/, with build/release/ztdecode for COMMAND.
+# Runs each "$ ..." line of README.md, docs/records.md and docs/queries.md, with the "> ..." lines that continue it, and
+# compares what it prints, on both outputs, with the lines below it. Where they end in "...", the output goes on. The lines
+# run beside examples/, with build/release/ztdecode for COMMAND.
 set -eu
 
 command=$1
@@ -72,6 +72,7 @@ check() {
     }
 }
 
-check README.md 4
+check README.md 5
 check docs/records.md 6
+check docs/queries.md 22
 exit $status

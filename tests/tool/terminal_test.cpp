@@ -99,6 +99,19 @@ Ended piped(std::vector<std::string> arguments, const std::string& input) {
 // A debug text that sets a window's title.
 constexpr auto title = "000000S 0c 00 18 1b 5d 30 3b 50 57 4e 45 44 07 41\n";
 
+TEST(Terminal, AnAnswerFitsAndNothingOfItActs) {
+    // Eighty columns: the two long ones share what is left.
+    EXPECT_EQ(shown({"--sql",
+                     "select line, hex(zeroblob(30)) as long, char(27) || '[2J' || char(10) as odd, "
+                     "hex(zeroblob(40)) as longer from messages"},
+                    "000001S 03 21 04 03\n"),
+              "line  long                           odd          longer\n"
+              "----  -----------------------------  -----------  ------------------------------\n"
+              "   1  " +
+                  std::string(28, '0') + "…  \\x1b[2J\\x0a  " + std::string(29, '0') + "…\n");
+    EXPECT_EQ(shown({"--format", "csv", "--sql", "select char(27) as odd"}, ""), "odd\r\n\\x1b\r\n");
+}
+
 TEST(Terminal, ATitleInAMessageIsShownAndNotSet) {
     EXPECT_EQ(shown({"--no-input"}, title), "\033[0;32m\tDBG - \\x1b]0;PWNED\\x07A\033[0m\n");
 }

@@ -95,7 +95,7 @@ TEST(Usage, ARefusalSaysWhatThereIs) {
     expect_refused({"--layout", "foo"},
                    "--layout: foo is none of auto, line, lng2, zt, spzt, spzt-lng2, bin1, bin2");
     expect_refused({"--direction", "up"}, "--direction: up is none of from, to");
-    expect_refused({"--format", "json"}, "--format: json is none of text, ndjson");
+    expect_refused({"--format", "json"}, "--format: json is none of text, ndjson, csv, table");
     expect_refused({"--color", "red"}, "--color: red is none of auto, always, never");
     expect_refused({"--control", "on"}, "--control: on is none of auto, raw, escape");
     expect_refused({"--progress", "always"}, "--progress: always is none of auto, never");
@@ -116,7 +116,7 @@ TEST(Usage, ValuesThatAreMissingOrTooMany) {
 
 TEST(Usage, NamesAreExact) {
     expect_refused({"--direction", "TO"}, "--direction: TO is none of from, to");
-    expect_refused({"--format", "NDJSON"}, "--format: NDJSON is none of text, ndjson");
+    expect_refused({"--format", "NDJSON"}, "--format: NDJSON is none of text, ndjson, csv, table");
     expect_refused({"--color", "Never"}, "--color: Never is none of auto, always, never");
 }
 

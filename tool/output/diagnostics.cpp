@@ -7,7 +7,9 @@ namespace ztdecode::tool {
 void complain_of_file(std::string_view name, std::string_view why, Output& out) {
     out.text.add("ztdecode: ");
     out.add_name(name);
-    out.text.print(": {-}\n"_cf, why);
+    out.text.add(": ");
+    out.add_foreign(why);
+    out.text.add("\n");
 }
 
 void Diagnostics::of_line(std::uint64_t number, std::string_view why) {

@@ -11,6 +11,7 @@
 #include "core/data.hpp"
 #include "decode/line_texts.hpp"
 #include "tool/output/control.hpp"
+#include "tool/output/utf8.hpp"
 
 namespace ztdecode::tool {
 
@@ -25,28 +26,6 @@ consteval std::array<bool, 256> plain_characters() {
     return plain;
 }
 constexpr auto plain = plain_characters();
-
-// How many bytes of the beginning are one character in UTF-8: 0 when they are none.
-std::size_t character_length(std::string_view s) {
-    const auto byte = [s](std::size_t k) { return k < s.size() ? static_cast<unsigned char>(s[k]) : 0U; };
-    const auto follows = [&](std::size_t k, unsigned least = 0x80, unsigned most = 0xBF) {
-        return byte(k) >= least && byte(k) <= most;
-    };
-    const unsigned lead = byte(0);
-    if (lead < 0x80) return 1;
-    if (lead >= 0xC2 && lead <= 0xDF) return follows(1) ? 2 : 0;
-    if (lead >= 0xE0 && lead <= 0xEF) {
-        const unsigned least = lead == 0xE0 ? 0xA0 : 0x80;
-        const unsigned most = lead == 0xED ? 0x9F : 0xBF;
-        return follows(1, least, most) && follows(2) ? 3 : 0;
-    }
-    if (lead >= 0xF0 && lead <= 0xF4) {
-        const unsigned least = lead == 0xF0 ? 0x90 : 0x80;
-        const unsigned most = lead == 0xF4 ? 0x8F : 0xBF;
-        return follows(1, least, most) && follows(2) && follows(3) ? 4 : 0;
-    }
-    return 0;
-}
 
 std::uint32_t code_point(std::string_view character) {
     const auto byte = [&](std::size_t k) { return static_cast<unsigned char>(character[k]); };
@@ -116,20 +95,6 @@ char* write_characters(char* at, const char*& from, const char* stop, const char
         from += std::max<std::size_t>(n, 1);
     }
     return at;
-}
-
-void add_string(std::string_view s, bool ascii, Text& out) {
-    constexpr std::size_t most_at_once = 4096;
-    constexpr std::size_t a_little = 16;
-    const char* from = s.data();
-    const char* const end = from + s.size();
-    out.add("\"");
-    while (from != end) {
-        const std::size_t n = std::min<std::size_t>(static_cast<std::size_t>(end - from), most_at_once);
-        char* const at = out.room(longest_escape * (n + a_little));
-        out.written_to(write_characters(at, from, from + n, end, ascii));
-    }
-    out.add("\"");
 }
 
 // What stands in the formats below.
@@ -229,6 +194,20 @@ void PutUnsafe(Stream& stream, char c) { stream.Put(c); }  // NOLINT(readability
 
 }  // namespace
 
+void add_json_string(std::string_view s, bool ascii, Text& out) {
+    constexpr std::size_t most_at_once = 4096;
+    constexpr std::size_t a_little = 16;
+    const char* from = s.data();
+    const char* const end = from + s.size();
+    out.add("\"");
+    while (from != end) {
+        const std::size_t n = std::min<std::size_t>(static_cast<std::size_t>(end - from), most_at_once);
+        char* const at = out.room(longest_escape * (n + a_little));
+        out.written_to(write_characters(at, from, from + n, end, ascii));
+    }
+    out.add("\"");
+}
+
 // RapidJSON's writer knows where a comma stands and what has to be closed. Strings and numbers go out in
 // whole pieces; what is the same in every object goes out at once with the key behind it.
 class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
@@ -278,7 +257,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
             std::string_view(noted.direction == from_dhs ? "from" : "to"), OwnName{noted.link},
             OwnName{noted.name}, Code{noted.code}, status(part.decoded), noted.length,
             Hexadecimal{part.bytes});
-        add_string(record.text(part), ascii_, out_);
+        add_json_string(record.text(part), ascii_, out_);
         out_.add(",\"fields\"");
         fields(record, part);
         if (part.unknown == 0 && part.missing == 0 && noted.segments.empty() && !words) {
@@ -314,7 +293,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
     }
     void string(std::string_view value) {
         Prefix(rapidjson::kStringType);
-        add_string(value, ascii_, out_);
+        add_json_string(value, ascii_, out_);
     }
     static std::string_view status(Decoded decoded) {
         switch (decoded) {
@@ -381,7 +360,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
             case Kind::address:
             case Kind::text:
             case Kind::version:
-                add_string(words, ascii_, out_);
+                add_json_string(words, ascii_, out_);
                 break;
         }
     }
@@ -443,7 +422,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         const NotedMessage& of = record.trail().messages()[message];
         const std::uint32_t origin = part.noted->origin;
         for (const ByteRange& r : ranges) {
-            if (!same_source(record, part, of) || r.first < origin || r.last - origin >= part.bytes.size())
+            if (!record.same_source(part, of) || r.first < origin || r.last - origin >= part.bytes.size())
                 continue;
             StartArray();
             number(r.first - origin);
@@ -452,17 +431,6 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         }
         EndArray();
     }
-    // Whether offsets in the one count in the same bytes as in the other.
-    static bool same_source(const Record& record, const Record::Part& part, const NotedMessage& of) {
-        const auto source = [&](const NotedMessage* m) {
-            while (m->bytes.empty() && m->carrier != NotedMessage::no_message) {
-                m = &record.trail().messages()[m->carrier];
-            }
-            return m;
-        };
-        return source(part.noted) == source(&of);
-    }
-
     void words_of(const Record& record, const Record::Part& part) {
         key("\"words\"");
         StartArray();
@@ -530,7 +498,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
 NdjsonReport::NdjsonReport(std::string_view file, const Options& options, Output& out)
     : options_(options), out_(out), writer_(std::make_unique<Writer>(out.escapes(), out.text)) {
     Text name;
-    add_string(file, out.escapes(), name);
+    add_json_string(file, out.escapes(), name);
     const auto keys = [&](std::string_view kind) {
         return formatted("\"kind\":\"{-}\",\"file\":{-},\"line\""_cf, kind, name.view());
     };

@@ -74,4 +74,8 @@ class FieldsAsJson {
     std::unique_ptr<NdjsonReport::Writer> writer_;
 };
 
+// A string with its quotes and escapes; `ascii`: all characters beyond that are escapes. A byte that is no
+// UTF-8 becomes U+FFFD.
+void add_json_string(std::string_view words, bool ascii, Text& out);
+
 }  // namespace ztdecode::tool

@@ -1,0 +1,58 @@
+#include "tool/select/database_report.hpp"
+
+#include "tool/output/control.hpp"
+
+namespace ztdecode::tool {
+
+namespace {
+
+std::string_view verdict_on(std::string_view line) {
+    const std::size_t first = line.find_first_not_of(" \t\r");
+    if (first == std::string_view::npos) return "blank";
+    return line[first] == '#' ? "comment" : "no_trace_line";
+}
+
+}  // namespace
+
+// Of a line that is too long to be one piece the first piece stands for it.
+void DatabaseReport::other(std::uint64_t number, std::string_view line, bool newline) {
+    if (!in_line_) database_.line(number, verdict_on(line), line);
+    in_line_ = !newline;
+}
+
+void DatabaseReport::begin_line(Line /*line*/) { said_ = false; }
+
+void DatabaseReport::begin_bytes(std::span<const std::uint8_t> /*bytes*/) { said_ = true; }
+
+Text& DatabaseReport::begin_message(const CapturedMessage& /*captured*/) {
+    decoded_.clear();
+    return decoded_;
+}
+
+void DatabaseReport::message(const Said& said) {
+    said_ = true;
+    record_.take(said.trail, said.text, *said.captured.message, said.outcome);
+    database_.message(said.captured, record_);
+}
+
+void DatabaseReport::unfinished(const Said& said, Text& why) {
+    message(said);
+    add_uncoloured(said.text, why);
+}
+
+void DatabaseReport::refused(std::uint64_t number, Line line, const Refusal& refusal) {
+    said_ = true;
+    database_.line(number, "refused", {line.text, line.length}, &refusal);
+}
+
+// A trace line can be without a message: one that announces none.
+void DatabaseReport::end_line(std::uint64_t number, Line line) {
+    if (!said_) database_.line(number, "no_message", {line.text, line.length});
+}
+
+void DatabaseReport::no_memory() {
+    decoded_ = Text();
+    record_ = Record();
+}
+
+}  // namespace ztdecode::tool
