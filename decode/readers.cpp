@@ -174,6 +174,7 @@ void LineReader::begin_body(Line text, bool two_length_bytes, std::uint32_t dire
 
 void LineReader::begin(Line text, LineLayout layout, std::uint32_t direction) noexcept {
     refusal_ = {};
+    place_ = {};
     goes_on_ = padded_ = false;
     changed_ = skipped_ = at_ = 0;
     body_ = text;
@@ -263,11 +264,13 @@ const Message* LineReader::next() {
 const Message* LineReader::next_line() {
     const Line text = body_;
     state_ = State::nothing;
+    place_ = {skipped_, 1, 0};
     if (text.length < 2) return refuse(Refusal::Reason::really_too_short, 0);
     const std::int64_t n = hex_pair(text, 0, row_).value;
     if (n == not_hex || n == 0) return refuse(Refusal::Reason::no_length_byte, 0);
     if (n > 255) return refuse(Refusal::Reason::length_above_256, 0);
     const auto count = static_cast<std::size_t>(n);
+    place_.bytes = count;
     if (text.length < 3 * count + 2)
         return refuse(Refusal::Reason::too_short, text.length, count, fields_behind(text, 3));
     about_to_read(count);
@@ -286,6 +289,7 @@ const Message* LineReader::next_lng2() {
     const std::size_t total = text.length;
     const bool first = !goes_on_;
     goes_on_ = padded_ = false;
+    place_ = {skipped_ + at_, 2, 0};
     if (first && total < 5) return refuse(Refusal::Reason::really_too_short_lng2, 0);
     if (first && total == 5) {
         state_ = State::nothing;
@@ -300,6 +304,7 @@ const Message* LineReader::next_lng2() {
     const std::int64_t n = low + 256 * high;
     if (n == 0) return refuse(Refusal::Reason::no_two_length_bytes, at_);
     const auto count = static_cast<std::uint64_t>(n);
+    place_.bytes = count;
     padded_ = total < 3 * count + 5;
     if (padded_) {
         refusal_ = {Refusal::Reason::none, skipped_ + total, count, fields_behind(text, at_ + 6), total};

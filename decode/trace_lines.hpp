@@ -26,13 +26,22 @@ struct CapturedMessage {
     bool goes_on = false;        // others may stand behind it in its line
     // Its line ends too early, and it was filled up: the figures; null for any other one.
     const Refusal* shortage = nullptr;
+    std::size_t column = 0;            // of its length, from 0 on
+    std::uint64_t left_over = 0;       // words behind it that the length does not count,
+    std::size_t left_over_column = 0;  // from here on
+    std::uint64_t cut_short = 0;       // bytes that its file ends before
 };
+
+// What becomes of a line whose message lacks bytes, or has something else in their place: it is refused, or
+// they are taken as 0xff.
+enum class MissingBytes { refused, padded };
 
 // Takes the lines of a trace one by one and gives their messages. Decodes nothing.
 class TraceReader {
   public:
     // Without a layout each line is read as it looks. `direction`: of layouts that do not say it.
-    TraceReader(std::optional<LineLayout> layout, std::uint32_t direction) noexcept;
+    TraceReader(std::optional<LineLayout> layout, std::uint32_t direction,
+                MissingBytes missing = MissingBytes::refused) noexcept;
 
     // Begins with a line, which stays as it is until it is done.
     LineVerdict begin(Line line, std::uint64_t number) noexcept;
@@ -47,7 +56,7 @@ class TraceReader {
     bool next();
     const CapturedMessage& captured() const noexcept { return captured_; }
     // Behind the last message: why the line is refused, if it is.
-    const Refusal& refusal() const noexcept { return reader_.refusal(); }
+    const Refusal& refusal() const noexcept { return refusal_; }
     // The trace line, without the blanks at its end.
     Line line() const noexcept { return line_; }
 
@@ -59,9 +68,16 @@ class TraceReader {
         return c != 'z' && c != '#' && c != ' ' && c != '\t' && c != '\r';
     }
 
+    bool message_is_whole();
+    void look_behind_message();
+    void refuse_what_is_missing();
+
     std::optional<LineLayout> layout_;
     std::uint32_t direction_;
+    MissingBytes missing_;
     bool plain_lines_;
+    bool given_ = false;  // a message of the line
+    Refusal refusal_;
     LineReader reader_{LineReader::Behind::zeros};
     Line line_{"", 0};
     CapturedMessage captured_;

@@ -59,7 +59,7 @@ Decoded decode(const Options& options, bool color, bool escapes, int descriptor)
         .color = color, .escapes_output = escapes, .escapes_diagnostics = escapes, .progress = false};
     ztdecode::tool::Output out(output.descriptor(), display.escapes_output);
     ztdecode::tool::Output diagnostics(complaints.descriptor(), display.escapes_diagnostics);
-    ztdecode::tool::TraceDecoder decoder("trace", options, display, out, diagnostics);
+    ztdecode::tool::TraceDecoder decoder("trace", options, display, false, out, diagnostics);
     decoder.decode(descriptor);
     expect(!decoder.unreadable(), "the input can be read");
     return {output.content(), complaints.content(), out.error()};

@@ -1,5 +1,6 @@
 #include "tool/formats.hpp"
 
+#include "tool/report/check.hpp"
 #include "tool/report/ndjson.hpp"
 #include "tool/report/text.hpp"
 
@@ -7,6 +8,7 @@ namespace ztdecode::tool {
 
 std::unique_ptr<Report> make_report(std::string_view file, const Options& options, const Display& display,
                                     Output& out) {
+    if (options.check) return std::make_unique<CheckReport>(file, out);
     switch (options.format) {
         case Format::ndjson:
             return std::make_unique<NdjsonReport>(

@@ -144,6 +144,11 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
                "layouts that do not say it")
         ->type_name("WAY")
         ->group("Input");
+    add_switch(app, "--pad", o.pad,
+               "take bytes that a line lacks, or that are no\n"
+               "hexadecimal, as ff: such lines are refused\n"
+               "otherwise")
+        ->group("Input");
     add_choice(app, "--format", o.format, formats,
                "text (default), or ndjson: what every line\n"
                "says as one JSON object, values by name")
@@ -151,6 +156,11 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
         ->group("Output");
     add_switch(app, "--no-input", no_input, "leave the trace lines out")->group("Output");
     add_switch(app, "--audio-only", o.audio_only, "audio messages only")->group("Output");
+    add_switch(app, "--check", o.check,
+               "say for each file what became of its lines\n"
+               "and messages, and nothing else; exit status 0\n"
+               "when all was understood")
+        ->group("Output");
     add_switch(app, "--explain", o.explain, "which bytes each stretch of a text came from")->group("Output");
     add_switch(app, "--debug", o.debug, "what the decoders trace on the side")->group("Output");
     add_switch(app, "--catalog", o.catalog,

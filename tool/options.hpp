@@ -30,6 +30,8 @@ struct Options {
     bool audio_only = false;
     bool debug = false;
     bool explain = false;
+    bool pad = false;      // bytes that a line lacks are 0xff
+    bool check = false;    // say what became of the lines, and nothing else
     bool catalog = false;  // list the messages that there are, and decode nothing
     unsigned jobs = 1;
 

@@ -53,7 +53,9 @@ int decode_opened(const std::string& file, const Options& options, const Display
         diagnostics.flush();
         return status_failed;
     }
-    const auto decoder = std::make_unique<TraceDecoder>(file, options, display, out, diagnostics);
+    const bool others_follow = &file != &options.files.back();
+    const auto decoder =
+        std::make_unique<TraceDecoder>(file, options, display, others_follow, out, diagnostics);
     decoder->decode(descriptor.get());
     if (decoder->unreadable()) return status_failed;
     return decoder->refused_lines() ? status_refused : 0;

@@ -4,7 +4,6 @@
 #include <new>
 #include <utility>
 
-#include "decode/line_texts.hpp"
 #include "tool/formats.hpp"
 
 namespace ztdecode::tool {
@@ -35,17 +34,19 @@ TextReport* plain_report(Report& report, const Options& options) {
 
 }  // namespace
 
-TraceDecoder::TraceDecoder(std::string name, const Options& options, const Display& display, Output& out,
-                           Output& diagnostics)
+TraceDecoder::TraceDecoder(std::string name, const Options& options, const Display& display,
+                           bool others_follow, Output& out, Output& diagnostics)
     : name_(std::move(name)),
       options_(options),
       display_(display),
+      others_follow_(others_follow),
       out_(out),
       diagnostics_(name_, diagnostics),
       report_(make_report(name_, options, display, out)),
       plain_(plain_report(*report_, options)),
       trail_(report_->notes().value_or(Trail::What::values)),
-      reader_(line_layout(options.layout), options.direction) {
+      reader_(line_layout(options.layout), options.direction,
+              options.pad ? MissingBytes::padded : MissingBytes::refused) {
     session_.switches = {.color = display.color && options.format == Format::text,
                          .audio_only = options.audio_only,
                          .debug = options.debug,
@@ -63,6 +64,7 @@ void TraceDecoder::decode(int descriptor) {
         decode_text(input);
     }
     progress_->hide();
+    end();
     out_.flush();
     if (input.error() != 0) {
         unreadable_ = true;
@@ -73,7 +75,8 @@ void TraceDecoder::decode(int descriptor) {
 
 void TraceDecoder::decode_text(Input& input) {
     for (Input::Next next{}; out_.error() == 0 && input.next(next);) {
-        if (!next.piece) ++number_;
+        if (!in_long_line_) ++number_;
+        in_long_line_ = next.piece && !next.newline;
         if (next.piece || !plain_line(next)) text_line(next);
         message_done(input);
     }
@@ -111,12 +114,15 @@ inline void TraceDecoder::plain_text(Line line, const Message& m) {
 }
 
 void TraceDecoder::text_line(const Input::Next& next) {
-    if (!next.piece && reader_.begin(next.line, number_) == LineVerdict::trace_line) {
+    const LineVerdict verdict =
+        next.piece ? LineVerdict::no_trace_line : reader_.begin(next.line, number_);
+    if (verdict == LineVerdict::trace_line) {
         trace_line(next.line);
         return;
     }
-    report_->other(number_, {next.line.text, next.line.length}, next.newline);
-    if (next.piece && next.newline) ++number_;
+    if (!in_long_line_) totals_.count(verdict);
+    if (verdict == LineVerdict::no_trace_line && sample_.wants_more()) sample_.add(next.line);
+    report_->other(number_, {next.line.text, next.line.length}, next.newline || (others_follow_ && !in_long_line_));
 }
 
 void TraceDecoder::trace_line(Line line) {
@@ -126,10 +132,8 @@ void TraceDecoder::trace_line(Line line) {
             if (!message(reader_.captured())) break;
         }
         if (const Refusal& refusal = reader_.refusal(); refusal) {
-            Text why;
-            write_refusal(refusal, reader_.line(), why);
-            refuse(why.view());
-            report_->refused(number_, reader_.line(), refusal);
+            if (sample_.wants_more()) sample_.add(line);
+            refuse(refusal, reader_.line());
         }
         report_->end_line(number_, reader_.line());
     });
@@ -149,8 +153,7 @@ void TraceDecoder::no_memory(Line line) {
     report_->no_memory();
     traced_ = std::string();
     trail_ = Trail(report_->notes().value_or(Trail::What::values));
-    refuse("no memory for this message");
-    report_->refused(number_, line, {.reason = Refusal::Reason::no_memory});
+    refuse({.reason = Refusal::Reason::no_memory}, line);
 }
 
 bool TraceDecoder::message(const CapturedMessage& captured) {
@@ -166,6 +169,7 @@ bool TraceDecoder::message(const CapturedMessage& captured) {
     const Said said{captured, trail_, text.from(begin), outcome};
     if (outcome == Outcome::decoded) {
         report_->message(said);
+        if (captured.left_over > 0) left_over(captured);
     } else {
         unfinished(said);
     }
@@ -176,7 +180,13 @@ bool TraceDecoder::message(const CapturedMessage& captured) {
 void TraceDecoder::unfinished(const Said& said) {
     Text why;
     report_->unfinished(said, why);
-    refuse(why.view());
+    refuse_line(why.view(), said.captured.column);
+}
+
+void TraceDecoder::left_over(const CapturedMessage& captured) {
+    Text words;
+    describe_left_over(captured, reader_.line(), words);
+    diagnostics_.of_line(number_, words.view(), captured.left_over_column + 1);
 }
 
 void TraceDecoder::decode_binary(Input& input) {
@@ -185,19 +195,67 @@ void TraceDecoder::decode_binary(Input& input) {
         const auto head = input.block(width);
         if (head.empty()) return;
         ++number_;
-        const std::size_t length = head[0] + (head.size() == 2 ? 256U * head[1] : 0U);
         const bool whole_head = head.size() == width;
-        const auto bytes = input.block(length);
-        report_->begin_bytes(bytes);
-        with_memory({"", 0}, [&] {
-            Message m(bytes);
-            m.direction = options_.direction;
-            message({.message = &m, .number = number_});
-            report_->end_line(number_, {"", 0});
-        });
-        if (bytes.size() < length || !whole_head) refuse("the file ends inside the message");
+        const std::size_t length = head[0] + (head.size() == 2 ? 256U * head[1] : 0U);
+        const auto bytes = input.block(whole_head ? length : 0);
+        const auto reason = !whole_head || length > 0    ? Refusal::Reason::file_ends
+                            : width == 1                 ? Refusal::Reason::no_length_byte
+                                                         : Refusal::Reason::no_two_length_bytes;
+        binary_message(bytes, {.reason = bytes.size() < length || length == 0 || !whole_head
+                                             ? reason
+                                             : Refusal::Reason::none,
+                               .column = width + bytes.size(),
+                               .expected = length,
+                               .found = bytes.size()});
         message_done(input);
     }
+}
+
+// `cut`: what the file's end takes off the message, if it does. A length with nothing behind it is no
+// message.
+void TraceDecoder::binary_message(std::span<const std::uint8_t> bytes, const Refusal& cut) {
+    report_->begin_bytes(bytes);
+    with_memory({"", 0}, [&] {
+        if (!bytes.empty()) {
+            Message m(bytes);
+            m.direction = options_.direction;
+            message({.message = &m, .number = number_, .cut_short = cut.expected - cut.found});
+            if (cut) cut_short(cut);
+        } else {
+            refuse(cut, {"", 0});
+        }
+        report_->end_line(number_, {"", 0});
+    });
+}
+
+void TraceDecoder::cut_short(const Refusal& cut) {
+    Text words;
+    describe(cut, {"", 0}, words);
+    diagnostics_.of_line(number_, words.view(), cut.column + 1);
+    wanting_ = true;
+}
+
+// What the whole trace was.
+void TraceDecoder::end() {
+    totals_.lines = number_;
+    const Reassembly& series = *session_.digital.reassembly;
+    const CutSeries cut{series.last_place, static_cast<std::uint64_t>(series.segments), series.to_come};
+    const bool is_cut = series.to_come > 0;
+    if (is_cut) {
+        Text words;
+        describe(cut, words);
+        diagnostics_.of_line(cut.last_segment, words.view(), 1);
+    }
+    if (!report_->end(totals_, is_cut ? &cut : nullptr)) wanting_ = true;
+    if (!sample_.empty() && totals_.with_messages() == 0) no_message();
+}
+
+// Lines that are refused are named already.
+void TraceDecoder::no_message() {
+    Text words;
+    const bool readable = sample_.describe(options_, words);
+    if (readable || totals_.no_trace_line > 0 || options_.layout != Layout::recognised)
+        diagnostics_.of_file(words.view());
 }
 
 void TraceDecoder::complaints_go_out() {
@@ -224,9 +282,16 @@ void TraceDecoder::standard_error(std::string_view text) {
     if (!text.empty()) diagnostics_.of_line(number_, text);
 }
 
-void TraceDecoder::refuse(std::string_view why) {
-    refused_ = true;
-    diagnostics_.of_line(number_, why);
+void TraceDecoder::refuse(const Refusal& refusal, Line line) {
+    Text why;
+    describe(refusal, line, why);
+    refuse_line(why.view(), refusal.column);
+    report_->refused(number_, line, refusal);
+}
+
+void TraceDecoder::refuse_line(std::string_view why, std::size_t column) {
+    ++totals_.refused;
+    diagnostics_.of_line(number_, why, column + 1);
 }
 
 }  // namespace ztdecode::tool

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,7 @@
 #include "tool/output/output.hpp"
 #include "tool/progress.hpp"
 #include "tool/report/text.hpp"
+#include "tool/sample.hpp"
 
 namespace ztdecode::tool {
 
@@ -24,18 +26,25 @@ namespace ztdecode::tool {
 class TraceDecoder : private SideChannel {
   public:
     // `name` is what diagnostics call the file.
-    TraceDecoder(std::string name, const Options& options, const Display& display, Output& out,
-                 Output& diagnostics);
+    // `others_follow`: what this one prints is not the end of the output.
+    TraceDecoder(std::string name, const Options& options, const Display& display, bool others_follow,
+                 Output& out, Output& diagnostics);
 
     // Reads to the end, or until `out` cannot be written any more.
     void decode(int descriptor);
 
-    bool refused_lines() const noexcept { return refused_; }
+    // Whether a line was refused, or the report is not content.
+    bool refused_lines() const noexcept { return totals_.refused > 0 || wanting_; }
     bool unreadable() const noexcept { return unreadable_; }
 
   private:
     void decode_text(Input& input);
     void decode_binary(Input& input);
+    void binary_message(std::span<const std::uint8_t> bytes, const Refusal& cut);
+    void cut_short(const Refusal& cut);
+    void left_over(const CapturedMessage& captured);
+    void end();
+    void no_message();
 
     bool plain_line(const Input::Next& next);
     void plain_text(Line line, const Message& m);
@@ -52,13 +61,17 @@ class TraceDecoder : private SideChannel {
     void standard_output(std::string_view text) override;
     void standard_error(std::string_view text) override;
 
-    void refuse(std::string_view why);
+    std::uint64_t place() const override { return number_; }
+
+    void refuse(const Refusal& refusal, Line line);
+    void refuse_line(std::string_view why, std::size_t column);
     void complaints_go_out();
     void message_done(const Input& input);
 
     std::string name_;
     const Options& options_;
     const Display& display_;
+    bool others_follow_;
     Output& out_;
     Diagnostics diagnostics_;
     std::unique_ptr<Report> report_;
@@ -69,7 +82,10 @@ class TraceDecoder : private SideChannel {
     std::optional<Progress> progress_;
     std::string traced_;        // side output of the message that is being decoded
     std::uint64_t number_ = 0;  // of the line, or of the message in a binary file
-    bool refused_ = false;
+    bool in_long_line_ = false;
+    LineTotals totals_;  // but for the lines themselves
+    Sample sample_;      // of lines without a message, until there is one
+    bool wanting_ = false;
     bool unreadable_ = false;
 };
 

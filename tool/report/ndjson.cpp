@@ -618,6 +618,8 @@ void NdjsonReport::message(const Said& said) {
     if (const Refusal* shortage = said.captured.shortage; shortage != nullptr) {
         writer_->add("\"padded\"", shortage->expected - shortage->found);
     }
+    if (said.captured.left_over > 0) writer_->add("\"left_over\"", said.captured.left_over);
+    if (said.captured.cut_short > 0) writer_->add("\"cut_short\"", said.captured.cut_short);
     writer_->end();
 }
 

@@ -37,6 +37,7 @@ class NdjsonReport final : public Report {
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t besides) override;
     void no_memory() override;
+    bool end(const LineTotals& /*totals*/, const CutSeries* /*cut*/) override { return true; }
 
   private:
     class Writer;

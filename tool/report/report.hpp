@@ -10,6 +10,7 @@
 #include "core/text.hpp"
 #include "core/trail.hpp"
 #include "decode/trace_lines.hpp"
+#include "tool/report/verdicts.hpp"
 
 namespace ztdecode::tool {
 
@@ -56,6 +57,10 @@ class Report {
     virtual bool let_out(std::size_t besides) = 0;
     // There is no memory for the message: what was written of it is taken back, and the memory given back.
     virtual void no_memory() = 0;
+
+    // The trace is done: what became of its lines, and the segments that its end cuts, if it does. False when
+    // the report asks for more than it got.
+    virtual bool end(const LineTotals& totals, const CutSeries* cut) = 0;
 };
 
 }  // namespace ztdecode::tool

@@ -43,7 +43,7 @@ void TextReport::begin_line(Line line) {
 void TextReport::begin_bytes(std::span<const std::uint8_t> bytes) {
     Text& out = out_.text;
     const std::size_t begin = out.size();
-    if (options_.lines) {
+    if (options_.lines && !bytes.empty()) {
         out.print("zt {-:02x} {-:02x}"_cf, bytes.size() & 0xFF, bytes.size() >> 8);
         for (const std::uint8_t byte : bytes) {
             out.add(" ");

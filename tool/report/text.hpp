@@ -43,6 +43,7 @@ class TextReport final : public Report {
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t besides) override;
     void no_memory() override;
+    bool end(const LineTotals& /*totals*/, const CutSeries* /*cut*/) override { return true; }
 
   private:
     void begin_text(std::size_t begin);
