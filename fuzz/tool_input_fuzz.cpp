@@ -33,7 +33,7 @@ std::size_t block_size(std::uint8_t how) { return std::size_t{how} * how * (how 
 
 class Reading {
   public:
-    explicit Reading(int descriptor) : input_(descriptor, [] {}) {}
+    explicit Reading(int descriptor) : source_(descriptor), input_(source_, [] {}) {}
 
     bool line() {
         Input::Next next{};
@@ -54,6 +54,7 @@ class Reading {
     const Input& input() const { return input_; }
 
   private:
+    ztdecode::tool::DescriptorSource source_;
     Input input_;
     std::string all_;
 };
@@ -73,7 +74,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     expect(!reading.line(), "the end stays the end");
     expect(reading.all() == content, "what went in comes out");
-    expect(reading.input().error() == 0 && reading.input().bytes_read() == content.size(),
+    expect(reading.input().error().empty() && reading.input().bytes_read() == content.size(),
            "all of it is read");
     return 0;
 }

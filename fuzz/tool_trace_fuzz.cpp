@@ -60,7 +60,8 @@ Decoded decode(const Options& options, bool color, bool escapes, int descriptor)
     ztdecode::tool::Output out(output.descriptor(), display.escapes_output);
     ztdecode::tool::Output diagnostics(complaints.descriptor(), display.escapes_diagnostics);
     ztdecode::tool::TraceDecoder decoder("trace", options, display, false, out, diagnostics);
-    decoder.decode(descriptor);
+    ztdecode::tool::DescriptorSource source(descriptor);
+    decoder.decode(source, descriptor);
     expect(!decoder.unreadable(), "the input can be read");
     return {output.content(), complaints.content(), out.error()};
 }

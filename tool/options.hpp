@@ -9,6 +9,7 @@ namespace ztdecode::tool {
 
 // How the messages of a file are written. `recognised` tells the layouts of text apart line by line.
 enum class Layout { recognised, line, line_lng2, tagged, spzt, spzt_lng2, bin1, bin2 };
+constexpr bool is_binary(Layout layout) { return layout == Layout::bin1 || layout == Layout::bin2; }
 
 enum class Color { automatic, always, never };
 

@@ -16,6 +16,7 @@
 #include <thread>
 
 #include "decode/catalog.hpp"
+#include "tool/input/traces.hpp"
 #include "tool/output/diagnostics.hpp"
 #include "tool/output/file_outputs.hpp"
 #include "tool/report/catalog.hpp"
@@ -53,12 +54,22 @@ int decode_opened(const std::string& file, const Options& options, const Display
         diagnostics.flush();
         return status_failed;
     }
-    const bool others_follow = &file != &options.files.back();
-    const auto decoder =
-        std::make_unique<TraceDecoder>(file, options, display, others_follow, out, diagnostics);
-    decoder->decode(descriptor.get());
-    if (decoder->unreadable()) return status_failed;
-    return decoder->refused_lines() ? status_refused : 0;
+    int status = 0;
+    const auto decode_trace = [&](const std::string& name, bool packed, Source& source) {
+        const bool others_follow = packed || &file != &options.files.back();
+        const auto decoder =
+            std::make_unique<TraceDecoder>(name, options, display, others_follow, out, diagnostics);
+        decoder->decode(source, packed ? -1 : descriptor.get());
+        const int refused = decoder->refused_lines() ? status_refused : 0;
+        status = std::max(status, decoder->unreadable() ? status_failed : refused);
+    };
+    DescriptorSource source(descriptor.get());
+    if (source.may_wait()) out.flush();
+    const Damage damage = each_trace(file, source, !is_binary(options.layout), decode_trace);
+    if (damage.why.empty()) return status;
+    complain_of_file(damage.name, damage.why, diagnostics);
+    diagnostics.flush();
+    return status_failed;
 }
 
 int decode_file(const std::string& file, const Options& options, const Display& display, Output& out,

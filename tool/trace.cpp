@@ -1,6 +1,5 @@
 #include "tool/trace.hpp"
 
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -55,10 +54,10 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
     if (report_->notes()) session_.trail = &trail_;
 }
 
-void TraceDecoder::decode(int descriptor) {
-    Input input(descriptor, [this] { out_.flush(); });
+void TraceDecoder::decode(Source& source, int descriptor) {
+    Input input(source, [this] { out_.flush(); });
     progress_.emplace(name_, descriptor, display_.progress);
-    if (options_.layout == Layout::bin1 || options_.layout == Layout::bin2) {
+    if (is_binary(options_.layout)) {
         decode_binary(input);
     } else {
         decode_text(input);
@@ -66,17 +65,20 @@ void TraceDecoder::decode(int descriptor) {
     progress_->hide();
     end();
     out_.flush();
-    if (input.error() != 0) {
+    if (!input.error().empty()) {
         unreadable_ = true;
-        diagnostics_.of_file(std::strerror(input.error()));
+        if (number_ == 0) {
+            diagnostics_.of_file(input.error());
+        } else {
+            diagnostics_.of_line(number_, input.error());
+        }
     }
     diagnostics_.flush();
 }
 
 void TraceDecoder::decode_text(Input& input) {
     for (Input::Next next{}; out_.error() == 0 && input.next(next);) {
-        if (!in_long_line_) ++number_;
-        in_long_line_ = next.piece && !next.newline;
+        if (!next.piece) ++number_;
         if (next.piece || !plain_line(next)) text_line(next);
         message_done(input);
     }
@@ -85,7 +87,7 @@ void TraceDecoder::decode_text(Input& input) {
 inline bool TraceDecoder::plain_line(const Input::Next& next) {
     const Message* const m = reader_.plain(next.line);
     if (m == nullptr) return false;
-    if (plain_ != nullptr && next.newline) {
+    if (plain_ != nullptr && next.line.text[next.line.length] == '\n') {
         plain_text(next.line, *m);
         return true;
     }
@@ -120,7 +122,9 @@ void TraceDecoder::text_line(const Input::Next& next) {
         trace_line(next.line);
         return;
     }
+    if (next.piece && !in_long_line_) ++number_;
     if (!in_long_line_) totals_.count(verdict);
+    in_long_line_ = next.piece && !next.newline;
     if (verdict == LineVerdict::no_trace_line && sample_.wants_more()) sample_.add(next.line);
     report_->other(number_, {next.line.text, next.line.length}, next.newline || (others_follow_ && !in_long_line_));
 }

@@ -30,8 +30,9 @@ class TraceDecoder : private SideChannel {
     TraceDecoder(std::string name, const Options& options, const Display& display, bool others_follow,
                  Output& out, Output& diagnostics);
 
-    // Reads to the end, or until `out` cannot be written any more.
-    void decode(int descriptor);
+    // Reads to the end, or until `out` cannot be written any more. `descriptor`: of the file that the source
+    // is, -1 when it is a part of one.
+    void decode(Source& source, int descriptor);
 
     // Whether a line was refused, or the report is not content.
     bool refused_lines() const noexcept { return totals_.refused > 0 || wanting_; }

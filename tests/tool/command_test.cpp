@@ -78,8 +78,8 @@ TEST(Command, PassesOtherLinesThroughAsTheyAre) {
     }
 }
 
-TEST(Command, KeepsCarriageReturnsOfTheTrace) {
-    EXPECT_EQ(ztdecode({}, "000007S 01 2a\r\n").output, "000007S 01 2a\r\n\t- version inquiry\n");
+TEST(Command, KeepsLineEndsOfTheTrace) {
+    EXPECT_EQ(ztdecode({}, "000007S 01 2a\r\n").output, "000007S 01 2a\r\n\t- version inquiry\r\n");
 }
 
 TEST(Command, LastLineWithoutNewline) {

@@ -193,7 +193,7 @@ TEST_F(Limits, AWorkerWithoutMemoryReportsItsFileAndTheOthersGoOn) {
 
 TEST_F(Limits, AFileWithoutMemoryIsNamed) {
     // Half a megabyte before its newline: the room for the line has to grow, and so has that for the output.
-    const TemporaryFile longer(std::string(std::size_t{512} * 1024, 'a') + "\n");
+    const TemporaryFile longer(std::string(std::size_t{512} * 1024, 'a') + "\n000001S 02 21 07\n");
     const TemporaryFile other("000001S 02 21 07\n");
     int named = 0;
     for (int kib = 3800; kib < 8000; kib += 50) {

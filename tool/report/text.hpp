@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "tool/output/output.hpp"
 #include "tool/report/report.hpp"
@@ -49,10 +50,12 @@ class TextReport final : public Report {
     void begin_text(std::size_t begin);
     void present(const Said& said);
     void put_traces_above_text();
+    void use_line_end();
 
     Options options_;
     Output& out_;
     bool presents_;            // texts go out in another form than they are decoded in
+    std::string_view line_end_ = "\n";
     std::size_t begin_ = 0;    // of the line in the output
     std::size_t text_ = 0;     // of its text
     bool partly_out_ = false;  // text of the line has gone out
