@@ -13,12 +13,20 @@ set_source_files_properties(
     ${PROJECT_SOURCE_DIR}/tool/trace.cpp
     PROPERTIES COMPILE_OPTIONS "${ZTDECODE_HOT_OPTIONS}")
 
+# Inside the command as the C++ runtime is: two copies of that, its own and that of a shared RE2, would not do.
+find_library(ZTDECODE_RE2 libre2.a)
+if(NOT ZTDECODE_RE2 OR CMAKE_SIZEOF_VOID_P EQUAL 4)
+    message(STATUS "The command is not built: there is no RE2 for it")
+    return()
+endif()
+find_package(Threads REQUIRED)
+
 add_executable(ztdecode_tool ${tool_main})
 set_target_properties(ztdecode_tool PROPERTIES OUTPUT_NAME ztdecode)
 target_link_libraries(ztdecode_tool PRIVATE ztdecode_core)
 if(tool_sources)
     add_library(ztdecode_tool_parts STATIC ${tool_sources})
-    target_link_libraries(ztdecode_tool_parts PUBLIC ztdecode_core)
+    target_link_libraries(ztdecode_tool_parts PUBLIC ztdecode_core ${ZTDECODE_RE2} Threads::Threads)
     target_compile_definitions(ztdecode_tool_parts PRIVATE ZTDECODE_VERSION="${PROJECT_VERSION}")
     target_link_libraries(ztdecode_tool PRIVATE ztdecode_tool_parts)
 endif()

@@ -57,9 +57,11 @@ bool has_digits(Line line, std::size_t at) {
     return at + 2 <= line.length && hex(line.text[at]) && hex(line.text[at + 1]);
 }
 
-// Two digits, and none behind them.
+bool in_word(char c) { return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z'); }
+
+// Two digits, and behind them nothing that goes on with the word.
 bool is_byte(Line line, std::size_t at) {
-    return has_digits(line, at) && (at + 2 == line.length || !hex(line.text[at + 2]));
+    return has_digits(line, at) && (at + 2 == line.length || !in_word(line.text[at + 2]));
 }
 
 // How many bytes stand one behind the other from this column on, up to n.
@@ -68,6 +70,8 @@ std::uint64_t bytes_from(Line line, std::size_t column, std::uint64_t n) {
     while (count < n && is_byte(line, column + 3 * count)) ++count;
     return count;
 }
+
+Line from_column(Line line, std::size_t column) { return {line.text + column, line.length - column}; }
 
 std::uint64_t words_from(Line line, std::size_t column) {
     std::uint64_t words = 0;
@@ -96,25 +100,114 @@ TraceReader::TraceReader(std::optional<LineLayout> layout, std::uint32_t directi
       missing_(missing),
       plain_lines_(!layout || layout == LineLayout::spzt) {}
 
-LineVerdict TraceReader::begin(Line line, std::uint64_t number) noexcept {
+LineVerdict TraceReader::begin(Line line, std::uint64_t number) {
     const char* const end = line.text + line.length;
     const char* const first = std::find_if_not(line.text, end, blank);
     if (first == end) return LineVerdict::blank;
     if (*first == '#') return LineVerdict::comment;
-    const std::optional<LineLayout> layout = layout_ ? layout_ : layout_of(recognise(line));
+    const std::optional<LineLayout> layout = layout_ ? layout_ : layout_of(find_line(line));
     if (!layout) return LineVerdict::no_trace_line;
-    line_ = without_trailing_blanks(line);
-    captured_ = {.number = number, .has_columns = has_column(*layout) && has_sr_column(line_)};
-    if (captured_.has_columns) captured_.columns = {line.text, 6};
-    reader_.begin(line_, *layout, direction_);
+    if (layout_) find_line(line);
+    captured_ = {.number = number,
+                 .has_columns = has_column(*layout) && has_sr_column(line_),
+                 .prefix = prefix_.text,
+                 .time = prefix_.time,
+                 .terminal = prefix_.terminal};
+    if (captured_.has_columns) captured_.columns = {line_.text, 6};
+    if (captured_.has_columns && columns_are_time_) captured_.time = captured_.columns;
+    reader_.begin(line_, *layout, prefix_.direction.value_or(direction_));
     given_ = false;
     refusal_ = {};
     return LineVerdict::trace_line;
 }
 
-void TraceReader::begin_plain(Line line, std::uint64_t number, const Message& m) noexcept {
+// Of the layout that is asked for, if one is.
+LineKind TraceReader::wanted(LineKind kind) const noexcept {
+    if (!layout_) return kind;
+    const LineKind asked = has_column(*layout_)             ? LineKind::spzt
+                           : *layout_ == LineLayout::tagged ? LineKind::tagged
+                                                            : LineKind::bare;
+    return kind == asked ? kind : LineKind::none;
+}
+
+// Sets what is read of the line: all of it, what stands behind a prefix, or one of them in the usual
+// spelling.
+LineKind TraceReader::find_line(Line line) {
+    whole_line_ = line_ = without_trailing_blanks(line);
+    is_spelled_ = false;
+    prefix_ = {};
+    if (finder_ != nullptr) return find_behind_prefix(line_);
+    if (const LineKind kind = spell(line_, 0); kind != LineKind::none) return kind;
+    const LineKind kind = wanted(recognise(line_));
+    return kind != LineKind::none ? kind : find_behind_prefix(line_);
+}
+
+LineKind TraceReader::spell(Line line, std::size_t from) {
+    const std::string_view rest(line.text + from, line.length - from);
+    if (!spelled_.take(rest)) return LineKind::none;
+    const Line usual{spelled_.text().data(), spelled_.text().size()};
+    const LineKind kind = wanted(recognise(usual));
+    if (kind == LineKind::none) return kind;
+    is_spelled_ = true;
+    line_ = usual;
+    return kind;
+}
+
+// Words of a log that look like bytes are none of a message unless they are one: "08:42:01 10 20 calls".
+LineKind TraceReader::find_behind_prefix(Line line) {
+    LinePrefix prefix;
+    while (find_prefix(line, prefix)) {
+        const Line rest = from_column(line, prefix.length);
+        LineKind kind = spell(line, prefix.length);
+        if (kind == LineKind::none) {
+            line_ = rest;
+            kind = wanted(recognise(rest));
+        }
+        const std::uint64_t words = kind == LineKind::bare ? words_from(line_, 0) : 0;
+        if (kind != LineKind::none && bytes_from(line_, 0, words) == words) {
+            prefix_ = prefix;
+            return kind;
+        }
+        if (finder_ != nullptr) break;
+    }
     line_ = line;
-    captured_ = {.message = &m, .number = number, .columns = {line.text, 6}, .has_columns = true, .column = 8};
+    is_spelled_ = false;
+    return finder_ != nullptr ? wanted(recognise(line_)) : LineKind::none;
+}
+
+// Each call adds a piece to the prefix.
+bool TraceReader::find_prefix(Line line, LinePrefix& prefix) const {
+    const std::string_view words(line.text, line.length);
+    if (finder_ != nullptr) return finder_->find(words, prefix);
+    std::size_t at = prefix.length;
+    while (at < words.size() && blank(words[at])) ++at;
+    PrefixPiece piece;
+    if (!find_prefix_piece(words.substr(at), piece)) return false;
+    if (prefix.time.empty()) prefix.time = piece.time;
+    const std::size_t end = at + piece.length;
+    if (piece.time.size() < piece.length - (words[at] == '[' ? 2 : 0)) {
+        const std::size_t begin = at + (words[at] == '[' ? 0 : piece.time.size());
+        prefix.terminal = words.substr(begin, end - begin);
+        while (!prefix.terminal.empty() && blank(prefix.terminal.front())) prefix.terminal.remove_prefix(1);
+    }
+    const std::size_t begin =
+        prefix.length == 0 ? at : static_cast<std::size_t>(prefix.text.data() - words.data());
+    prefix.length = end;
+    while (prefix.length < words.size() &&
+           (blank(words[prefix.length]) || words[prefix.length] == ':' || words[prefix.length] == '|' ||
+            words[prefix.length] == ',' || words[prefix.length] == ';'))
+        ++prefix.length;
+    prefix.text = words.substr(begin, end - begin);
+    return true;
+}
+
+void TraceReader::begin_plain(Line line, std::uint64_t number, const Message& m) noexcept {
+    whole_line_ = line_ = line;
+    is_spelled_ = false;
+    prefix_ = {};
+    captured_ = {
+        .message = &m, .number = number, .columns = {line.text, 6}, .has_columns = true, .column = 8};
+    if (columns_are_time_) captured_.time = captured_.columns;
     refusal_ = {};
 }
 

@@ -12,7 +12,11 @@ std::unique_ptr<Report> make_report(std::string_view file, const Options& option
     switch (options.format) {
         case Format::ndjson:
             return std::make_unique<NdjsonReport>(
-                file, NdjsonReport::Options{.words = options.explain, .only_texts = options.audio_only}, out);
+                file,
+                NdjsonReport::Options{.words = options.explain,
+                                      .column_numbers = options.columns == Columns::number,
+                                      .only_texts = options.audio_only},
+                out);
         case Format::text:
             break;
     }

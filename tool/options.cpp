@@ -1,6 +1,7 @@
 #include "tool/options.hpp"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -11,6 +12,7 @@
 
 #include "core/message.hpp"
 #include "tool/display.hpp"
+#include "tool/input/prefix_pattern.hpp"
 #include "tool/output/output.hpp"
 
 namespace ztdecode::tool {
@@ -44,6 +46,17 @@ constexpr auto colors = std::to_array<Named<Color>>(
     {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}});
 constexpr auto controls = std::to_array<Named<Control>>(
     {{"auto", Control::automatic}, {"raw", Control::raw}, {"escape", Control::escape}});
+constexpr auto columns = std::to_array<Named<Columns>>({{"text", Columns::text},
+                                                        {"number", Columns::number},
+                                                        {"ms", Columns::milliseconds},
+                                                        {"s", Columns::seconds}});
+constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none},
+                                                        {"relative", TimeShown::relative},
+                                                        {"delta", TimeShown::delta},
+                                                        {"absolute", TimeShown::absolute}});
+constexpr auto terminals = std::to_array<Named<Terminal>>(
+    {{"none", Terminal::none}, {"columns", Terminal::columns}, {"prefix", Terminal::prefix}});
+constexpr auto joins = std::to_array<Named<Join>>({{"order", Join::as_given}, {"name", Join::by_name}});
 constexpr auto progresses = std::to_array<Named<bool>>({{"auto", true}, {"never", false}});
 
 constexpr auto description = "Readable texts for the messages in traces of telephone terminal signalling.\n";
@@ -127,11 +140,36 @@ void add_jobs(CLI::App& app, unsigned& jobs, const std::string& help) {
     app.add_option_function<std::string>(option, choose, help)->take_last()->type_name("N")->group("Work");
 }
 
+void add_prefix(CLI::App& app, std::shared_ptr<const PrefixFinder>& prefix, const std::string& help) {
+    const std::string option = "--prefix";
+    auto choose = [&prefix, option](const std::string& word) {
+        std::string why;
+        prefix = prefix_pattern(word, why);
+        if (prefix == nullptr) throw CLI::ValidationError(option, why);
+    };
+    app.add_option_function<std::string>(option, choose, help)
+        ->take_last()
+        ->type_name("REGEX")
+        ->group("Input");
+}
+
+void add_join(CLI::App& app, std::string& join, const std::string& help) {
+    app.add_flag("--join{order}", join, help)->take_last()->group("Input");
+}
+
+Join join_of(const std::string& word) {
+    if (word.empty()) return Join::none;
+    for (const auto& [name, value] : joins) {
+        if (name == word) return value;
+    }
+    throw CLI::ValidationError("--join", word + " is none of " + listed<Join>(joins));
+}
+
 CLI::Option* add_switch(CLI::App& app, const std::string& option, bool& on, const std::string& help) {
     return app.add_flag(option, on, help)->take_last()->disable_flag_override();
 }
 
-void add_options(CLI::App& app, Options& o, bool& no_input) {
+void add_options(CLI::App& app, Options& o, bool& no_input, std::string& join) {
     app.add_option("FILE", o.files, "trace files; - or none: standard input")->type_name("");
     add_choice(app, "--layout", o.layout, layouts,
                "how the messages are written: auto (as each\n"
@@ -144,6 +182,29 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
                "layouts that do not say it")
         ->type_name("WAY")
         ->group("Input");
+    add_prefix(app, o.prefix,
+               "what logs write in front of the messages,\n"
+               "where it is no time and no [words]; groups\n"
+               "(?P<time>...), terminal and direction");
+    add_choice(app, "--columns", o.columns, columns,
+               "what the six characters in front of S or R\n"
+               "are: text (default), number, or a time in ms\n"
+               "or s")
+        ->type_name("WHAT")
+        ->group("Input");
+    add_choice(app, "--terminal", o.terminal, terminals,
+               "what tells terminals apart, so that messages\n"
+               "of one teach nothing for another: none\n"
+               "(default), columns or prefix")
+        ->type_name("BY")
+        ->group("Input");
+    add_join(app, join,
+             "the files are one trace, in their order or\n"
+             "with --join=name by their names");
+    add_switch(app, "--follow", o.follow,
+               "go on as the file grows, is truncated, or is\n"
+               "made anew; ends with Ctrl-C and the totals")
+        ->group("Input");
     add_switch(app, "--pad", o.pad,
                "take bytes that a line lacks, or that are no\n"
                "hexadecimal, as ff: such lines are refused\n"
@@ -155,6 +216,12 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
         ->type_name("FORMAT")
         ->group("Output");
     add_switch(app, "--no-input", no_input, "leave the trace lines out")->group("Output");
+    add_choice(app, "--time", o.time, times,
+               "times of the trace in front of its lines:\n"
+               "none (default), relative (to the first),\n"
+               "delta (to the last one) or absolute")
+        ->type_name("WHICH")
+        ->group("Output");
     add_switch(app, "--audio-only", o.audio_only, "audio messages only")->group("Output");
     add_switch(app, "--check", o.check,
                "say for each file what became of its lines\n"
@@ -222,9 +289,11 @@ Arguments parse_arguments(int argc, char** argv) {
     layout->column_width(22);
     layout->label("Positionals", "Files");
     app.formatter(layout);
-    add_options(app, o, no_input);
+    std::string join;
+    add_options(app, o, no_input, join);
     try {
         app.parse(argc, argv);
+        o.join = join_of(join);
     } catch (const CLI::CallForHelp&) {
         return {std::nullopt, say(app.help())};
     } catch (const CLI::CallForVersion& version) {
@@ -241,6 +310,11 @@ Arguments parse_arguments(int argc, char** argv) {
         say_what_is_wrong("--catalog: reads no file, " + o.files.front() + " is one too many");
         return {std::nullopt, status_failed};
     }
+    if (o.follow && o.files.size() > 1) {
+        say_what_is_wrong("--follow: one file, " + o.files[1] + " is one too many");
+        return {std::nullopt, status_failed};
+    }
+    if (o.join == Join::by_name) std::sort(o.files.begin(), o.files.end());
     if (o.files.empty()) o.files.emplace_back("-");
     return {std::move(o), 0};
 }

@@ -51,7 +51,8 @@ std::string_view option_for(const std::vector<std::string>& lines) {
     for (const Way& way : ways) {
         if (count([&](const std::string& line) { return reads(way, line); }) >= half) return way.option;
     }
-    if (count(has_prefix) >= half) return "--prefix, with a pattern for what stands in front of the messages,";
+    if (count(has_prefix) >= half)
+        return "--prefix, with a pattern for what stands in front of the messages,";
     if (count(is_binary) > 0) return "--layout bin1 or bin2, if this is a binary trace,";
     return {};
 }

@@ -28,13 +28,15 @@ std::optional<LineLayout> line_layout(Layout layout) {
 
 TextReport* plain_report(Report& report, const Options& options) {
     auto* const texts = dynamic_cast<TextReport*>(&report);
-    return texts != nullptr && texts->plain() && !options.debug ? texts : nullptr;
+    const bool one_session = options.terminal == Terminal::none;
+    const bool plain = !options.debug && one_session && options.time == TimeShown::none;
+    return texts != nullptr && texts->plain() && plain ? texts : nullptr;
 }
 
 }  // namespace
 
 TraceDecoder::TraceDecoder(std::string name, const Options& options, const Display& display,
-                           bool others_follow, Output& out, Output& diagnostics)
+                           bool others_follow, Sessions& sessions, Output& out, Output& diagnostics)
     : name_(std::move(name)),
       options_(options),
       display_(display),
@@ -43,15 +45,32 @@ TraceDecoder::TraceDecoder(std::string name, const Options& options, const Displ
       diagnostics_(name_, diagnostics),
       report_(make_report(name_, options, display, out)),
       plain_(plain_report(*report_, options)),
+      sessions_(sessions),
+      session_(&sessions.main()),
       trail_(report_->notes().value_or(Trail::What::values)),
       reader_(line_layout(options.layout), options.direction,
               options.pad ? MissingBytes::padded : MissingBytes::refused) {
-    session_.switches = {.color = display.color && options.format == Format::text,
-                         .audio_only = options.audio_only,
-                         .debug = options.debug,
-                         .color_escape = '\0'};
-    session_.side = this;
-    if (report_->notes()) session_.trail = &trail_;
+    sessions.each([this](Session& session) { begin_session(session); });
+    reader_.use(options.prefix.get());
+    if (options.columns == Columns::seconds || options.columns == Columns::milliseconds)
+        reader_.columns_are_time();
+    if (options.time != TimeShown::none) times_.emplace(options.time, options.columns);
+}
+
+void TraceDecoder::begin_session(Session& session) {
+    session.switches = {.color = display_.color && options_.format == Format::text,
+                        .audio_only = options_.audio_only,
+                        .debug = options_.debug,
+                        .color_escape = '\0'};
+    session.side = this;
+    session.trail = report_->notes() ? &trail_ : nullptr;
+}
+
+Session& TraceDecoder::session_of(const CapturedMessage& captured) {
+    if (options_.terminal == Terminal::none) return sessions_.main();
+    const std::string_view name =
+        options_.terminal == Terminal::columns ? captured.columns : captured.terminal;
+    return sessions_.of_terminal(name, [this](Session& session) { begin_session(session); });
 }
 
 void TraceDecoder::decode(Source& source, int descriptor) {
@@ -92,7 +111,7 @@ inline bool TraceDecoder::plain_line(const Input::Next& next) {
         return true;
     }
     reader_.begin_plain(next.line, number_, *m);
-    report_->begin_line(next.line);
+    begin_line(next.line);
     with_memory(next.line, [&] {
         message(reader_.captured());
         report_->end_line(number_, next.line);
@@ -104,7 +123,7 @@ inline bool TraceDecoder::plain_line(const Input::Next& next) {
 inline void TraceDecoder::plain_text(Line line, const Message& m) {
     Text& out = plain_->begin_plain(line);
     try {
-        if (ztdecode::decode(session_, m, out) == Outcome::decoded) {
+        if (ztdecode::decode(*session_, m, out) == Outcome::decoded) {
             plain_->end_plain();
         } else {
             reader_.begin_plain(line, number_, m);
@@ -116,8 +135,7 @@ inline void TraceDecoder::plain_text(Line line, const Message& m) {
 }
 
 void TraceDecoder::text_line(const Input::Next& next) {
-    const LineVerdict verdict =
-        next.piece ? LineVerdict::no_trace_line : reader_.begin(next.line, number_);
+    const LineVerdict verdict = next.piece ? LineVerdict::no_trace_line : reader_.begin(next.line, number_);
     if (verdict == LineVerdict::trace_line) {
         trace_line(next.line);
         return;
@@ -126,12 +144,18 @@ void TraceDecoder::text_line(const Input::Next& next) {
     if (!in_long_line_) totals_.count(verdict);
     in_long_line_ = next.piece && !next.newline;
     if (verdict == LineVerdict::no_trace_line && sample_.wants_more()) sample_.add(next.line);
-    report_->other(number_, {next.line.text, next.line.length}, next.newline || (others_follow_ && !in_long_line_));
+    report_->other(number_, {next.line.text, next.line.length},
+                   next.newline || (others_follow_ && !in_long_line_));
+}
+
+void TraceDecoder::begin_line(Line line) {
+    if (times_) report_->show_time(times_->of(reader_.captured()));
+    report_->begin_line(line);
 }
 
 void TraceDecoder::trace_line(Line line) {
-    report_->begin_line(line);
-    with_memory(reader_.line(), [&] {
+    begin_line(line);
+    with_memory(reader_.whole_line(), [&] {
         while (reader_.next()) {
             if (!message(reader_.captured())) break;
         }
@@ -139,7 +163,7 @@ void TraceDecoder::trace_line(Line line) {
             if (sample_.wants_more()) sample_.add(line);
             refuse(refusal, reader_.line());
         }
-        report_->end_line(number_, reader_.line());
+        report_->end_line(number_, reader_.whole_line());
     });
 }
 
@@ -157,7 +181,8 @@ void TraceDecoder::no_memory(Line line) {
     report_->no_memory();
     traced_ = std::string();
     trail_ = Trail(report_->notes().value_or(Trail::What::values));
-    refuse({.reason = Refusal::Reason::no_memory}, line);
+    refuse_line("no memory for this message", 0);
+    report_->refused(number_, line, {.reason = Refusal::Reason::no_memory});
 }
 
 bool TraceDecoder::message(const CapturedMessage& captured) {
@@ -165,7 +190,7 @@ bool TraceDecoder::message(const CapturedMessage& captured) {
     Text& text = report_->begin_message(captured);
     const std::size_t begin = text.size();
     trail_.place = number_;
-    const Outcome outcome = ztdecode::decode(session_, *captured.message, text);
+    const Outcome outcome = ztdecode::decode(session_of(captured), *captured.message, text);
     if (!traced_.empty()) {
         report_->trace(number_, traced_);
         traced_.clear();
@@ -184,13 +209,13 @@ bool TraceDecoder::message(const CapturedMessage& captured) {
 void TraceDecoder::unfinished(const Said& said) {
     Text why;
     report_->unfinished(said, why);
-    refuse_line(why.view(), said.captured.column);
+    refuse_line(why.view(), reader_.whole_column(said.captured.column));
 }
 
 void TraceDecoder::left_over(const CapturedMessage& captured) {
     Text words;
     describe_left_over(captured, reader_.line(), words);
-    diagnostics_.of_line(number_, words.view(), captured.left_over_column + 1);
+    diagnostics_.of_line(number_, words.view(), reader_.whole_column(captured.left_over_column) + 1);
 }
 
 void TraceDecoder::decode_binary(Input& input) {
@@ -202,15 +227,15 @@ void TraceDecoder::decode_binary(Input& input) {
         const bool whole_head = head.size() == width;
         const std::size_t length = head[0] + (head.size() == 2 ? 256U * head[1] : 0U);
         const auto bytes = input.block(whole_head ? length : 0);
-        const auto reason = !whole_head || length > 0    ? Refusal::Reason::file_ends
-                            : width == 1                 ? Refusal::Reason::no_length_byte
-                                                         : Refusal::Reason::no_two_length_bytes;
-        binary_message(bytes, {.reason = bytes.size() < length || length == 0 || !whole_head
-                                             ? reason
-                                             : Refusal::Reason::none,
-                               .column = width + bytes.size(),
-                               .expected = length,
-                               .found = bytes.size()});
+        const auto reason = !whole_head || length > 0 ? Refusal::Reason::file_ends
+                            : width == 1              ? Refusal::Reason::no_length_byte
+                                                      : Refusal::Reason::no_two_length_bytes;
+        binary_message(
+            bytes,
+            {.reason = bytes.size() < length || length == 0 || !whole_head ? reason : Refusal::Reason::none,
+             .column = width + bytes.size(),
+             .expected = length,
+             .found = bytes.size()});
         message_done(input);
     }
 }
@@ -242,16 +267,26 @@ void TraceDecoder::cut_short(const Refusal& cut) {
 // What the whole trace was.
 void TraceDecoder::end() {
     totals_.lines = number_;
-    const Reassembly& series = *session_.digital.reassembly;
-    const CutSeries cut{series.last_place, static_cast<std::uint64_t>(series.segments), series.to_come};
-    const bool is_cut = series.to_come > 0;
-    if (is_cut) {
+    std::uint64_t cut = 0;
+    const bool goes_on = others_follow_ && options_.join != Join::none;
+    if (!goes_on) sessions_.each([&](const Session& session) { cut += is_cut(session) ? 1U : 0U; });
+    if (!report_->end(totals_, cut)) wanting_ = true;
+    if (options_.follow) {
         Text words;
-        describe(cut, words);
-        diagnostics_.of_line(cut.last_segment, words.view(), 1);
+        write_totals(totals_, words);
+        diagnostics_.of_file(words.view());
     }
-    if (!report_->end(totals_, is_cut ? &cut : nullptr)) wanting_ = true;
     if (!sample_.empty() && totals_.with_messages() == 0) no_message();
+}
+
+// Says of a series of segments that its end never came.
+bool TraceDecoder::is_cut(const Session& session) {
+    const Reassembly& series = *session.digital.reassembly;
+    if (series.to_come == 0) return false;
+    Text words;
+    describe({static_cast<std::uint64_t>(series.segments), series.to_come}, words);
+    diagnostics_.of_line(series.last_place, words.view(), 1);
+    return true;
 }
 
 // Lines that are refused are named already.
@@ -286,11 +321,12 @@ void TraceDecoder::standard_error(std::string_view text) {
     if (!text.empty()) diagnostics_.of_line(number_, text);
 }
 
-void TraceDecoder::refuse(const Refusal& refusal, Line line) {
+void TraceDecoder::refuse(Refusal refusal, Line line) {
     Text why;
     describe(refusal, line, why);
+    refusal.column = reader_.whole_column(refusal.column);
     refuse_line(why.view(), refusal.column);
-    report_->refused(number_, line, refusal);
+    report_->refused(number_, reader_.whole_line(), refusal);
 }
 
 void TraceDecoder::refuse_line(std::string_view why, std::size_t column) {

@@ -18,17 +18,19 @@
 #include "tool/progress.hpp"
 #include "tool/report/text.hpp"
 #include "tool/sample.hpp"
+#include "tool/sessions.hpp"
+#include "tool/time_column.hpp"
 
 namespace ztdecode::tool {
 
-// One trace file on its way from lines to captured messages to what is reported of them, with a session of
-// its own.
+// One trace file on its way from lines to captured messages to what is reported of them, with what
+// its messages teach each other.
 class TraceDecoder : private SideChannel {
   public:
     // `name` is what diagnostics call the file.
     // `others_follow`: what this one prints is not the end of the output.
     TraceDecoder(std::string name, const Options& options, const Display& display, bool others_follow,
-                 Output& out, Output& diagnostics);
+                 Sessions& sessions, Output& out, Output& diagnostics);
 
     // Reads to the end, or until `out` cannot be written any more. `descriptor`: of the file that the source
     // is, -1 when it is a part of one.
@@ -45,12 +47,16 @@ class TraceDecoder : private SideChannel {
     void cut_short(const Refusal& cut);
     void left_over(const CapturedMessage& captured);
     void end();
+    bool is_cut(const Session& session);
     void no_message();
 
     bool plain_line(const Input::Next& next);
     void plain_text(Line line, const Message& m);
     void text_line(const Input::Next& next);
     void trace_line(Line line);
+    void begin_line(Line line);
+    void begin_session(Session& session);
+    Session& session_of(const CapturedMessage& captured);
     // Gives false when the message was not decoded to its end.
     bool message(const CapturedMessage& captured);
     void unfinished(const Said& said);
@@ -64,7 +70,7 @@ class TraceDecoder : private SideChannel {
 
     std::uint64_t place() const override { return number_; }
 
-    void refuse(const Refusal& refusal, Line line);
+    void refuse(Refusal refusal, Line line);
     void refuse_line(std::string_view why, std::size_t column);
     void complaints_go_out();
     void message_done(const Input& input);
@@ -77,9 +83,11 @@ class TraceDecoder : private SideChannel {
     Diagnostics diagnostics_;
     std::unique_ptr<Report> report_;
     TextReport* plain_;  // where texts may go straight to; null for other reports
-    Session session_;
+    Sessions& sessions_;
+    Session* session_;
     Trail trail_;
     TraceReader reader_;
+    std::optional<TimeColumn> times_;
     std::optional<Progress> progress_;
     std::string traced_;        // side output of the message that is being decoded
     std::uint64_t number_ = 0;  // of the line, or of the message in a binary file

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <utility>
 
 namespace ztdecode::tool {
 
@@ -45,12 +46,12 @@ Library open_library() {
     find(l.error_string, "archive_error_string");
     find(l.entry_pathname, "archive_entry_pathname");
     find(l.entry_filetype, "archive_entry_filetype");
-    constexpr auto names = std::to_array<const char*>(
-        {"archive_read_support_filter_gzip", "archive_read_support_filter_xz",
-         "archive_read_support_filter_zstd", "archive_read_support_filter_bzip2",
-         "archive_read_support_filter_lz4", "archive_read_support_format_tar",
-         "archive_read_support_format_zip_streamable", "archive_read_support_format_raw",
-         "archive_read_support_format_empty"});
+    constexpr auto names =
+        std::to_array<const char*>({"archive_read_support_filter_gzip", "archive_read_support_filter_xz",
+                                    "archive_read_support_filter_zstd", "archive_read_support_filter_bzip2",
+                                    "archive_read_support_filter_lz4", "archive_read_support_format_tar",
+                                    "archive_read_support_format_zip_streamable",
+                                    "archive_read_support_format_raw", "archive_read_support_format_empty"});
     for (std::size_t k = 0; k < names.size(); ++k) find(l.supports[k], names[k]);
     return l;
 }
@@ -66,7 +67,7 @@ constexpr auto beginnings = std::to_array<std::string_view>({
     "\x1f\x8b\x08"sv,              // gzip
     "\xfd\x37\x7a\x58\x5a\x00"sv,  // xz
     "\x28\xb5\x2f\xfd"sv,          // zstd
-    "BZh"sv,                        // bzip2, then a digit and six bytes that are always the same
+    "BZh"sv,                       // bzip2, then a digit and six bytes that are always the same
     "\x04\x22\x4d\x18"sv,          // lz4
     "PK\x03\x04"sv,                // zip
     "PK\x05\x06"sv,                // one without a member
@@ -109,10 +110,12 @@ class Archive::Reader final : public Source {
     }
 
     bool next() {
-        while (!failed()) {
+        while (!failed() && !empty_) {
             archive_entry* entry = nullptr;
             const int result = library_.read_next_header(archive_, &entry);
-            if (result == ARCHIVE_EOF) return false;
+            // A compressed file of nothing has no member, but is a trace.
+            if (result == ARCHIVE_EOF)
+                return library_.format(archive_) == ARCHIVE_FORMAT_EMPTY && !std::exchange(empty_, true);
             if (result < ARCHIVE_WARN) {
                 fail_with_reason();
                 return false;
@@ -128,7 +131,7 @@ class Archive::Reader final : public Source {
     const std::string& name() const noexcept { return name_; }
 
     std::size_t read(char* to, std::size_t n) override {
-        if (failed()) return 0;
+        if (failed() || empty_) return 0;
         const la_ssize_t got = library_.read_data(archive_, to, n);
         if (got >= 0) return static_cast<std::size_t>(got);
         fail_with_reason();
@@ -152,6 +155,7 @@ class Archive::Reader final : public Source {
     Source& source_;
     const Library& library_;
     archive* archive_ = nullptr;
+    bool empty_ = false;
     std::string name_;
     std::array<char, std::size_t{64} * 1024> block_;
 };

@@ -18,7 +18,8 @@ bool has_zeros_between(std::string_view bytes, std::size_t first) {
     constexpr std::size_t enough = 16;
     std::size_t units = 0;
     for (std::size_t k = 0; k + 1 < bytes.size() && units < enough; k += 2, ++units) {
-        if (!is_ascii(static_cast<unsigned char>(bytes[k + first])) || bytes[k + 1 - first] != '\0') return false;
+        if (!is_ascii(static_cast<unsigned char>(bytes[k + first])) || bytes[k + 1 - first] != '\0')
+            return false;
     }
     return units > 1;
 }

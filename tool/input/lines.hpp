@@ -18,7 +18,8 @@ class Input {
     Input(Source& source, std::function<void()> before_waiting);
 
     // The next line, without its newline, which stands behind it (a zero where the file has none); valid
-    // until the next call. Where the first line ends in a carriage return alone, all do. A line that is longer than `longest_line` comes in several pieces.
+    // until the next call. Where the first line ends in a carriage return alone, all do. A line that is
+    // longer than `longest_line` comes in several pieces.
     struct Next {
         Line line;
         bool newline;  // the line ended in one

@@ -33,13 +33,16 @@ class Unpacking {
         if (level == deepest) return {name, "too many archives inside each other"};
         Archive archive(source);
         Damage damage;
+        bool any = false;
         while (Source* const member = archive.next()) {
+            any = true;
             const std::string member_name = archive.name().empty() ? name : name + "/" + archive.name();
             Damage inside = take(member_name, *member, level + 1);
             if (!inside.why.empty() && damage.why.empty()) damage = std::move(inside);
             if (member->failed()) return damage;  // said of the trace
         }
         if (!archive.error().empty() && damage.why.empty()) damage = {name, archive.error()};
+        if (!any && damage.why.empty()) damage = {name, "no file in it"};
         return damage;
     }
 

@@ -38,8 +38,8 @@ void CheckReport::no_memory() {
     record_ = Record();
 }
 
-bool CheckReport::end(const LineTotals& lines, const CutSeries* cut) {
-    if (cut != nullptr && last_segment_ != nullptr) {
+bool CheckReport::end(const LineTotals& lines, std::uint64_t cut) {
+    for (; cut > 0 && last_segment_ != nullptr && *last_segment_ > 0; --cut) {
         --*last_segment_;
         ++totals_.cut_short;
     }
@@ -50,7 +50,8 @@ bool CheckReport::end(const LineTotals& lines, const CutSeries* cut) {
     out.add("\n");
     out_.add_name(file_);
     out.print(
-        ": {-} messages = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + {-} cut "
+        ": {-} messages = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + "
+        "{-} cut "
         "short by the file's end\n"_cf,
         totals_.messages(), totals_.decoded, totals_.unknown, totals_.missing, totals_.left_over,
         totals_.cut_short);

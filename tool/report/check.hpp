@@ -29,7 +29,7 @@ class CheckReport final : public Report {
     void end_line(std::uint64_t /*number*/, Line /*line*/) override {}
     bool let_out(std::size_t /*besides*/) override { return false; }
     void no_memory() override;
-    bool end(const LineTotals& totals, const CutSeries* cut) override;
+    bool end(const LineTotals& totals, std::uint64_t cut) override;
 
   private:
     // What a message is counted as: the first of these that it is.

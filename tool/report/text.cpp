@@ -36,6 +36,7 @@ void TextReport::begin_line(Line line) {
     const bool returns = line.length > 0 && line.text[line.length - 1] == '\r';
     line_end_ = behind == '\r' ? "\r" : returns ? "\r\n" : "\n";
     if (options_.lines) {
+        out_.text.add(time_);
         out_.add_foreign({line.text, line.length});
         out_.text.add(behind == '\r' ? "\r" : "\n");
     }

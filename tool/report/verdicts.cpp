@@ -97,9 +97,8 @@ void describe(const CutSeries& cut, Text& out) {
 }
 
 void describe_left_over(const CapturedMessage& captured, Line line, Text& out) {
-    const bool bytes =
-        std::all_of(line.text + captured.left_over_column, line.text + line.length,
-                    [](char c) { return is_blank(c) || hex_digit(c) < 16; });
+    const bool bytes = std::all_of(line.text + captured.left_over_column, line.text + line.length,
+                                   [](char c) { return is_blank(c) || hex_digit(c) < 16; });
     add_count(captured.left_over, bytes ? "byte" : "word", out);
     out.add(" left over behind the message");
 }

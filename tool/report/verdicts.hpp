@@ -12,7 +12,6 @@ namespace ztdecode::tool {
 
 // What the end of a trace cuts: segments of a message, of which some never came.
 struct CutSeries {
-    std::uint64_t last_segment;  // the line of the last one that came
     std::uint64_t segments;
     std::uint64_t to_come;
 };
