@@ -8,8 +8,6 @@ namespace ztdecode {
 
 namespace {
 
-constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
-
 bool blank(char c) { return c == ' ' || c == '\t' || c == '\r'; }
 bool hex(char c) { return hex_digit(c) < 16; }
 char at_or_zero(std::string_view line, std::size_t at) { return at < line.size() ? line[at] : '\0'; }

@@ -10,6 +10,9 @@
 
 namespace ztdecode {
 
+// In front of some files' first line: U+FEFF in UTF-8.
+inline constexpr std::string_view byte_order_mark = "\xEF\xBB\xBF";
+
 // A line in the spelling that the readers know, and where its characters stood in the line as it came.
 class SpelledLine {
   public:

@@ -102,7 +102,8 @@ TraceReader::TraceReader(std::optional<LineLayout> layout, std::uint32_t directi
 
 LineVerdict TraceReader::begin(Line line, std::uint64_t number) {
     const char* const end = line.text + line.length;
-    const char* const first = std::find_if_not(line.text, end, blank);
+    const bool marked = std::string_view(line.text, line.length).starts_with(byte_order_mark);
+    const char* const first = std::find_if_not(line.text + (marked ? byte_order_mark.size() : 0), end, blank);
     if (first == end) return LineVerdict::blank;
     if (*first == '#') return LineVerdict::comment;
     const std::optional<LineLayout> layout = layout_ ? layout_ : layout_of(find_line(line));
