@@ -38,11 +38,12 @@ class Reading {
     bool line() {
         Input::Next next{};
         if (!input_.next(next)) return false;
-        expect(next.line.text[next.line.length] == (next.newline ? '\n' : '\0'),
+        const char behind = next.line.text[next.line.length];
+        expect(next.newline ? behind == '\n' || behind == '\r' : behind == '\0',
                "a line end or a zero stands behind a line");
         expect(next.piece || next.line.length < Input::longest_line, "a long line comes in pieces");
         all_.append(next.line.text, next.line.length);
-        if (next.newline) all_ += '\n';
+        if (next.newline) all_ += behind;
         return next.newline || next.line.length > 0;
     }
     bool block(std::size_t n) {

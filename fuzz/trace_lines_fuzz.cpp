@@ -44,7 +44,8 @@ void read(std::string_view line) {
         column = next;
         const char there = whole.text[column];
         const char here = usual.text[k];
-        expect((here | 0x20) == (there | 0x20) || (here == ' ' && there == '\t'), "and hold what is read");
+        expect((here | 0x20) == (there | 0x20) || (here == ' ' && (there == '\t' || there == '\r')),
+               "and hold what is read");
     }
     bool given = false;
     while (reader.next()) {

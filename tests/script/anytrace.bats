@@ -114,6 +114,7 @@ texts() { # LINE TEXT: what is printed for one line, given on standard input
     tr '\n' '\r' <plain >x
     tr '\n' '\r' <wanted >y
     "$ZTDECODE" x | cmp - y
+    "$ZTDECODE" --control escape x | cmp - wanted
     printf 'no newline' >z
     [ "$("$ZTDECODE" z plain 2>/dev/null | head -n 2)" = "$(printf 'no newline\n# a comment')" ]
 }

@@ -48,14 +48,14 @@ bool Utf16Source::fill() {
     ready_.clear();
     given_ = 0;
     for (std::size_t k = 0; k < n; ++k) {
-        const auto byte = static_cast<unsigned char>(bytes[k]);
+        const unsigned byte = static_cast<unsigned char>(bytes[k]);
         if (odd_ < 0) {
-            odd_ = byte;
+            odd_ = static_cast<int>(byte);
             continue;
         }
         const auto first = static_cast<unsigned>(odd_);
         odd_ = -1;
-        unit(encoding_ == Encoding::utf16_little ? first | byte << 8U : first << 8U | byte);
+        unit(encoding_ == Encoding::utf16_little ? first | byte << 8 : first << 8 | byte);
     }
     if (n > 0) return true;
     // Half a character at the end.

@@ -21,7 +21,7 @@ std::optional<Trail::What> TextReport::notes() const {
 
 void TextReport::other(std::uint64_t /*number*/, std::string_view line, bool newline) {
     out_.add_foreign(line);
-    if (newline) out_.text.add(line.data()[line.size()] == '\r' ? "\r" : "\n");
+    if (newline) out_.text.add(line.data()[line.size()] == '\r' && !out_.escapes() ? "\r" : "\n");
 }
 
 void TextReport::begin_text(std::size_t begin) {
@@ -32,13 +32,14 @@ void TextReport::begin_text(std::size_t begin) {
 
 void TextReport::begin_line(Line line) {
     const std::size_t begin = out_.text.size();
-    const char behind = line.text[line.length];
+    // A terminal would act on a carriage return.
+    const bool lone = line.text[line.length] == '\r';
     const bool returns = line.length > 0 && line.text[line.length - 1] == '\r';
-    line_end_ = behind == '\r' ? "\r" : returns ? "\r\n" : "\n";
+    line_end_ = out_.escapes() ? "\n" : lone ? "\r" : returns ? "\r\n" : "\n";
     if (options_.lines) {
         out_.text.add(time_);
         out_.add_foreign({line.text, line.length});
-        out_.text.add(behind == '\r' ? "\r" : "\n");
+        out_.text.add(line_end_ == "\r" ? line_end_ : "\n");
     }
     begin_text(begin);
 }
