@@ -188,13 +188,13 @@ bool find_prefix_piece(std::string_view words, PrefixPiece& piece) {
     return true;
 }
 
-std::optional<LogTime> log_time(std::string_view words) {
-    while (!words.empty() && words.front() == ' ') words.remove_prefix(1);
-    while (!words.empty() && words.back() == ' ') words.remove_suffix(1);
-    Scan scan(words);
-    LogTime time;
-    if (words.empty() || !time_at(words, scan, time) || !scan.at_end()) return std::nullopt;
-    return time;
+std::optional<LogTime> log_time(std::string_view time) {
+    while (!time.empty() && time.front() == ' ') time.remove_prefix(1);
+    while (!time.empty() && time.back() == ' ') time.remove_suffix(1);
+    Scan scan(time);
+    LogTime read;
+    if (time.empty() || !time_at(time, scan, read) || !scan.at_end()) return std::nullopt;
+    return read;
 }
 
 }  // namespace ztdecode

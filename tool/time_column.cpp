@@ -23,7 +23,7 @@ std::string seconds(std::int64_t microseconds) {
 
 std::string date(const LogTime& time) {
     const std::int64_t part = (time.microseconds % second + second) % second;
-    const std::time_t whole = static_cast<std::time_t>((time.microseconds - part) / second);
+    const auto whole = static_cast<std::time_t>((time.microseconds - part) / second);
     std::tm parts{};
     ::gmtime_r(&whole, &parts);
     char text[64];
