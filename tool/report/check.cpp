@@ -38,7 +38,7 @@ void CheckReport::no_memory() {
     record_ = Record();
 }
 
-bool CheckReport::end(const LineTotals& lines, std::uint64_t cut) {
+bool CheckReport::end(const LineTotals& totals, std::uint64_t cut) {
     for (; cut > 0 && last_segment_ != nullptr && *last_segment_ > 0; --cut) {
         --*last_segment_;
         ++totals_.cut_short;
@@ -46,7 +46,7 @@ bool CheckReport::end(const LineTotals& lines, std::uint64_t cut) {
     Text& out = out_.text;
     out_.add_name(file_);
     out.add(": ");
-    write_totals(lines, out);
+    write_totals(totals, out);
     out.add("\n");
     out_.add_name(file_);
     out.print(
@@ -55,7 +55,7 @@ bool CheckReport::end(const LineTotals& lines, std::uint64_t cut) {
         "short by the file's end\n"_cf,
         totals_.messages(), totals_.decoded, totals_.unknown, totals_.missing, totals_.left_over,
         totals_.cut_short);
-    return lines.refused + totals_.unknown + totals_.left_over + totals_.cut_short == 0;
+    return totals.refused + totals_.unknown + totals_.left_over + totals_.cut_short == 0;
 }
 
 }  // namespace ztdecode::tool

@@ -21,7 +21,7 @@ std::optional<Trail::What> TextReport::notes() const {
 
 void TextReport::other(std::uint64_t /*number*/, std::string_view line, bool newline) {
     out_.add_foreign(line);
-    if (newline) out_.text.add(line.data()[line.size()] == '\r' && !out_.escapes() ? "\r" : "\n");
+    if (newline) out_.text.add(*(line.data() + line.size()) == '\r' && !out_.escapes() ? "\r" : "\n");
 }
 
 void TextReport::begin_text(std::size_t begin) {
