@@ -49,6 +49,7 @@ std::uint32_t reader_direction(zt_direction direction) {
 zt_refusal refusal_of(Refusal::Reason reason) {
     switch (reason) {
         case Refusal::Reason::none:
+        case Refusal::Reason::file_ends:  // no line's
         case Refusal::Reason::no_memory:
             break;
         case Refusal::Reason::no_length_byte:

@@ -55,9 +55,11 @@ void decode_trace(benchmark::State& state, const Case& c) {
     for (auto _ : state) {
         tool::Output out(null, false);
         tool::Output diagnostics(null, false);
-        tool::TraceDecoder decoder("trace", tool::make_report("trace", options, {}, out), options, {}, out,
-                                   diagnostics);
-        decoder.decode(input.from_the_start());
+        tool::Sessions sessions;
+        tool::TraceDecoder decoder("trace", tool::make_report("trace", options, {}, out), options, {}, false,
+                                   sessions, out, diagnostics);
+        tool::DescriptorSource source(input.from_the_start());
+        decoder.decode(source, -1);
     }
     ::close(null);
     state.SetItemsProcessed(state.iterations() * lines);

@@ -33,6 +33,8 @@ class SideChannel {
     virtual bool shows_output() const { return true; }
     virtual void standard_output(std::string_view text) = 0;
     virtual void standard_error(std::string_view text) = 0;
+    // Where the captured message stands in its trace.
+    virtual std::uint64_t place() const { return 0; }
 };
 
 // The text of the object protocol as a host reads it, message by message.
@@ -66,6 +68,8 @@ struct Reassembly {
     std::uint32_t length = 0;                            // announced by the first segment
     std::uint32_t gathered = 0;                          // where the next segment's bytes go
     std::int32_t segments = 0;                           // announced number of segments
+    std::uint32_t to_come = 0;                           // of them, as the last one said
+    std::uint64_t last_place = 0;                        // of that one in the trace
     std::uint32_t direction = 0;                         // of the first segment
     std::vector<std::uint64_t> places;                   // of the segments in the trace, when somebody asks
 };

@@ -35,6 +35,8 @@ constexpr RefusalRow row_of(Refusal::Reason reason) {
             return {"no_direction", "-> not in spzt format: msg[6] should be S or R"};
         case Refusal::Reason::sr_too_short:
             return {"too_short", "-> line too short"};
+        case Refusal::Reason::file_ends:
+            return {"file_ends", "the file ends inside the message"};
         case Refusal::Reason::no_memory:
             return {"no_memory", "no memory for this message"};
     }

@@ -178,6 +178,7 @@ void LineReader::begin_body(Line text, bool two_length_bytes, std::uint32_t dire
 
 void LineReader::begin(Line text, LineLayout layout, std::uint32_t direction) noexcept {
     refusal_ = {};
+    place_ = {};
     goes_on_ = padded_ = false;
     changed_ = skipped_ = at_ = 0;
     body_ = text;
@@ -222,7 +223,7 @@ void LineReader::begin(Line text, LineLayout layout, std::uint32_t direction) no
 }
 
 const Message* LineReader::plain_spzt(Line text) noexcept {
-    if (behind_ != Behind::zeros || text.length < 14 || (text.length - 7) % 3 != 0) return nullptr;
+    if (behind_ != Behind::zeros || text.length < 13 || (text.length - 7) % 3 != 0) return nullptr;
     const std::size_t fields = (text.length - 7) / 3;
     if (fields > record_.size() || text.text[7] != ' ' || !has_sr_column(text)) return nullptr;
     if (!read_only_plain_fields(text.text + spzt_body_column, fields)) return nullptr;
@@ -297,11 +298,13 @@ const Message* LineReader::next() {
 const Message* LineReader::next_line() {
     const Line text = body_;
     state_ = State::nothing;
+    place_ = {skipped_, 1, 0};
     if (text.length < 2) return refuse(Refusal::Reason::really_too_short, 0);
     const std::int64_t n = hex_pair(text, 0, row_).value;
     if (n == not_hex || n == 0) return refuse(Refusal::Reason::no_length_byte, 0);
     if (n > 255) return refuse(Refusal::Reason::length_above_256, 0);
     const auto count = static_cast<std::size_t>(n);
+    place_.bytes = count;
     if (text.length < 3 * count + 2)
         return refuse(Refusal::Reason::too_short, text.length, count, fields_behind(text, 3));
     about_to_read(count);
@@ -320,6 +323,7 @@ const Message* LineReader::next_lng2() {
     const std::size_t total = text.length;
     const bool first = !goes_on_;
     goes_on_ = padded_ = false;
+    place_ = {skipped_ + at_, 2, 0};
     if (first && total < 5) return refuse(Refusal::Reason::really_too_short_lng2, 0);
     if (first && total == 5) {
         state_ = State::nothing;
@@ -334,6 +338,7 @@ const Message* LineReader::next_lng2() {
     const std::int64_t n = low + 256 * high;
     if (n == 0) return refuse(Refusal::Reason::no_two_length_bytes, at_);
     const auto count = static_cast<std::uint64_t>(n);
+    place_.bytes = count;
     padded_ = total < 3 * count + 5;
     if (padded_) {
         refusal_ = {Refusal::Reason::none, skipped_ + total, count, fields_behind(text, at_ + 6), total};

@@ -38,6 +38,7 @@ struct Refusal {
         no_tag,
         no_sr_column,
         sr_too_short,
+        file_ends,  // inside the message
         no_memory,  // said by those who decode
     };
 
@@ -95,6 +96,13 @@ class LineReader {
     bool padded() const noexcept { return padded_; }
     // Behind the last message: whether the line is refused, and for a padded message its figures.
     const Refusal& refusal() const noexcept { return refusal_; }
+    // Where the message stands that `next` looked for last; not of one that `plain_spzt` gave.
+    struct Place {
+        std::size_t column = 0;  // of its length
+        std::size_t length_bytes = 0;
+        std::uint64_t bytes = 0;  // as its length says
+    };
+    const Place& place() const noexcept { return place_; }
 
     // What the last line left in the record is taken back.
     void forget_line() noexcept;
@@ -121,6 +129,7 @@ class LineReader {
     std::size_t skipped_ = 0;  // characters in front of the body
     std::size_t at_ = 0;       // in the body
     DigitRow row_;
+    Place place_;
     Refusal refusal_;
     Message message_{{}};
     std::array<std::uint8_t, message_capacity + 2> record_{};  // with its two length bytes at the most

@@ -97,6 +97,8 @@ void segment_command(Decoding& d) {
     } else {
         gather(whole, d, 2);
     }
+    whole.to_come = to_come.number;
+    if (session.side != nullptr) whole.last_place = session.side->place();
     // How many there are is what the first one said.
     const Number segments{static_cast<std::uint32_t>(whole.segments), first ? d[1].place : Place{}};
     d.print("segment message {segment}/{segments}"_cf, to_come.as(whole.segments - to_come.number), segments);

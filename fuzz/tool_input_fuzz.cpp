@@ -33,16 +33,17 @@ std::size_t block_size(std::uint8_t how) { return std::size_t{how} * how * (how 
 
 class Reading {
   public:
-    explicit Reading(int descriptor) : input_(descriptor, [] {}) {}
+    explicit Reading(int descriptor) : source_(descriptor), input_(source_, [] {}) {}
 
     bool line() {
         Input::Next next{};
         if (!input_.next(next)) return false;
-        expect(next.line.text[next.line.length] == (next.newline ? '\n' : '\0'),
+        const char behind = next.line.text[next.line.length];
+        expect(next.newline ? behind == '\n' || behind == '\r' : behind == '\0',
                "a line end or a zero stands behind a line");
         expect(next.piece || next.line.length < Input::longest_line, "a long line comes in pieces");
         all_.append(next.line.text, next.line.length);
-        if (next.newline) all_ += '\n';
+        if (next.newline) all_ += behind;
         return next.newline || next.line.length > 0;
     }
     bool block(std::size_t n) {
@@ -54,6 +55,7 @@ class Reading {
     const Input& input() const { return input_; }
 
   private:
+    ztdecode::tool::DescriptorSource source_;
     Input input_;
     std::string all_;
 };
@@ -73,7 +75,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     expect(!reading.line(), "the end stays the end");
     expect(reading.all() == content, "what went in comes out");
-    expect(reading.input().error() == 0 && reading.input().bytes_read() == content.size(),
+    expect(reading.input().error().empty() && reading.input().bytes_read() == content.size(),
            "all of it is read");
     return 0;
 }

@@ -60,9 +60,11 @@ Decoded decode(const Options& options, bool color, bool escapes, int descriptor)
         .color = color, .escapes_output = escapes, .escapes_diagnostics = escapes, .progress = false};
     ztdecode::tool::Output out(output.descriptor(), display.escapes_output);
     ztdecode::tool::Output diagnostics(complaints.descriptor(), display.escapes_diagnostics);
+    ztdecode::tool::Sessions sessions;
     ztdecode::tool::TraceDecoder decoder("trace", ztdecode::tool::make_report("trace", options, display, out),
-                                         options, display, out, diagnostics);
-    decoder.decode(descriptor);
+                                         options, display, false, sessions, out, diagnostics);
+    ztdecode::tool::DescriptorSource source(descriptor);
+    decoder.decode(source, descriptor);
     expect(!decoder.unreadable(), "the input can be read");
     return {output.content(), complaints.content(), out.error()};
 }

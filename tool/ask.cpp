@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "tool/input/content.hpp"
+#include "tool/input/traces.hpp"
 #include "tool/output/diagnostics.hpp"
 #include "tool/select/answer.hpp"
 #include "tool/select/database_file.hpp"
@@ -132,13 +133,21 @@ class Asking {
             diagnostics_.flush();
             return;
         }
-        database.begin_file(file, content.sha256(), content.bytes());
-        const auto decoder = std::make_unique<TraceDecoder>(file, std::make_unique<DatabaseReport>(database),
-                                                            options_, display_, out_, diagnostics_);
-        decoder->decode(content.descriptor());
-        database.end_file(decoder->lines());
-        if (decoder->refused_lines()) status_ = std::max(status_, status_refused);
-        if (decoder->unreadable()) status_ = status_failed;
+        const auto decode_trace = [&](const std::string& name, bool packed, Source& source) {
+            const auto own = options_.join == Join::none ? std::make_unique<Sessions>() : nullptr;
+            Sessions& sessions = own != nullptr ? *own : joined_;
+            database.begin_file(name, content.sha256(), content.bytes());
+            const auto decoder = std::make_unique<TraceDecoder>(
+                name, std::make_unique<DatabaseReport>(database), options_, display_,
+                &file != &options_.files.back(), sessions, out_, diagnostics_);
+            decoder->decode(source, packed ? -1 : content.descriptor());
+            database.end_file(decoder->lines());
+            if (decoder->refused_lines()) status_ = std::max(status_, status_refused);
+            if (decoder->unreadable()) status_ = status_failed;
+        };
+        DescriptorSource source(content.descriptor());
+        const Damage damage = each_trace(file, source, !is_binary(options_.layout), decode_trace);
+        if (!damage.why.empty()) complain(damage.name, damage.why);
     }
 
     void complain(std::string_view file, std::string_view why) {
@@ -151,6 +160,7 @@ class Asking {
     Display display_;
     Output& out_;
     Output diagnostics_;
+    Sessions joined_;  // of files that are one trace
     int status_ = 0;
 };
 

@@ -1,5 +1,6 @@
 #include "tool/formats.hpp"
 
+#include "tool/report/check.hpp"
 #include "tool/report/ndjson.hpp"
 #include "tool/report/text.hpp"
 #include "tool/select/selected.hpp"
@@ -10,10 +11,15 @@ namespace {
 
 std::unique_ptr<Report> make_whole_report(std::string_view file, const Options& options,
                                           const Display& display, Output& out) {
+    if (options.check) return std::make_unique<CheckReport>(file, out);
     switch (options.format) {
         case Format::ndjson:
             return std::make_unique<NdjsonReport>(
-                file, NdjsonReport::Options{.words = options.explain, .only_texts = options.audio_only}, out);
+                file,
+                NdjsonReport::Options{.words = options.explain,
+                                      .column_numbers = options.columns == Columns::number,
+                                      .only_texts = options.audio_only},
+                out);
         case Format::text:
         case Format::csv:
         case Format::table:

@@ -1,6 +1,7 @@
 #include "tool/options.hpp"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -11,6 +12,7 @@
 
 #include "core/message.hpp"
 #include "tool/display.hpp"
+#include "tool/input/prefix_pattern.hpp"
 #include "tool/output/output.hpp"
 #include "tool/select/query.hpp"
 
@@ -46,6 +48,17 @@ constexpr auto colors = std::to_array<Named<Color>>(
     {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}});
 constexpr auto controls = std::to_array<Named<Control>>(
     {{"auto", Control::automatic}, {"raw", Control::raw}, {"escape", Control::escape}});
+constexpr auto columns = std::to_array<Named<Columns>>({{"text", Columns::text},
+                                                        {"number", Columns::number},
+                                                        {"ms", Columns::milliseconds},
+                                                        {"s", Columns::seconds}});
+constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none},
+                                                        {"relative", TimeShown::relative},
+                                                        {"delta", TimeShown::delta},
+                                                        {"absolute", TimeShown::absolute}});
+constexpr auto terminals = std::to_array<Named<Terminal>>(
+    {{"none", Terminal::none}, {"columns", Terminal::columns}, {"prefix", Terminal::prefix}});
+constexpr auto joins = std::to_array<Named<Join>>({{"order", Join::as_given}, {"name", Join::by_name}});
 constexpr auto progresses = std::to_array<Named<bool>>({{"auto", true}, {"never", false}});
 
 constexpr auto description = "Readable texts for the messages in traces of telephone terminal signalling.\n";
@@ -164,6 +177,31 @@ CLI::Option* add_list(CLI::App& app, const std::string& option, std::vector<std:
     return app.add_option(option, values, help)->allow_extra_args(false);
 }
 
+void add_prefix(CLI::App& app, std::shared_ptr<const PrefixFinder>& prefix, const std::string& help) {
+    const std::string option = "--prefix";
+    auto choose = [&prefix, option](const std::string& word) {
+        std::string why;
+        prefix = prefix_pattern(word, why);
+        if (prefix == nullptr) throw CLI::ValidationError(option, why);
+    };
+    app.add_option_function<std::string>(option, choose, help)
+        ->take_last()
+        ->type_name("REGEX")
+        ->group("Input");
+}
+
+void add_join(CLI::App& app, std::string& join, const std::string& help) {
+    app.add_flag("--join{order}", join, help)->take_last()->group("Input");
+}
+
+Join join_of(const std::string& word) {
+    if (word.empty()) return Join::none;
+    for (const auto& [name, value] : joins) {
+        if (name == word) return value;
+    }
+    throw CLI::ValidationError("--join", word + " is none of " + listed<Join>(joins));
+}
+
 CLI::Option* add_switch(CLI::App& app, const std::string& option, bool& on, const std::string& help) {
     return app.add_flag(option, on, help)->take_last()->disable_flag_override();
 }
@@ -196,7 +234,7 @@ void add_selection(CLI::App& app, SelectionOptions& s) {
     group(add_number<std::size_t>(app, "-C", s.around, 0, most_context, "and N messages around each"));
 }
 
-void add_options(CLI::App& app, Options& o, bool& no_input) {
+void add_options(CLI::App& app, Options& o, bool& no_input, std::string& join) {
     app.add_option("FILE", o.files, "trace files; - or none: standard input")->type_name("");
     add_choice(app, "--layout", o.layout, layouts,
                "how the messages are written: auto (as each\n"
@@ -209,6 +247,34 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
                "layouts that do not say it")
         ->type_name("WAY")
         ->group("Input");
+    add_prefix(app, o.prefix,
+               "what logs write in front of the messages,\n"
+               "where it is no time and no [words]; groups\n"
+               "(?P<time>...), terminal and direction");
+    add_choice(app, "--columns", o.columns, columns,
+               "what the six characters in front of S or R\n"
+               "are: text (default), number, or a time in ms\n"
+               "or s")
+        ->type_name("WHAT")
+        ->group("Input");
+    add_choice(app, "--terminal", o.terminal, terminals,
+               "what tells terminals apart, so that messages\n"
+               "of one teach nothing for another: none\n"
+               "(default), columns or prefix")
+        ->type_name("BY")
+        ->group("Input");
+    add_join(app, join,
+             "the files are one trace, in their order or\n"
+             "with --join=name by their names");
+    add_switch(app, "--follow", o.follow,
+               "go on as the file grows, is truncated, or is\n"
+               "made anew; ends with Ctrl-C and the totals")
+        ->group("Input");
+    add_switch(app, "--pad", o.pad,
+               "take bytes that a line lacks, or that are no\n"
+               "hexadecimal, as ff: such lines are refused\n"
+               "otherwise")
+        ->group("Input");
     add_choice(app, "--format", o.format, formats,
                "text (default), or ndjson: what every line\n"
                "says as one JSON object, values by name; of\n"
@@ -217,7 +283,18 @@ void add_options(CLI::App& app, Options& o, bool& no_input) {
         ->group("Output");
     add_selection(app, o.selection);
     add_switch(app, "--no-input", no_input, "leave the trace lines out")->group("Output");
+    add_choice(app, "--time", o.time, times,
+               "times of the trace in front of its lines:\n"
+               "none (default), relative (to the first),\n"
+               "delta (to the last one) or absolute")
+        ->type_name("WHICH")
+        ->group("Output");
     add_switch(app, "--audio-only", o.audio_only, "audio messages only")->group("Output");
+    add_switch(app, "--check", o.check,
+               "say for each file what became of its lines\n"
+               "and messages, and nothing else; exit status 0\n"
+               "when all was understood")
+        ->group("Output");
     add_switch(app, "--explain", o.explain, "which bytes each stretch of a text came from")->group("Output");
     add_switch(app, "--debug", o.debug, "what the decoders trace on the side")->group("Output");
     add_switch(app, "--catalog", o.catalog,
@@ -302,13 +379,14 @@ std::string contradiction(const Options& o) {
     }
     if (o.append && o.database.empty()) return "--append: needs --database FILE to add to";
     if (o.append && o.files.empty()) return "--append: needs a FILE to add, - is standard input";
+    if (o.check && o.selection.any())
+        return "--check: says what became of all messages, a selection has no place beside it";
     if (!o.asks()) return {};
     if (o.selection.any())
         return "--sql, --database: a query has its own conditions, and a database all messages";
-    const Switched output[] = {{"--no-input", !o.input},
-                               {"--audio-only", o.audio_only},
-                               {"--explain", o.explain},
-                               {"--debug", o.debug},
+    const Switched output[] = {{"--no-input", !o.input}, {"--audio-only", o.audio_only},
+                               {"--explain", o.explain}, {"--debug", o.debug},
+                               {"--check", o.check},     {"--follow", o.follow},
                                {"--catalog", o.catalog}};
     for (const auto& [option, on] : output) {
         if (on) return std::string(option) + ": has no place beside --sql and --database";
@@ -350,9 +428,11 @@ Arguments parse_arguments(int argc, char** argv) {
     layout->column_width(22);
     layout->label("Positionals", "Files");
     app.formatter(layout);
-    add_options(app, o, no_input);
+    std::string join;
+    add_options(app, o, no_input, join);
     try {
         app.parse(argc, argv);
+        o.join = join_of(join);
     } catch (const CLI::CallForHelp&) {
         return {std::nullopt, say(app.help())};
     } catch (const CLI::CallForVersion& version) {
@@ -370,6 +450,11 @@ Arguments parse_arguments(int argc, char** argv) {
         return {std::nullopt, status_failed};
     }
     if (!selection_stands(o)) return {std::nullopt, status_failed};
+    if (o.follow && o.files.size() > 1) {
+        say_what_is_wrong("--follow: one file, " + o.files[1] + " is one too many");
+        return {std::nullopt, status_failed};
+    }
+    if (o.join == Join::by_name) std::sort(o.files.begin(), o.files.end());
     // A query alone asks the database that there is.
     if (o.files.empty() && (!o.sql || o.database.empty())) o.files.emplace_back("-");
     return {std::move(o), 0};

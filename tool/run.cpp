@@ -18,6 +18,8 @@
 #include "decode/catalog.hpp"
 #include "tool/ask.hpp"
 #include "tool/formats.hpp"
+#include "tool/input/follow.hpp"
+#include "tool/input/traces.hpp"
 #include "tool/output/diagnostics.hpp"
 #include "tool/output/file_outputs.hpp"
 #include "tool/report/catalog.hpp"
@@ -38,6 +40,12 @@ int both(const Options& options, int a, int b) {
     return std::min(a, b);
 }
 
+int status_of(const TraceDecoder& decoder, const Options& options) {
+    if (decoder.unreadable()) return status_failed;
+    if (options.selection.any()) return decoder.matched() ? 0 : status_nothing;
+    return decoder.refused_lines() ? status_refused : 0;
+}
+
 class Descriptor {
   public:
     explicit Descriptor(const std::string& file)
@@ -55,26 +63,44 @@ class Descriptor {
     int descriptor_;
 };
 
-int decode_opened(const std::string& file, const Options& options, const Display& display, Output& out,
-                  Output& diagnostics) {
+int decode_opened(const std::string& file, const Options& options, const Display& display, Sessions* joined,
+                  Output& out, Output& diagnostics) {
     const Descriptor descriptor(file);
     if (descriptor.get() < 0) {
         complain_of_file(file, std::strerror(errno), diagnostics);
         diagnostics.flush();
         return status_failed;
     }
-    const auto decoder = std::make_unique<TraceDecoder>(file, make_report(file, options, display, out),
-                                                        options, display, out, diagnostics);
-    decoder->decode(descriptor.get());
-    if (decoder->unreadable()) return status_failed;
-    if (options.selection.any()) return decoder->matched() ? 0 : status_nothing;
-    return decoder->refused_lines() ? status_refused : 0;
+    int status = first_status(options);
+    const auto decode_trace = [&](const std::string& name, bool packed, Source& source) {
+        const bool others_follow = packed || &file != &options.files.back();
+        const auto own = joined == nullptr ? std::make_unique<Sessions>() : nullptr;
+        Sessions& sessions = joined == nullptr ? *own : *joined;
+        const auto decoder =
+            std::make_unique<TraceDecoder>(name, make_report(name, options, display, out), options, display,
+                                           others_follow, sessions, out, diagnostics);
+        decoder->decode(source, packed || options.follow ? -1 : descriptor.get());
+        status = both(options, status, status_of(*decoder, options));
+    };
+    std::unique_ptr<Source> source;
+    if (options.follow && file != "-") {
+        source = std::make_unique<FollowedSource>(file, descriptor.get());
+    } else {
+        source = std::make_unique<DescriptorSource>(descriptor.get());
+    }
+    if (source->may_wait()) out.flush();
+    const Damage damage = each_trace(file, *source, !is_binary(options.layout), decode_trace);
+    if (damage.why.empty()) return status;
+    complain_of_file(damage.name, damage.why, diagnostics);
+    diagnostics.flush();
+    return status_failed;
 }
 
-int decode_file(const std::string& file, const Options& options, const Display& display, Output& out,
-                Output& diagnostics) {
+// `joined`: what the files before it teach this one, null where each is a trace of its own.
+int decode_file(const std::string& file, const Options& options, const Display& display, Sessions* joined,
+                Output& out, Output& diagnostics) {
     try {
-        return decode_opened(file, options, display, out, diagnostics);
+        return decode_opened(file, options, display, joined, out, diagnostics);
     } catch (const FailedExpression& failed) {
         out.flush_and_release();
         complain_of_file(file + ":" + std::to_string(failed.line()), failed.what(), diagnostics);
@@ -117,10 +143,11 @@ int list_catalog(const Options& options, const Display& display) {
 int run_one_by_one(const Options& options, const Display& display) {
     Output out(STDOUT_FILENO, display.escapes_output);
     Output diagnostics(STDERR_FILENO, display.escapes_diagnostics);
+    const auto joined = options.join != Join::none ? std::make_unique<Sessions>() : nullptr;
     int status = first_status(options);
     for (const std::string& file : options.files) {
         if (out.error() != 0) break;
-        status = both(options, status, decode_file(file, options, display, out, diagnostics));
+        status = both(options, status, decode_file(file, options, display, joined.get(), out, diagnostics));
     }
     return status_with_output(status, out.error());
 }
@@ -207,7 +234,7 @@ class Jobs {
         Output& out = job.outputs.out();
         Output& diagnostics = job.outputs.diagnostics();
         try {
-            const int status = decode_file(job.file, options_, display_, out, diagnostics);
+            const int status = decode_file(job.file, options_, display_, nullptr, out, diagnostics);
             job.outputs.close();
             return status;
         } catch (...) {

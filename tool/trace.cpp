@@ -1,6 +1,5 @@
 #include "tool/trace.hpp"
 
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -29,45 +28,71 @@ std::optional<LineLayout> line_layout(Layout layout) {
 
 TextReport* plain_report(Report& report, const Options& options) {
     auto* const texts = dynamic_cast<TextReport*>(&report);
-    return texts != nullptr && texts->plain() && !options.debug ? texts : nullptr;
+    const bool one_session = options.terminal == Terminal::none;
+    const bool plain = !options.debug && one_session && options.time == TimeShown::none;
+    return texts != nullptr && texts->plain() && plain ? texts : nullptr;
 }
 
 }  // namespace
 
 TraceDecoder::TraceDecoder(std::string name, std::unique_ptr<Report> report, const Options& options,
-                           const Display& display, Output& out, Output& diagnostics)
+                           const Display& display, bool others_follow, Sessions& sessions, Output& out,
+                           Output& diagnostics)
     : name_(std::move(name)),
       options_(options),
       display_(display),
+      others_follow_(others_follow),
       out_(out),
       diagnostics_(name_, diagnostics),
       report_(std::move(report)),
       selected_(dynamic_cast<Selected*>(report_.get())),
       plain_(plain_report(*report_, options)),
+      sessions_(sessions),
+      session_(&sessions.main()),
       trail_(report_->notes().value_or(Trail::What::values)),
-      reader_(line_layout(options.layout), options.direction) {
-    session_.switches = {.color = display.color && options.format == Format::text,
-                         .audio_only = options.audio_only,
-                         .debug = options.debug,
-                         .color_escape = '\0'};
-    session_.side = this;
-    if (report_->notes()) session_.trail = &trail_;
+      reader_(line_layout(options.layout), options.direction,
+              options.pad ? MissingBytes::padded : MissingBytes::refused) {
+    sessions.each([this](Session& session) { begin_session(session); });
+    reader_.use(options.prefix.get());
+    if (options.columns == Columns::seconds || options.columns == Columns::milliseconds)
+        reader_.columns_are_time();
+    if (options.time != TimeShown::none) times_.emplace(options.time, options.columns);
 }
 
-void TraceDecoder::decode(int descriptor) {
-    Input input(descriptor, [this] { out_.flush(); });
+void TraceDecoder::begin_session(Session& session) {
+    session.switches = {.color = display_.color && options_.format == Format::text,
+                        .audio_only = options_.audio_only,
+                        .debug = options_.debug,
+                        .color_escape = '\0'};
+    session.side = this;
+    session.trail = report_->notes() ? &trail_ : nullptr;
+}
+
+Session& TraceDecoder::session_of(const CapturedMessage& captured) {
+    if (options_.terminal == Terminal::none) return sessions_.main();
+    const std::string_view name =
+        options_.terminal == Terminal::columns ? captured.columns : captured.terminal;
+    return sessions_.of_terminal(name, [this](Session& session) { begin_session(session); });
+}
+
+void TraceDecoder::decode(Source& source, int descriptor) {
+    Input input(source, [this] { out_.flush(); });
     progress_.emplace(name_, descriptor, display_.progress);
-    if (options_.layout == Layout::bin1 || options_.layout == Layout::bin2) {
+    if (is_binary(options_.layout)) {
         decode_binary(input);
     } else {
         decode_text(input);
     }
     progress_->hide();
-    if (selected_ != nullptr) selected_->finish();
+    end();
     out_.flush();
-    if (input.error() != 0) {
+    if (!input.error().empty()) {
         unreadable_ = true;
-        diagnostics_.of_file(std::strerror(input.error()));
+        if (number_ == 0) {
+            diagnostics_.of_file(input.error());
+        } else {
+            diagnostics_.of_line(number_, input.error());
+        }
     }
     diagnostics_.flush();
 }
@@ -83,12 +108,12 @@ void TraceDecoder::decode_text(Input& input) {
 inline bool TraceDecoder::plain_line(const Input::Next& next) {
     const Message* const m = reader_.plain(next.line);
     if (m == nullptr) return false;
-    if (plain_ != nullptr && next.newline) {
+    if (plain_ != nullptr && next.line.text[next.line.length] == '\n') [[likely]] {
         plain_text(next.line, *m);
         return true;
     }
     reader_.begin_plain(next.line, number_, *m);
-    report_->begin_line(next.line);
+    begin_line(next.line);
     with_memory(next.line, [&] {
         message(reader_.captured());
         report_->end_line(number_, next.line);
@@ -100,7 +125,7 @@ inline bool TraceDecoder::plain_line(const Input::Next& next) {
 inline void TraceDecoder::plain_text(Line line, const Message& m) {
     Text& out = plain_->begin_plain(line);
     try {
-        if (ztdecode::decode(session_, m, out) == Outcome::decoded) {
+        if (ztdecode::decode(*session_, m, out) == Outcome::decoded) {
             plain_->end_plain();
         } else {
             reader_.begin_plain(line, number_, m);
@@ -112,27 +137,35 @@ inline void TraceDecoder::plain_text(Line line, const Message& m) {
 }
 
 void TraceDecoder::text_line(const Input::Next& next) {
-    if (!next.piece && reader_.begin(next.line, number_) == LineVerdict::trace_line) {
+    const LineVerdict verdict = next.piece ? LineVerdict::no_trace_line : reader_.begin(next.line, number_);
+    if (verdict == LineVerdict::trace_line) {
         trace_line(next.line);
         return;
     }
-    report_->other(number_, {next.line.text, next.line.length}, next.newline);
-    if (next.piece && next.newline) ++number_;
+    if (next.piece && !in_long_line_) ++number_;
+    if (!in_long_line_) totals_.count(verdict);
+    in_long_line_ = next.piece && !next.newline;
+    if (verdict == LineVerdict::no_trace_line && sample_.wants_more()) sample_.add(next.line);
+    report_->other(number_, {next.line.text, next.line.length},
+                   next.newline || (others_follow_ && !in_long_line_));
+}
+
+void TraceDecoder::begin_line(Line line) {
+    if (times_) report_->show_time(times_->of(reader_.captured()));
+    report_->begin_line(line);
 }
 
 void TraceDecoder::trace_line(Line line) {
-    report_->begin_line(line);
-    with_memory(reader_.line(), [&] {
+    begin_line(line);
+    with_memory(reader_.whole_line(), [&] {
         while (reader_.next()) {
             if (!message(reader_.captured())) break;
         }
         if (const Refusal& refusal = reader_.refusal(); refusal) {
-            Text why;
-            write_refusal(refusal, reader_.line(), why);
-            refuse(why.view());
-            report_->refused(number_, reader_.line(), refusal);
+            if (sample_.wants_more()) sample_.add(line);
+            refuse(refusal, reader_.line());
         }
-        report_->end_line(number_, reader_.line());
+        report_->end_line(number_, reader_.whole_line());
     });
 }
 
@@ -150,7 +183,7 @@ void TraceDecoder::no_memory(Line line) {
     report_->no_memory();
     traced_ = std::string();
     trail_ = Trail(report_->notes().value_or(Trail::What::values));
-    refuse("no memory for this message");
+    refuse_line("no memory for this message", 0);
     report_->refused(number_, line, {.reason = Refusal::Reason::no_memory});
 }
 
@@ -159,7 +192,7 @@ bool TraceDecoder::message(const CapturedMessage& captured) {
     Text& text = report_->begin_message(captured);
     const std::size_t begin = text.size();
     trail_.place = number_;
-    const Outcome outcome = ztdecode::decode(session_, *captured.message, text);
+    const Outcome outcome = ztdecode::decode(session_of(captured), *captured.message, text);
     if (!traced_.empty()) {
         report_->trace(number_, traced_);
         traced_.clear();
@@ -167,6 +200,7 @@ bool TraceDecoder::message(const CapturedMessage& captured) {
     const Said said{captured, trail_, text.from(begin), outcome};
     if (outcome == Outcome::decoded) {
         report_->message(said);
+        if (captured.left_over > 0) left_over(captured);
     } else {
         unfinished(said);
     }
@@ -177,7 +211,13 @@ bool TraceDecoder::message(const CapturedMessage& captured) {
 void TraceDecoder::unfinished(const Said& said) {
     Text why;
     report_->unfinished(said, why);
-    refuse(why.view());
+    refuse_line(why.view(), reader_.whole_column(said.captured.column));
+}
+
+void TraceDecoder::left_over(const CapturedMessage& captured) {
+    Text words;
+    describe_left_over(captured, reader_.line(), words);
+    diagnostics_.of_line(number_, words.view(), reader_.whole_column(captured.left_over_column) + 1);
 }
 
 void TraceDecoder::decode_binary(Input& input) {
@@ -186,19 +226,77 @@ void TraceDecoder::decode_binary(Input& input) {
         const auto head = input.block(width);
         if (head.empty()) return;
         ++number_;
-        const std::size_t length = head[0] + (head.size() == 2 ? 256U * head[1] : 0U);
         const bool whole_head = head.size() == width;
-        const auto bytes = input.block(length);
-        report_->begin_bytes(bytes);
-        with_memory({"", 0}, [&] {
-            Message m(bytes);
-            m.direction = options_.direction;
-            message({.message = &m, .number = number_});
-            report_->end_line(number_, {"", 0});
-        });
-        if (bytes.size() < length || !whole_head) refuse("the file ends inside the message");
+        const std::size_t length = head[0] + (head.size() == 2 ? 256U * head[1] : 0U);
+        const auto bytes = input.block(whole_head ? length : 0);
+        const auto reason = !whole_head || length > 0 ? Refusal::Reason::file_ends
+                            : width == 1              ? Refusal::Reason::no_length_byte
+                                                      : Refusal::Reason::no_two_length_bytes;
+        binary_message(
+            bytes,
+            {.reason = bytes.size() < length || length == 0 || !whole_head ? reason : Refusal::Reason::none,
+             .column = width + bytes.size(),
+             .expected = length,
+             .found = bytes.size()});
         message_done(input);
     }
+}
+
+// `cut`: what the file's end takes off the message, if it does. A length with nothing behind it is no
+// message.
+void TraceDecoder::binary_message(std::span<const std::uint8_t> bytes, const Refusal& cut) {
+    report_->begin_bytes(bytes);
+    with_memory({"", 0}, [&] {
+        if (!bytes.empty()) {
+            Message m(bytes);
+            m.direction = options_.direction;
+            message({.message = &m, .number = number_, .cut_short = cut.expected - cut.found});
+            if (cut) cut_short(cut);
+        } else {
+            refuse(cut, {"", 0});
+        }
+        report_->end_line(number_, {"", 0});
+    });
+}
+
+void TraceDecoder::cut_short(const Refusal& cut) {
+    Text words;
+    describe(cut, {"", 0}, words);
+    diagnostics_.of_line(number_, words.view(), cut.column + 1);
+    wanting_ = true;
+}
+
+// What the whole trace was.
+void TraceDecoder::end() {
+    totals_.lines = number_;
+    std::uint64_t cut = 0;
+    const bool goes_on = others_follow_ && options_.join != Join::none;
+    if (!goes_on) sessions_.each([&](const Session& session) { cut += is_cut(session) ? 1U : 0U; });
+    if (!report_->end(totals_, cut)) wanting_ = true;
+    if (options_.follow) {
+        Text words;
+        write_totals(totals_, words);
+        diagnostics_.of_file(words.view());
+    }
+    if (!sample_.empty() && totals_.with_messages() == 0) no_message();
+}
+
+// Says of a series of segments that its end never came.
+bool TraceDecoder::is_cut(const Session& session) {
+    const Reassembly& series = *session.digital.reassembly;
+    if (series.to_come == 0) return false;
+    Text words;
+    describe({static_cast<std::uint64_t>(series.segments), series.to_come}, words);
+    diagnostics_.of_line(series.last_place, words.view(), 1);
+    return true;
+}
+
+// Lines that are refused are named already.
+void TraceDecoder::no_message() {
+    Text words;
+    const bool readable = sample_.describe(options_, words);
+    if (readable || totals_.no_trace_line > 0 || options_.layout != Layout::recognised)
+        diagnostics_.of_file(words.view());
 }
 
 void TraceDecoder::complaints_go_out() {
@@ -225,9 +323,17 @@ void TraceDecoder::standard_error(std::string_view text) {
     if (!text.empty()) diagnostics_.of_line(number_, text);
 }
 
-void TraceDecoder::refuse(std::string_view why) {
-    refused_ = true;
-    diagnostics_.of_line(number_, why);
+void TraceDecoder::refuse(Refusal refusal, Line line) {
+    Text why;
+    describe(refusal, line, why);
+    refusal.column = reader_.whole_column(refusal.column);
+    refuse_line(why.view(), refusal.column);
+    report_->refused(number_, reader_.whole_line(), refusal);
+}
+
+void TraceDecoder::refuse_line(std::string_view why, std::size_t column) {
+    ++totals_.refused;
+    diagnostics_.of_line(number_, why, column + 1);
 }
 
 }  // namespace ztdecode::tool

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -16,24 +17,31 @@
 #include "tool/output/output.hpp"
 #include "tool/progress.hpp"
 #include "tool/report/text.hpp"
+#include "tool/sample.hpp"
 #include "tool/select/selected.hpp"
+#include "tool/sessions.hpp"
+#include "tool/time_column.hpp"
 
 namespace ztdecode::tool {
 
-// One trace file on its way from lines to captured messages to what is reported of them, with a session of
-// its own.
+// One trace file on its way from lines to captured messages to what is reported of them, with what
+// its messages teach each other.
 class TraceDecoder : private SideChannel {
   public:
     // `name` is what diagnostics call the file.
+    // `others_follow`: what this one prints is not the end of the output.
     TraceDecoder(std::string name, std::unique_ptr<Report> report, const Options& options,
-                 const Display& display, Output& out, Output& diagnostics);
+                 const Display& display, bool others_follow, Sessions& sessions, Output& out,
+                 Output& diagnostics);
 
-    // Reads to the end, or until `out` cannot be written any more.
-    void decode(int descriptor);
+    // Reads to the end, or until `out` cannot be written any more. `descriptor`: of the file that the source
+    // is, -1 when it is a part of one.
+    void decode(Source& source, int descriptor);
 
     // Lines, or messages of a binary file.
     std::uint64_t lines() const noexcept { return number_; }
-    bool refused_lines() const noexcept { return refused_; }
+    // Whether a line was refused, or the report is not content.
+    bool refused_lines() const noexcept { return totals_.refused > 0 || wanting_; }
     bool unreadable() const noexcept { return unreadable_; }
     // Of a trace of which only some messages are asked for: whether there was one.
     bool matched() const noexcept { return selected_ != nullptr && selected_->matched(); }
@@ -44,11 +52,20 @@ class TraceDecoder : private SideChannel {
     }
     void decode_text(Input& input);
     void decode_binary(Input& input);
+    void binary_message(std::span<const std::uint8_t> bytes, const Refusal& cut);
+    void cut_short(const Refusal& cut);
+    void left_over(const CapturedMessage& captured);
+    void end();
+    bool is_cut(const Session& session);
+    void no_message();
 
     bool plain_line(const Input::Next& next);
     void plain_text(Line line, const Message& m);
     void text_line(const Input::Next& next);
     void trace_line(Line line);
+    void begin_line(Line line);
+    void begin_session(Session& session);
+    Session& session_of(const CapturedMessage& captured);
     // Gives false when the message was not decoded to its end.
     bool message(const CapturedMessage& captured);
     void unfinished(const Said& said);
@@ -60,25 +77,34 @@ class TraceDecoder : private SideChannel {
     void standard_output(std::string_view text) override;
     void standard_error(std::string_view text) override;
 
-    void refuse(std::string_view why);
+    std::uint64_t place() const override { return number_; }
+
+    void refuse(Refusal refusal, Line line);
+    void refuse_line(std::string_view why, std::size_t column);
     void complaints_go_out();
     void message_done(const Input& input);
 
     std::string name_;
     const Options& options_;
     const Display& display_;
+    bool others_follow_;
     Output& out_;
     Diagnostics diagnostics_;
     std::unique_ptr<Report> report_;
     Selected* selected_;  // the report, where only some messages are asked for; or null
     TextReport* plain_;   // where texts may go straight to; null for other reports
-    Session session_;
+    Sessions& sessions_;
+    Session* session_;
     Trail trail_;
     TraceReader reader_;
+    std::optional<TimeColumn> times_;
     std::optional<Progress> progress_;
     std::string traced_;        // side output of the message that is being decoded
     std::uint64_t number_ = 0;  // of the line, or of the message in a binary file
-    bool refused_ = false;
+    bool in_long_line_ = false;
+    LineTotals totals_;  // but for the lines themselves
+    Sample sample_;      // of lines without a message, until there is one
+    bool wanting_ = false;
     bool unreadable_ = false;
 };
 

@@ -274,7 +274,7 @@ TEST(ApiGolden, RefusedLines) {
         "123456S zz\n081211S 64 00 21 04 03\n00 00\n00 00 00 \r\n01 00 2a 03 00 21 04 03   \n\xff\xfe words\n"
         "081231R 04 15 01 ff 00\n03 00 21 04\nff 21 04 03\n";
     const TemporaryFile trace(lines);
-    const Ended ended = run({ZTDECODE_TOOL_FILE, "--format", "ndjson", trace.path()});
+    const Ended ended = run({ZTDECODE_TOOL_FILE, "--pad", "--format", "ndjson", trace.path()});
     EXPECT_EQ(ended.status, 1);
     const TemporaryFile expected(ended.output);
     expect_records(trace.path(), expected.path(), zt::Detail::fields);

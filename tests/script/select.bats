@@ -267,7 +267,7 @@ both_of() {
 @test "the exit status" {
     status=0; "$ZTDECODE" --link ip trace >output 2>errors || status=$?
     is "$status" 0 # though a line is refused,
-    grep -q 'trace:6: -> line too short' errors # and named
+    grep -q 'trace:6:9: the length says 2 bytes, the line has 1' errors # and named
     status=0; "$ZTDECODE" --link osi trace >output 2>errors || status=$?
     is "$status" 1
     is "$(cat output)" ""

@@ -71,13 +71,15 @@ TEST(Command, PassesOtherLinesThroughAsTheyAre) {
     for (const char* option : {"--no-input", "--color=never"}) {
         const Ended e = ztdecode({option}, log);
         EXPECT_EQ(e.output, log);
-        EXPECT_EQ(e.error, "");
+        EXPECT_EQ(e.error,
+                  "ztdecode: -: not one line was decoded; they look like \"08:42:01 link up\", which is no "
+                  "layout of trace lines\n");
         EXPECT_EQ(e.status, 0);
     }
 }
 
-TEST(Command, KeepsCarriageReturnsOfTheTrace) {
-    EXPECT_EQ(ztdecode({}, "000007S 01 2a\r\n").output, "000007S 01 2a\r\n\t- version inquiry\n");
+TEST(Command, KeepsLineEndsOfTheTrace) {
+    EXPECT_EQ(ztdecode({}, "000007S 01 2a\r\n").output, "000007S 01 2a\r\n\t- version inquiry\r\n");
 }
 
 TEST(Command, LastLineWithoutNewline) {
@@ -88,9 +90,9 @@ TEST(Command, NamesFileAndLineOfARefusedLineAndGoesOn) {
     const TemporaryFile file("# trace\n000001S 01 2a\n000002R 09 01\nzt 02 01\nzt 02 01 xx\n000003S 01 2a\n");
     const Ended e = ztdecode({"--no-input", file.path()});
     EXPECT_EQ(e.output, "# trace\n\t- version inquiry\n\t- version inquiry\n");
-    EXPECT_EQ(e.error, "ztdecode: " + file.path() + ":3: -> line too short\n" + "ztdecode: " + file.path() +
-                           ":4: line too short: expected: 8, real: 5\n" + "ztdecode: " + file.path() +
-                           ":5: line1: ill formed hex value\n");
+    EXPECT_EQ(e.error, "ztdecode: " + file.path() + ":3:9: the length says 9 bytes, the line has 1\n" +
+                           "ztdecode: " + file.path() + ":4:9: the length says 2 bytes, the line has 1\n" +
+                           "ztdecode: " + file.path() + ":5:10: \"xx\" is no byte of two digits\n");
     EXPECT_EQ(e.status, 1);
 }
 
@@ -173,7 +175,7 @@ TEST(Command, ShowsTheTraceOfReassemblyOnDemandOnly) {
               "entree decode1msg, lng=0x06  sens= from DHS\n"
               "28 00 \n"
               "\t- segment message 1/2\n");
-    EXPECT_EQ(e.error, "");
+    EXPECT_EQ(e.error, "ztdecode: -:1:1: the trace ends inside a message of 2 segments, 1 of them to come\n");
 }
 
 TEST(Command, DiagnosticsOfADecoderNameFileAndLine) {
@@ -188,8 +190,8 @@ TEST(Command, AnUnknownClassEndsTheMessageAndNotTheProgram) {
     const TemporaryFile file("000001S 03 16 00 04\n000002S 01 2a\n");
     const Ended e = ztdecode({"--no-input", file.path()});
     EXPECT_EQ(e.output, "\t- version inquiry\n");
-    EXPECT_EQ(e.error, "ztdecode: " + file.path() + ":1: \tRYM - presentation server\n" +
-                           "ztdecode: " + file.path() + ":1: Error class lookup table ptr\n");
+    EXPECT_EQ(e.error, "ztdecode: " + file.path() + ":1:9: \tRYM - presentation server\n" +
+                           "ztdecode: " + file.path() + ":1:9: Error class lookup table ptr\n");
     EXPECT_EQ(e.status, 1);
 }
 
@@ -280,7 +282,7 @@ TEST(Command, BinaryLayouts) {
               "\t- version inquiry\n\t- all leds OFF\n");
     const Ended cut = ztdecode({"--layout", "bin1", "--no-input"}, std::string("\x01\x2a\x03\x21\x07", 5));
     EXPECT_EQ(cut.output, "\t- version inquiry\n\t- all leds OFF\n");
-    EXPECT_EQ(cut.error, "ztdecode: -:2: the file ends inside the message\n");
+    EXPECT_EQ(cut.error, "ztdecode: -:2:4: the length says 3 bytes, the file has 2\n");
     EXPECT_EQ(cut.status, 1);
 }
 
@@ -291,9 +293,11 @@ TEST(Command, ForcedLayouts) {
     EXPECT_EQ(ztdecode({"--no-input", "--layout", "spzt-lng2"}, "xxxxxxS 01 00 2a\n").output,
               "\t- version inquiry\n");
     EXPECT_EQ(ztdecode({"--no-input", "--layout", "spzt"}, "hello\n").error,
-              "ztdecode: -:1: -> not in spzt format: msg[6] should be S or R\n");
-    EXPECT_EQ(ztdecode({"--no-input", "--layout", "zt"}, "hello\n").error,
-              "ztdecode: -:1:  err: awaiting 'zt ', received 'hel'\n");
+              "ztdecode: -:1:7: no S or R here\n"
+              "ztdecode: -: not one line was decoded; they look like \"hello\", which is no layout of trace "
+              "lines\n");
+    EXPECT_EQ(ztdecode({"--no-input", "--layout", "zt"}, "zt 01 2a\nhello\n").error,
+              "ztdecode: -:2:1: no \"zt \" at the line's beginning\n");
 }
 
 // A super message that says too long a part goes on with parts of nothing, and complains about each of them.

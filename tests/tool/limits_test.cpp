@@ -134,7 +134,7 @@ TEST_F(Limits, AMessageWithoutMemoryIsRefusedAndTheWorkGoesOn) {
         if (ended.status != 1) continue;
         ++refused;
         EXPECT_EQ(ended.output, "\t- version inquiry\n\t- all leds OFF\n\t- all leds OFF\n");
-        EXPECT_EQ(ended.error, "ztdecode: " + deep.path() + ":2: no memory for this message\n");
+        EXPECT_EQ(ended.error, "ztdecode: " + deep.path() + ":2:1: no memory for this message\n");
     }
     EXPECT_GT(refused, 0);
 }
@@ -155,7 +155,8 @@ TEST_F(Limits, ARefusalDoesNotTakeLongTextsBackThatHaveGoneOut) {
     for (const char* option : {"", "--audio-only", "--debug"}) {
         const Ended ended = limited(memory(150000), std::string(option) + " " + trace.path());
         EXPECT_GT(ended.output.size(), 30U) << option;
-        EXPECT_EQ(ended.error, "ztdecode: " + trace.path() + ":2: line does not start with 2 length bytes\n");
+        EXPECT_TRUE(ended.error.starts_with("ztdecode: " + trace.path() + ":2:")) << ended.error;
+        EXPECT_TRUE(ended.error.ends_with(": the length says 0 bytes\n")) << ended.error;
         EXPECT_EQ(ended.status, 1);
     }
     const std::string output = limited(memory(150000), trace.path()).output;
@@ -187,7 +188,7 @@ TEST_F(Limits, AWorkerWithoutMemoryReportsItsFileAndTheOthersGoOn) {
 
 TEST_F(Limits, AFileWithoutMemoryIsNamed) {
     // Half a megabyte before its newline: the room for the line has to grow, and so has that for the output.
-    const TemporaryFile longer(std::string(std::size_t{512} * 1024, 'a') + "\n");
+    const TemporaryFile longer(std::string(std::size_t{512} * 1024, 'a') + "\n000001S 02 21 07\n");
     const TemporaryFile other("000001S 02 21 07\n");
     int named = 0;
     for (int kib = 3800; kib < 12000; kib += 50) {

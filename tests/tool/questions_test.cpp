@@ -130,7 +130,7 @@ TEST(Questions, LinesThatAreNoMessages) {
               "line,verdict,reason,column,expected,found,content\r\n"
               "1,comment,,,,,# words\r\n2,blank,,,,, \r\n3,no_trace_line,,,,,08:42:01 link up\r\n"
               "4,refused,too_short,9,3,2,000001S 03 21 04\r\n");
-    EXPECT_EQ(e.error, "ztdecode: -:4: -> line too short\n");
+    EXPECT_EQ(e.error, "ztdecode: -:4:9: the length says 3 bytes, the line has 2\n");
     EXPECT_EQ(e.status, 1);
     EXPECT_EQ(ask("select name, lines, messages, refused, bytes from files", trace).output,
               "name,lines,messages,refused,bytes\r\n-,5,1,1,64\r\n");

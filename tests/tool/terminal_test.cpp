@@ -201,16 +201,16 @@ TEST(Terminal, NothingActsInDiagnostics) {
     const std::string name = "/no/\033]0;PWNED\007\nztdecode: forged";
     EXPECT_EQ(on_terminal(Stream::error, {name}, ""),
               "ztdecode: /no/\\x1b]0;PWNED\\x07\\x0aztdecode: forged: No such file or directory\n");
-    EXPECT_EQ(on_terminal(Stream::error, {"--layout", "zt"}, "\033[2J\n"),
-              "ztdecode: -:1:  err: awaiting 'zt ', received '\\x1b[2'\n");
+    EXPECT_EQ(on_terminal(Stream::error, {}, "zt 01 2a\nzt \033[2J\n"),
+              "ztdecode: -:2:4: no length: \"\\x1b[2J\" is no byte of two digits\n");
     EXPECT_EQ(on_terminal(Stream::error, {"--layout", "\033c"}, "").find('\033'), std::string::npos);
     EXPECT_EQ(piped({name}, "").error, "ztdecode: " + name + ": No such file or directory\n");
 }
 
 TEST(Terminal, DiagnosticsHaveNoColourCodes) {
     EXPECT_EQ(piped({"--color", "always"}, "000001S 03 16 00 04\n").error,
-              "ztdecode: -:1: \tRYM - presentation server\n"
-              "ztdecode: -:1: Error class lookup table ptr\n");
+              "ztdecode: -:1:9: \tRYM - presentation server\n"
+              "ztdecode: -:1:9: Error class lookup table ptr\n");
 }
 
 // Long enough for the line to show where it is explained; a sanitizer takes its time.

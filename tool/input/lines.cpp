@@ -1,10 +1,6 @@
 #include "tool/input/lines.hpp"
 
-#include <sys/stat.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
 #include <cstring>
 #include <utility>
 
@@ -14,17 +10,11 @@ namespace {
 
 constexpr std::size_t buffer_size = std::size_t{256} * 1024;
 
-bool is_regular(int descriptor) {
-    struct stat status {};
-    return ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
-}
-
 }  // namespace
 
-// Reading a file never waits.
-Input::Input(int descriptor, std::function<void()> before_waiting)
-    : descriptor_(descriptor), buffer_(buffer_size + 1) {
-    if (!is_regular(descriptor)) before_waiting_ = std::move(before_waiting);
+Input::Input(Source& source, std::function<void()> before_waiting)
+    : source_(source), buffer_(buffer_size + 1) {
+    if (source.may_wait()) before_waiting_ = std::move(before_waiting);
 }
 
 // Reads more behind what is there; room is made first. False at the end.
@@ -37,25 +27,30 @@ bool Input::fill() {
     }
     if (end_ + 1 == buffer_.size()) buffer_.resize(buffer_.size() * 2 - 1);
     if (before_waiting_) before_waiting_();
-    for (;;) {
-        const ssize_t n = ::read(descriptor_, buffer_.data() + end_, buffer_.size() - 1 - end_);
-        if (n > 0) {
-            end_ += static_cast<std::size_t>(n);
-            bytes_read_ += static_cast<std::uint64_t>(n);
-            return true;
-        }
-        if (n < 0 && errno == EINTR) continue;
-        if (n < 0) error_ = errno;
-        at_end_ = true;
-        return false;
-    }
+    const std::size_t n = source_.read(buffer_.data() + end_, buffer_.size() - 1 - end_);
+    end_ += n;
+    bytes_read_ += n;
+    at_end_ = n == 0;
+    return n > 0;
+}
+
+// A carriage return ends lines only where the first one has no newline, and goes on behind it.
+void Input::learn_line_end(const char* from, std::size_t present) {
+    learnt_ = std::memchr(from, '\n', present) != nullptr;
+    if (learnt_) return;
+    const void* const lone = std::memchr(from, '\r', present);
+    learnt_ = lone != nullptr && lone != from + present - 1;
+    if (!learnt_) return;
+    newline_ = '\r';
+    searched_ = 0;
 }
 
 bool Input::next(Next& next) {
     for (;;) {
         char* text = buffer_.data() + begin_;
         const std::size_t present = end_ - begin_;
-        auto* newline = static_cast<char*>(std::memchr(text + searched_, '\n', present - searched_));
+        if (!learnt_) learn_line_end(text, present);
+        auto* newline = static_cast<char*>(std::memchr(text + searched_, newline_, present - searched_));
         if (newline != nullptr) {
             const auto length = static_cast<std::size_t>(newline - text);
             next = {{text, length}, true, in_long_line_};

@@ -7,17 +7,19 @@
 #include <vector>
 
 #include "decode/readers.hpp"
+#include "tool/input/source.hpp"
 
 namespace ztdecode::tool {
 
-// Lines or blocks of a file descriptor, read as they come.
+// Lines or blocks of a source, read as they come.
 class Input {
   public:
     // `before_waiting` is called where reading may wait for what is not there yet.
-    Input(int descriptor, std::function<void()> before_waiting);
+    Input(Source& source, std::function<void()> before_waiting);
 
     // The next line, without its newline, which stands behind it (a zero where the file has none); valid
-    // until the next call. A line that is longer than `longest_line` comes in several pieces.
+    // until the next call. Where the first line ends in a carriage return alone, all do. A line that is
+    // longer than `longest_line` comes in several pieces.
     struct Next {
         Line line;
         bool newline;  // the line ended in one
@@ -28,23 +30,26 @@ class Input {
     // The next n bytes, fewer at the end; valid until the next call.
     std::span<const std::uint8_t> block(std::size_t n);
 
-    int error() const noexcept { return error_; }
+    // What is wrong with the source, empty when nothing is.
+    const std::string& error() const noexcept { return source_.error(); }
     std::uint64_t bytes_read() const noexcept { return bytes_read_; }
 
     static constexpr std::size_t longest_line = std::size_t{1} << 20;
 
   private:
     bool fill();
+    void learn_line_end(const char* from, std::size_t present);
 
-    int descriptor_;
+    Source& source_;
     std::function<void()> before_waiting_;
     std::vector<char> buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
     std::size_t searched_ = 0;  // bytes from begin_ on that hold no newline
+    char newline_ = '\n';       // that ends the lines
+    bool learnt_ = false;       // that it does
     bool in_long_line_ = false;
     bool at_end_ = false;
-    int error_ = 0;
     std::uint64_t bytes_read_ = 0;
 };
 

@@ -12,13 +12,15 @@ void complain_of_file(std::string_view name, std::string_view why, Output& out) 
     out.text.add("\n");
 }
 
-void Diagnostics::of_line(std::uint64_t number, std::string_view why) {
+void Diagnostics::of_line(std::uint64_t number, std::string_view why, std::size_t column) {
     Text& text = out_.text;
     do {
         const std::string_view line = why.substr(0, why.find('\n'));
         text.add("ztdecode: ");
         out_.add_name(name_);
-        text.print(":{-}: "_cf, number);
+        text.print(":{-}"_cf, number);
+        if (column != 0) text.print(":{-}"_cf, column);
+        text.add(": ");
         out_.add_foreign(line);
         text.add("\n");
         why.remove_prefix(std::min(why.size(), line.size() + 1));

@@ -17,7 +17,8 @@ class Diagnostics {
     Diagnostics(std::string_view name, Output& out) noexcept : name_(name), out_(out) {}
 
     // Every line of it names the file and the line (of a binary file the message).
-    void of_line(std::uint64_t number, std::string_view why);
+    // Columns count from 1; without one the line as a whole is meant.
+    void of_line(std::uint64_t number, std::string_view why, std::size_t column = 0);
     void of_file(std::string_view why) { complain_of_file(name_, why, out_); }
 
     // Whether something has not gone out yet.

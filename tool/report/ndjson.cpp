@@ -123,6 +123,22 @@ struct QuotedOrNull : Plain {
     }
 };
 
+// The columns of a line: a string, a number where they are digits and it is wanted, or null.
+struct ColumnsOrNull : QuotedOrNull {
+    ColumnsOrNull(const CapturedMessage& place, bool as_number, bool to_ascii)
+        : QuotedOrNull(place.columns, place.has_columns, to_ascii),
+          number(as_number && place.has_columns &&
+                 std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; })) {}
+
+    bool number;
+
+    char* write(char* at) const {
+        if (!number) return QuotedOrNull::write(at);
+        const std::size_t first = text.find_first_not_of('0');
+        return copy_characters(at, first == std::string_view::npos ? "0" : text.substr(first));
+    }
+};
+
 // A name of our own, which needs no escapes; null where there is none.
 struct OwnName : Plain {
     explicit OwnName(std::string_view n) : name(n) {}
@@ -214,7 +230,10 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
     using Base = rapidjson::Writer<Stream>;
 
   public:
-    Writer(bool ascii, Text& out) : out_(out), ascii_(ascii), stream_{out} { Reset(stream_); }
+    Writer(bool ascii, bool column_numbers, Text& out)
+        : out_(out), ascii_(ascii), column_numbers_(column_numbers), stream_{out} {
+        Reset(stream_);
+    }
 
     void begin(std::string_view kind_and_file, std::uint64_t line) {
         StartObject();
@@ -251,9 +270,10 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         StartObject();
         Prefix(rapidjson::kStringType);
         out_.print(
-            "{-}:{-},\"columns\":{-},\"time\":null,\"direction\":\"{-}\",\"link\":{-},\"message\":{-},"
+            "{-}:{-},\"columns\":{-},\"time\":{-},\"direction\":\"{-}\",\"link\":{-},\"message\":{-},"
             "\"code\":{-},\"status\":\"{-}\",\"length\":{-},\"bytes\":\"{-}\",\"text\":"_cf,
-            kind_and_file, place.number, QuotedOrNull{place.columns, place.has_columns, ascii_},
+            kind_and_file, place.number, ColumnsOrNull{place, column_numbers_, ascii_},
+            QuotedOrNull{place.time, !place.time.empty(), ascii_},
             std::string_view(noted.direction == from_dhs ? "from" : "to"), OwnName{noted.link},
             OwnName{noted.name}, Code{noted.code}, status(part.decoded), noted.length,
             Hexadecimal{part.bytes});
@@ -490,13 +510,16 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
 
     Text& out_;
     bool ascii_;
+    bool column_numbers_;
     Stream stream_;
     std::vector<std::uint32_t> order_;
     std::vector<std::pair<std::uint32_t, std::uint32_t>> first_;
 };
 
 NdjsonReport::NdjsonReport(std::string_view file, const Options& options, Output& out)
-    : options_(options), out_(out), writer_(std::make_unique<Writer>(out.escapes(), out.text)) {
+    : options_(options),
+      out_(out),
+      writer_(std::make_unique<Writer>(out.escapes(), options.column_numbers, out.text)) {
     Text name;
     add_json_string(file, out.escapes(), name);
     const auto keys = [&](std::string_view kind) {
@@ -510,7 +533,7 @@ NdjsonReport::NdjsonReport(std::string_view file, const Options& options, Output
 
 NdjsonReport::~NdjsonReport() = default;
 
-FieldsAsJson::FieldsAsJson() : writer_(std::make_unique<NdjsonReport::Writer>(false, text_)) {}
+FieldsAsJson::FieldsAsJson() : writer_(std::make_unique<NdjsonReport::Writer>(false, false, text_)) {}
 
 FieldsAsJson::~FieldsAsJson() = default;
 
@@ -557,6 +580,9 @@ void NdjsonReport::message(const Said& said) {
     if (const Refusal* shortage = said.captured.shortage; shortage != nullptr) {
         writer_->add("\"padded\"", shortage->expected - shortage->found);
     }
+    if (!said.captured.prefix.empty()) writer_->add("\"prefix\"", said.captured.prefix);
+    if (said.captured.left_over > 0) writer_->add("\"left_over\"", said.captured.left_over);
+    if (said.captured.cut_short > 0) writer_->add("\"cut_short\"", said.captured.cut_short);
     writer_->end();
 }
 
@@ -592,7 +618,7 @@ bool NdjsonReport::let_out(std::size_t besides) {
 void NdjsonReport::no_memory() {
     out_.text.cut(begin_);
     out_.flush_and_release();
-    writer_ = std::make_unique<Writer>(out_.escapes(), out_.text);
+    writer_ = std::make_unique<Writer>(out_.escapes(), options_.column_numbers, out_.text);
     decoded_ = Text();
     record_ = Record();
 }

@@ -16,8 +16,9 @@ namespace ztdecode::tool {
 class NdjsonReport final : public Report {
   public:
     struct Options {
-        bool words = false;       // each word with its bytes, and what there is to know of each field
-        bool only_texts = false;  // leave out the messages without a text
+        bool words = false;           // each word with its bytes, and what there is to know of each field
+        bool column_numbers = false;  // the columns in front of a message are a number
+        bool only_texts = false;      // leave out the messages without a text
     };
     // Where the output goes to a terminal, all characters beyond ASCII are escapes.
     NdjsonReport(std::string_view file, const Options& options, Output& out);
@@ -37,6 +38,7 @@ class NdjsonReport final : public Report {
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t besides) override;
     void no_memory() override;
+    bool end(const LineTotals& /*totals*/, std::uint64_t /*cut*/) override { return true; }
 
   private:
     friend class FieldsAsJson;

@@ -10,6 +10,7 @@
 #include "core/text.hpp"
 #include "core/trail.hpp"
 #include "decode/trace_lines.hpp"
+#include "tool/report/verdicts.hpp"
 
 namespace ztdecode::tool {
 
@@ -35,6 +36,9 @@ class Report {
     // A line that is no trace line, or a piece of one; `newline`: it ended in one.
     virtual void other(std::uint64_t number, std::string_view line, bool newline) = 0;
 
+    // What stands in front of the next trace line.
+    virtual void show_time(std::string_view /*column*/) {}
+
     // A trace line begins, or in a binary file a message. Its messages follow, then why it is refused, if it
     // is, and its end.
     virtual void begin_line(Line line) = 0;
@@ -56,6 +60,10 @@ class Report {
     virtual bool let_out(std::size_t besides) = 0;
     // There is no memory for the message: what was written of it is taken back, and the memory given back.
     virtual void no_memory() = 0;
+
+    // The trace is done: what became of its lines, and how many messages its end cuts between their segments.
+    // False when the report asks for more than it got.
+    virtual bool end(const LineTotals& totals, std::uint64_t cut) = 0;
 };
 
 }  // namespace ztdecode::tool

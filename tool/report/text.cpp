@@ -21,7 +21,7 @@ std::optional<Trail::What> TextReport::notes() const {
 
 void TextReport::other(std::uint64_t /*number*/, std::string_view line, bool newline) {
     out_.add_foreign(line);
-    if (newline) out_.text.add("\n");
+    if (newline) out_.text.add(*(line.data() + line.size()) == '\r' && !out_.escapes() ? "\r" : "\n");
 }
 
 void TextReport::begin_text(std::size_t begin) {
@@ -32,9 +32,14 @@ void TextReport::begin_text(std::size_t begin) {
 
 void TextReport::begin_line(Line line) {
     const std::size_t begin = out_.text.size();
+    // A terminal would act on a carriage return.
+    const bool lone = line.text[line.length] == '\r';
+    const bool returns = line.length > 0 && line.text[line.length - 1] == '\r';
+    line_end_ = out_.escapes() ? "\n" : lone ? "\r" : returns ? "\r\n" : "\n";
     if (options_.lines) {
+        out_.text.add(time_);
         out_.add_foreign({line.text, line.length});
-        out_.text.add("\n");
+        out_.text.add(line_end_ == "\r" ? line_end_ : "\n");
     }
     begin_text(begin);
 }
@@ -43,7 +48,8 @@ void TextReport::begin_line(Line line) {
 void TextReport::begin_bytes(std::span<const std::uint8_t> bytes) {
     Text& out = out_.text;
     const std::size_t begin = out.size();
-    if (options_.lines) {
+    line_end_ = "\n";
+    if (options_.lines && !bytes.empty()) {
         out.print("zt {-:02x} {-:02x}"_cf, bytes.size() & 0xFF, bytes.size() >> 8);
         for (const std::uint8_t byte : bytes) {
             out.add(" ");
@@ -109,6 +115,22 @@ void TextReport::end_line(std::uint64_t /*number*/, Line /*line*/) {
         text_ = begin_;
     }
     put_traces_above_text();
+    use_line_end();
+}
+
+// Texts have the line ends of their file.
+void TextReport::use_line_end() {
+    if (line_end_ == "\n") return;
+    Text& out = out_.text;
+    const std::string decoded(out.from(text_));
+    out.cut(text_);
+    for (const char c : decoded) {
+        if (c == '\n') {
+            out.add(line_end_);
+        } else {
+            out.put(static_cast<std::uint8_t>(c));
+        }
+    }
 }
 
 void TextReport::put_traces_above_text() {
@@ -125,6 +147,7 @@ void TextReport::put_traces_above_text() {
 bool TextReport::let_out(std::size_t besides) {
     if (out_.text.size() - text_ + traced_.size() + besides < most_held) return false;
     put_traces_above_text();
+    use_line_end();
     out_.flush_keeping(text_);
     partly_out_ = true;
     return true;

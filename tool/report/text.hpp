@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "tool/output/output.hpp"
 #include "tool/report/report.hpp"
@@ -33,6 +34,7 @@ class TextReport final : public Report {
 
     std::optional<Trail::What> notes() const override;
     void other(std::uint64_t number, std::string_view line, bool newline) override;
+    void show_time(std::string_view column) override { time_ = column; }
     void begin_line(Line line) override;
     void begin_bytes(std::span<const std::uint8_t> bytes) override;
     Text& begin_message(const CapturedMessage& captured) override;
@@ -43,15 +45,19 @@ class TextReport final : public Report {
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t besides) override;
     void no_memory() override;
+    bool end(const LineTotals& /*totals*/, std::uint64_t /*cut*/) override { return true; }
 
   private:
     void begin_text(std::size_t begin);
     void present(const Said& said);
     void put_traces_above_text();
+    void use_line_end();
 
     Options options_;
     Output& out_;
-    bool presents_;            // texts go out in another form than they are decoded in
+    bool presents_;          // texts go out in another form than they are decoded in
+    std::string_view time_;  // in front of the line
+    std::string_view line_end_ = "\n";
     std::size_t begin_ = 0;    // of the line in the output
     std::size_t text_ = 0;     // of its text
     bool partly_out_ = false;  // text of the line has gone out

@@ -49,7 +49,9 @@ Database::Database(sqlite::Connection& connection)
       begin_file_(connection, "insert into files values(?, ?, ?, ?, 0, 0, 0)"),
       end_file_(connection, "update files set lines = ?, messages = ?, refused = ? where id = ?"),
       message_name_(connection, "insert into message_names values(?, ?, ?, ?, ?)"),
-      message_(connection, "insert into message_rows values(?, ?, ?, ?, null, ?, ?, ?, ?, ?, ?, ?, ?, ?, ?)"),
+      message_(connection,
+               "insert into message_rows values(?1, ?2, ?3, ?4, ?15, ?5, ?6, ?7, ?8, ?9, ?10, ?11, ?12, ?13, "
+               "?14)"),
       field_name_(connection, "insert into field_names values(?, ?, ?, ?, ?)"),
       field_(connection, "insert into field_rows values(?, ?, ?, ?, ?, ?, ?, ?)"),
       line_(connection, "insert into line_rows values(null, ?, ?, ?, ?, ?, ?, ?, ?)"),
@@ -102,6 +104,7 @@ void Database::message(const CapturedMessage& captured, const Record& record) {
     } else {
         message_.bind_null(4);
     }
+    bind_name(message_, 15, as_utf8(captured.time, time_));
     depths_.clear();
     for (std::uint32_t k = 0; k < record.size(); ++k) {
         depths_.push_back(k == 0 ? 0 : depths_[record.part(k).carrier] + 1);

@@ -70,6 +70,7 @@ class Database {
 
     // Words that had to be changed, until they are written.
     std::string columns_;
+    std::string time_;
     std::string text_;
     Text digits_;
 };

@@ -25,6 +25,7 @@ class DatabaseReport final : public Report {
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t /*besides*/) override { return false; }
     void no_memory() override;
+    bool end(const LineTotals& /*totals*/, std::uint64_t /*cut*/) override { return true; }
 
   private:
     Database& database_;

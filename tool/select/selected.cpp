@@ -27,15 +27,6 @@ Selected::Selected(std::string_view file, const SelectionOptions& selection, con
       after_(std::max(selection.after, selection.around)),
       selection_(file_, selection) {}
 
-void Selected::finish() {
-    if (!selection_options_.count) return;
-    if (options_.file_names) {
-        out_.add_name(file_);
-        out_.text.add(":");
-    }
-    out_.text.print("{-}\n"_cf, std::uint64_t{matched_});
-}
-
 std::optional<Trail::What> Selected::notes() const {
     return std::max(selection_.notes(), shown_->notes());  // none is the least
 }
@@ -122,6 +113,7 @@ template <class Tell>
 std::size_t Selected::tell_of_line(Tell tell) {
     const std::size_t begin = out_.text.size();
     telling_ = true;
+    shown_->show_time(time_);
     if (binary_) {
         shown_->begin_bytes(bytes_);
     } else {
@@ -204,6 +196,17 @@ void Selected::no_memory() {
     traced_ = std::string();
     past_.clear();
     past_size_ = 0;
+}
+
+bool Selected::end(const LineTotals& totals, std::uint64_t cut) {
+    if (selection_options_.count) {
+        if (options_.file_names) {
+            out_.add_name(file_);
+            out_.text.add(":");
+        }
+        out_.text.print("{-}\n"_cf, std::uint64_t{matched_});
+    }
+    return shown_->end(totals, cut);
 }
 
 }  // namespace ztdecode::tool

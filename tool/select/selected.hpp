@@ -41,11 +41,10 @@ class Selected final : public Report {
     // Whether no message is asked for any more.
     bool enough() const noexcept { return matched_ >= selection_options_.most && after_left_ == 0; }
     bool matched() const noexcept { return matched_ > 0; }
-    // Behind the last message of the file.
-    void finish();
 
     std::optional<Trail::What> notes() const override;
     void other(std::uint64_t number, std::string_view line, bool newline) override;
+    void show_time(std::string_view column) override { time_ = column; }
     void begin_line(Line line) override;
     void begin_bytes(std::span<const std::uint8_t> bytes) override;
     Text& begin_message(const CapturedMessage& captured) override;
@@ -56,6 +55,8 @@ class Selected final : public Report {
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t besides) override;
     void no_memory() override;
+    // Says how many messages there were, where that is what is asked for.
+    bool end(const LineTotals& totals, std::uint64_t cut) override;
 
   private:
     // What was shown of a message, which may be wanted as context.
@@ -90,6 +91,7 @@ class Selected final : public Report {
     Record record_;
     Text decoded_;
     std::string traced_;
+    std::string_view time_;  // in front of the line
     Line line_{"", 0};
     std::span<const std::uint8_t> bytes_{};
     bool binary_ = false;

@@ -284,7 +284,7 @@ class Where::Table {
                 if (captured_->has_columns) give(to, captured_->columns);
                 return;
             case time:
-                return;
+                return give_name(to, captured_->time);
             case direction:
                 return give(to, noted.direction == from_dhs ? std::string_view("from") : "to");
             case link:
