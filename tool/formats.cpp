@@ -38,10 +38,11 @@ std::unique_ptr<Report> make_report(std::string_view file, const Options& option
                                     Output& out) {
     auto whole = make_whole_report(file, options, display, out);
     if (!options.selection.any()) return whole;
+    const bool member = !options.files.empty() && file != options.files.front();
     return std::make_unique<Selected>(file, options.selection,
                                       Selected::Options{.only_texts = options.audio_only,
                                                         .separators = options.format == Format::text,
-                                                        .file_names = options.files.size() > 1},
+                                                        .file_names = options.files.size() > 1 || member},
                                       std::move(whole), out);
 }
 

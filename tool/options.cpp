@@ -76,7 +76,7 @@ bin1 and bin2 are binary: messages behind one or two length bytes each.
 Columns for --where, in SQL as SQLite has it; = <> < LIKE GLOB AND OR NOT IN
 and X REGEXP 'RE' say most:
   file, line, columns    where it stood; the six characters in front of it
-  time                   NULL so far
+  time                   as the trace gives it, NULL where it does not
   direction, link        'from' or 'to' the system; 'ip', 'digital', 'hub' ...
   message, code, status  'start_rtp'; 1; 'decoded', 'unknown' or 'refused'
   length, bytes, hex     how many bytes; which, as a blob and in hexadecimal
@@ -122,6 +122,12 @@ class HelpLayout : public CLI::Formatter {
         const std::string text =
             CLI::Formatter::make_group(std::move(group), is_positional, std::move(options));
         return is_positional ? text + "\n" : text.substr(1);
+    }
+    // What is in braces for the library is the value that the option may do without.
+    std::string make_option_name(const CLI::Option* option, bool is_positional) const override {
+        std::string text = CLI::Formatter::make_option_name(option, is_positional);
+        const std::size_t brace = text.find('{');
+        return brace == std::string::npos ? text : text.substr(0, brace) + "[=name]";
     }
     // An option that may be given several times still takes one value a time.
     std::string make_option_opts(const CLI::Option* option) const override {

@@ -399,3 +399,18 @@ b = 1"
     is "$("$ZTDECODE" --no-input --link digital class 2>errors)" "$(printf '\t- version inquiry')"
     is "$(wc -l <errors)" 2 # though it is not shown
 }
+
+@test "the time that a trace gives can be asked for, in packed traces too" {
+    printf '%s\n' '07:45:02.5 000119S 03 21 04 03' '07:46:00.0 000120R 02 03 0a' '000121R 02 03 0a' | gzip >timed
+    is "$("$ZTDECODE" --where "time < '07:46'" timed)" "$(printf '07:45:02.5 000119S 03 21 04 03\n\t- green led 3 ON')"
+    is "$("$ZTDECODE" --count --where 'time IS NULL' timed)" 1
+    tar cf packed timed trace
+    is "$("$ZTDECODE" --count --link digital packed 2>errors)" "$(printf 'packed/timed:3\npacked/trace:6')"
+    is "$("$ZTDECODE" --format csv --sql 'select line, time from messages' timed | tr -d '\r')" \
+        "$(printf 'line,time\n1,07:45:02.5\n2,07:46:00.0\n3,')"
+}
+
+@test "what became of all messages is not asked of some" {
+    refused 'ztdecode: --check: says what became of all messages, a selection has no place beside it\nztdecode --help says how it is used' \
+        --check --link ip
+}
