@@ -162,15 +162,15 @@ const zt_line* zt_session::feed(std::string_view line) {
     line_.content = as_string(line_text_);
     line_.columns = line_.reason = as_string({});
     line_.place = place_ + 1;
-    if (line_.kind == ZT_LINE_OTHER) begin_line(as_line(line_text_));
+    if (line_.kind == ZT_LINE_OTHER) begin_line();
     ++place_;
     return &line_;
 }
 
-void zt_session::begin_line(Line line) {
-    line_.layout = layout_of(line);
-    if (line_.layout == ZT_LAYOUT_AUTO) return;
+void zt_session::begin_line() {
     const std::string_view body = without_blanks_behind(line_text_);
+    line_.layout = layout_of(as_line(body));
+    if (line_.layout == ZT_LAYOUT_AUTO) return;
     reader_.begin(as_line(body), reader_layout(line_.layout), reader_direction(options_.direction));
     pending_ = reader_.next();
     if (pending_ != nullptr) {

@@ -34,7 +34,7 @@ struct zt_session final : private ztdecode::SideChannel {
     void standard_error(std::string_view text) override { complaints_ += text; }
 
     ztdecode::Trail new_trail() const noexcept;
-    void begin_line(ztdecode::Line line);
+    void begin_line();
     zt_layout layout_of(ztdecode::Line line) const;
     void note_refusal(ztdecode::Line line);
     const zt_record* record(const ztdecode::Message& m, std::uint64_t place, std::uint64_t padded);

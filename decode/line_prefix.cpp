@@ -140,8 +140,9 @@ bool epoch_time(Scan& scan, std::int64_t& microseconds) {
         microseconds = seconds * 1000;
         return true;
     }
+    if (digits > 10) return false;
     microseconds = seconds * second + part;
-    return (digits >= 9 && digits <= 10) || (has_fraction && digits <= 10);
+    return digits >= 9 || has_fraction;
 }
 
 bool time_at(std::string_view words, Scan& scan, LogTime& time) {

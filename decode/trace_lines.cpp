@@ -65,8 +65,8 @@ bool is_byte(Line line, std::size_t at) {
 }
 
 // How many bytes stand one behind the other from this column on, up to n.
-std::uint64_t bytes_from(Line line, std::size_t column, std::uint64_t n) {
-    std::uint64_t count = 0;
+std::size_t bytes_from(Line line, std::size_t column, std::uint64_t n) {
+    std::size_t count = 0;
     while (count < n && is_byte(line, column + 3 * count)) ++count;
     return count;
 }
@@ -156,8 +156,9 @@ LineKind TraceReader::spell(Line line, std::size_t from) {
 
 // Words of a log that look like bytes are none of a message unless they are one: "08:42:01 10 20 calls".
 LineKind TraceReader::find_behind_prefix(Line line) {
+    constexpr int most_pieces = 16;  // each of them is a look at the rest of the line
     LinePrefix prefix;
-    while (find_prefix(line, prefix)) {
+    for (int k = 0; k < most_pieces && find_prefix(line, prefix); ++k) {
         const Line rest = from_column(line, prefix.length);
         LineKind kind = spell(line, prefix.length);
         if (kind == LineKind::none) {
@@ -179,8 +180,13 @@ LineKind TraceReader::find_behind_prefix(Line line) {
 // Each call adds a piece to the prefix.
 bool TraceReader::find_prefix(Line line, LinePrefix& prefix) const {
     const std::string_view words(line.text, line.length);
-    if (finder_ != nullptr) return finder_->find(words, prefix);
-    std::size_t at = prefix.length;
+    const std::size_t mark = words.starts_with(byte_order_mark) ? byte_order_mark.size() : 0;
+    if (finder_ != nullptr) {
+        if (!finder_->find(words.substr(mark), prefix)) return false;
+        prefix.length += mark;
+        return true;
+    }
+    std::size_t at = std::max(prefix.length, mark);
     while (at < words.size() && blank(words[at])) ++at;
     PrefixPiece piece;
     if (!find_prefix_piece(words.substr(at), piece)) return false;
@@ -279,7 +285,7 @@ void TraceReader::refuse_what_is_missing() {
     const bool in_column = refusal_.reason == Refusal::Reason::sr_too_short;
     if (!in_column && refusal_.reason != Refusal::Reason::too_short) return;
     const std::size_t first = in_column ? 11 : reader_.place().column + 3 * reader_.place().length_bytes;
-    const std::uint64_t found = bytes_from(line_, first, refusal_.expected);
+    const std::size_t found = bytes_from(line_, first, refusal_.expected);
     const std::size_t column = first + 3 * found;
     if (found < refusal_.expected && column + 2 <= line_.length) {
         refusal_.reason = Refusal::Reason::no_hexadecimal;

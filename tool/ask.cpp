@@ -117,6 +117,11 @@ class Asking {
     void add_traces(sqlite::Connection& connection) {
         Database database(connection);
         for (const std::string& file : options_.files) add_trace(file, database);
+        if (options_.join != Join::none) {
+            Diagnostics of_last(options_.files.back(), diagnostics_);
+            complain_of_cuts(joined_, of_last, false);
+            diagnostics_.flush();
+        }
         database.finish();
     }
 
@@ -139,7 +144,7 @@ class Asking {
             database.begin_file(name, content.sha256(), content.bytes());
             const auto decoder = std::make_unique<TraceDecoder>(
                 name, std::make_unique<DatabaseReport>(database), options_, display_,
-                &file != &options_.files.back(), sessions, out_, diagnostics_);
+                packed || &file != &options_.files.back(), sessions, out_, diagnostics_);
             decoder->decode(source, packed ? -1 : content.descriptor());
             database.end_file(decoder->lines());
             if (decoder->refused_lines()) status_ = std::max(status_, status_refused);

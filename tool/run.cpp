@@ -149,6 +149,13 @@ int run_one_by_one(const Options& options, const Display& display) {
         if (out.error() != 0) break;
         status = both(options, status, decode_file(file, options, display, joined.get(), out, diagnostics));
     }
+    if (joined != nullptr) {
+        out.flush();
+        Diagnostics of_last(options.files.back(), diagnostics);
+        if (complain_of_cuts(*joined, of_last, false) > 0 && options.check)
+            status = std::max(status, status_refused);
+        diagnostics.flush();
+    }
     return status_with_output(status, out.error());
 }
 

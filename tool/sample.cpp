@@ -27,7 +27,10 @@ constexpr auto ways = std::to_array<Way>({
 bool reads(const Way& way, const std::string& text, std::size_t from = 0) {
     TraceReader reader(way.layout, from_dhs, way.missing);
     const Line line{text.c_str() + from, text.size() - from};
-    return reader.begin(line, 1) == LineVerdict::trace_line && reader.next();
+    if (reader.begin(line, 1) != LineVerdict::trace_line) return false;
+    bool any = false;
+    while (reader.next()) any = true;
+    return any && !reader.refusal();
 }
 
 // Behind its first words it is a trace line.

@@ -35,6 +35,23 @@ TextReport* plain_report(Report& report, const Options& options) {
 
 }  // namespace
 
+std::uint64_t complain_of_cuts(Sessions& sessions, Diagnostics& diagnostics, bool one_file) {
+    std::uint64_t cut = 0;
+    sessions.each([&](const Session& session) {
+        const Reassembly& series = *session.digital.reassembly;
+        if (series.to_come == 0) return;
+        ++cut;
+        Text words;
+        describe({static_cast<std::uint64_t>(series.segments), series.to_come}, words);
+        if (one_file) {
+            diagnostics.of_line(series.last_place, words.view(), 1);
+        } else {
+            diagnostics.of_file(words.view());
+        }
+    });
+    return cut;
+}
+
 TraceDecoder::TraceDecoder(std::string name, std::unique_ptr<Report> report, const Options& options,
                            const Display& display, bool others_follow, Sessions& sessions, Output& out,
                            Output& diagnostics)
@@ -270,8 +287,7 @@ void TraceDecoder::cut_short(const Refusal& cut) {
 void TraceDecoder::end() {
     totals_.lines = number_;
     std::uint64_t cut = 0;
-    const bool goes_on = others_follow_ && options_.join != Join::none;
-    if (!goes_on) sessions_.each([&](const Session& session) { cut += is_cut(session) ? 1U : 0U; });
+    if (options_.join == Join::none) cut = complain_of_cuts(sessions_, diagnostics_, true);
     if (!report_->end(totals_, cut)) wanting_ = true;
     if (options_.follow) {
         Text words;
@@ -279,16 +295,6 @@ void TraceDecoder::end() {
         diagnostics_.of_file(words.view());
     }
     if (!sample_.empty() && totals_.with_messages() == 0) no_message();
-}
-
-// Says of a series of segments that its end never came.
-bool TraceDecoder::is_cut(const Session& session) {
-    const Reassembly& series = *session.digital.reassembly;
-    if (series.to_come == 0) return false;
-    Text words;
-    describe({static_cast<std::uint64_t>(series.segments), series.to_come}, words);
-    diagnostics_.of_line(series.last_place, words.view(), 1);
-    return true;
 }
 
 // Lines that are refused are named already.

@@ -24,6 +24,10 @@
 
 namespace ztdecode::tool {
 
+// Says of each message of several segments that its end never came. Gives how many there are. `one_file`: the
+// trace is one, so that the place of a segment is a line of it.
+std::uint64_t complain_of_cuts(Sessions& sessions, Diagnostics& diagnostics, bool one_file);
+
 // One trace file on its way from lines to captured messages to what is reported of them, with what
 // its messages teach each other.
 class TraceDecoder : private SideChannel {
@@ -56,7 +60,6 @@ class TraceDecoder : private SideChannel {
     void cut_short(const Refusal& cut);
     void left_over(const CapturedMessage& captured);
     void end();
-    bool is_cut(const Session& session);
     void no_message();
 
     bool plain_line(const Input::Next& next);

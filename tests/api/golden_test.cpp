@@ -267,6 +267,7 @@ TEST(ApiGolden, ExplainedRecords) {
                    zt::Detail::words);
 }
 
+#ifdef ZTDECODE_TOOL_FILE
 // Lines of every kind, as the command says them.
 TEST(ApiGolden, RefusedLines) {
     const std::string lines =
@@ -280,6 +281,7 @@ TEST(ApiGolden, RefusedLines) {
     expect_records(trace.path(), expected.path(), zt::Detail::fields);
     EXPECT_NE(ended.output.find("\"refused\""), std::string::npos);
 }
+#endif
 
 }  // namespace
 }  // namespace ztdecode::testing

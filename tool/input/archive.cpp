@@ -140,11 +140,15 @@ class Archive::Reader final : public Source {
     bool may_wait() const override { return source_.may_wait(); }
 
   private:
-    static la_ssize_t give(archive* /*archive*/, void* reader, const void** bytes) {
+    static la_ssize_t give(archive* /*archive*/, void* reader, const void** bytes) noexcept {
         Reader& r = *static_cast<Reader*>(reader);
         *bytes = r.block_.data();
-        const std::size_t n = r.source_.read(r.block_.data(), r.block_.size());
-        return n == 0 && r.source_.failed() ? -1 : static_cast<la_ssize_t>(n);
+        try {
+            const std::size_t n = r.source_.read(r.block_.data(), r.block_.size());
+            return n == 0 && r.source_.failed() ? -1 : static_cast<la_ssize_t>(n);
+        } catch (const std::bad_alloc&) {
+            return -1;
+        }
     }
 
     void fail_with_reason() {

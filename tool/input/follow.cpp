@@ -37,11 +37,10 @@ FollowedSource::FollowedSource(std::string file, int descriptor)
       given_(descriptor),
       descriptor_(descriptor),
       events_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
-    // They come while it waits and at no other time.
-    const sigset_t signals = ending_signals();
-    ::sigprocmask(SIG_BLOCK, &signals, nullptr);
+    // The first one ends the following, a second one the process.
     struct sigaction action {};
     action.sa_handler = interrupt;
+    action.sa_flags = SA_RESETHAND;
     ::sigaction(SIGINT, &action, nullptr);
     ::sigaction(SIGTERM, &action, nullptr);
     const std::size_t slash = file_.rfind('/');
@@ -63,6 +62,7 @@ void FollowedSource::watch() {
 
 std::size_t FollowedSource::read(char* to, std::size_t n) {
     for (;;) {
+        if (interrupted != 0) return 0;
         const ssize_t got = ::read(descriptor_, to, n);
         if (got < 0 && errno != EINTR) {
             fail(std::strerror(errno));
@@ -108,12 +108,13 @@ bool FollowedSource::is_made_anew() {
 
 // Until something happens to the file; false when somebody wants an end.
 bool FollowedSource::wait() {
-    sigset_t open_to_signals;
-    ::sigprocmask(SIG_BLOCK, nullptr, &open_to_signals);
-    ::sigdelset(&open_to_signals, SIGINT);
-    ::sigdelset(&open_to_signals, SIGTERM);
+    // None of them comes between the look and the waiting.
+    const sigset_t ending = ending_signals();
+    sigset_t before;
+    ::sigprocmask(SIG_BLOCK, &ending, &before);
     pollfd events{events_, POLLIN, 0};
-    if (interrupted == 0) ::ppoll(&events, events_ >= 0 ? 1 : 0, &between_looks, &open_to_signals);
+    if (interrupted == 0) ::ppoll(&events, events_ >= 0 ? 1 : 0, &between_looks, &before);
+    ::sigprocmask(SIG_SETMASK, &before, nullptr);
     std::array<char, 4096> heard;
     while (events_ >= 0 && ::read(events_, heard.data(), heard.size()) > 0) {
     }

@@ -34,15 +34,25 @@ bool Input::fill() {
     return n > 0;
 }
 
-// A carriage return ends lines only where the first one has no newline, and goes on behind it.
+// A carriage return ends lines, too, where the first one has no newline and goes on behind it.
 void Input::learn_line_end(const char* from, std::size_t present) {
     learnt_ = std::memchr(from, '\n', present) != nullptr;
     if (learnt_) return;
     const void* const lone = std::memchr(from, '\r', present);
     learnt_ = lone != nullptr && lone != from + present - 1;
     if (!learnt_) return;
-    newline_ = '\r';
+    ends_in_returns_ = true;
     searched_ = 0;
+}
+
+const char* Input::line_end(const char* from, const char* end) const {
+    const auto find = [from](char c, const char* until) {
+        return static_cast<const char*>(std::memchr(from, c, static_cast<std::size_t>(until - from)));
+    };
+    const char* const newline = find('\n', end);
+    if (!ends_in_returns_) return newline;
+    const char* const carriage_return = find('\r', newline != nullptr ? newline : end);
+    return carriage_return != nullptr ? carriage_return : newline;
 }
 
 bool Input::next(Next& next) {
@@ -50,7 +60,7 @@ bool Input::next(Next& next) {
         char* text = buffer_.data() + begin_;
         const std::size_t present = end_ - begin_;
         if (!learnt_) learn_line_end(text, present);
-        auto* newline = static_cast<char*>(std::memchr(text + searched_, newline_, present - searched_));
+        const char* const newline = line_end(text + searched_, text + present);
         if (newline != nullptr) {
             const auto length = static_cast<std::size_t>(newline - text);
             next = {{text, length}, true, in_long_line_};

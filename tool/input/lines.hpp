@@ -39,15 +39,16 @@ class Input {
   private:
     bool fill();
     void learn_line_end(const char* from, std::size_t present);
+    const char* line_end(const char* from, const char* end) const;
 
     Source& source_;
     std::function<void()> before_waiting_;
     std::vector<char> buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
-    std::size_t searched_ = 0;  // bytes from begin_ on that hold no newline
-    char newline_ = '\n';       // that ends the lines
-    bool learnt_ = false;       // that it does
+    std::size_t searched_ = 0;      // bytes from begin_ on that hold no newline
+    bool ends_in_returns_ = false;  // carriage returns end lines, too
+    bool learnt_ = false;           // that it does
     bool in_long_line_ = false;
     bool at_end_ = false;
     std::uint64_t bytes_read_ = 0;
