@@ -33,7 +33,7 @@ std::size_t block_size(std::uint8_t how) { return std::size_t{how} * how * (how 
 
 class Reading {
   public:
-    explicit Reading(int descriptor) : source_(descriptor), input_(source_, [] {}) {}
+    explicit Reading(int descriptor) : source_(descriptor), input_(source_, [] { return true; }) {}
 
     bool line() {
         Input::Next next{};

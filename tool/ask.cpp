@@ -79,7 +79,7 @@ class Asking {
             }
             add_traces(database);
         }
-        file.take_place();
+        if (read_) file.take_place();
     }
 
     void ask_file() {
@@ -146,6 +146,7 @@ class Asking {
                 name, std::make_unique<DatabaseReport>(database), options_, display_,
                 packed || &file != &options_.files.back(), sessions, out_, diagnostics_);
             decoder->decode(source, packed ? -1 : content.descriptor());
+            read_ = true;
             database.end_file(decoder->lines());
             if (decoder->refused_lines()) status_ = std::max(status_, status_refused);
             if (decoder->unreadable()) status_ = status_failed;
@@ -165,7 +166,8 @@ class Asking {
     Display display_;
     Output& out_;
     Output diagnostics_;
-    Sessions joined_;  // of files that are one trace
+    Sessions joined_;    // of files that are one trace
+    bool read_ = false;  // a trace has been: otherwise the database stays what it was
     int status_ = 0;
 };
 

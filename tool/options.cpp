@@ -456,6 +456,10 @@ Arguments parse_arguments(int argc, char** argv) {
         return {std::nullopt, status_failed};
     }
     if (!selection_stands(o)) return {std::nullopt, status_failed};
+    if (o.follow && (o.files.empty() || o.files.front() == "-")) {
+        say_what_is_wrong("--follow: needs a FILE; standard input is followed as it is");
+        return {std::nullopt, status_failed};
+    }
     if (o.follow && o.files.size() > 1) {
         say_what_is_wrong("--follow: one file, " + o.files[1] + " is one too many");
         return {std::nullopt, status_failed};

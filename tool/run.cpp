@@ -79,12 +79,19 @@ int decode_opened(const std::string& file, const Options& options, const Display
         const auto decoder =
             std::make_unique<TraceDecoder>(name, make_report(name, options, display, out), options, display,
                                            others_follow, sessions, out, diagnostics);
-        decoder->decode(source, packed || options.follow ? -1 : descriptor.get());
-        status = both(options, status, status_of(*decoder, options));
+        try {
+            decoder->decode(source, packed || options.follow ? -1 : descriptor.get());
+            status = both(options, status, status_of(*decoder, options));
+        } catch (const FailedExpression& failed) {
+            out.flush_and_release();
+            complain_of_file(name + ":" + std::to_string(failed.line()), failed.what(), diagnostics);
+            diagnostics.flush();
+            status = status_failed;
+        }
     };
     std::unique_ptr<Source> source;
-    if (options.follow && file != "-") {
-        source = std::make_unique<FollowedSource>(file, descriptor.get());
+    if (options.follow) {
+        source = std::make_unique<FollowedSource>(file, descriptor.get(), !is_binary(options.layout));
     } else {
         source = std::make_unique<DescriptorSource>(descriptor.get());
     }
@@ -101,11 +108,6 @@ int decode_file(const std::string& file, const Options& options, const Display& 
                 Output& out, Output& diagnostics) {
     try {
         return decode_opened(file, options, display, joined, out, diagnostics);
-    } catch (const FailedExpression& failed) {
-        out.flush_and_release();
-        complain_of_file(file + ":" + std::to_string(failed.line()), failed.what(), diagnostics);
-        diagnostics.flush();
-        return status_failed;
     } catch (const std::bad_alloc&) {
         out.flush_and_release();
         complain_of_file(file, std::strerror(ENOMEM), diagnostics);

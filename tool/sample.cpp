@@ -35,7 +35,9 @@ bool reads(const Way& way, const std::string& text, std::size_t from = 0) {
 
 // Behind its first words it is a trace line.
 bool has_prefix(const std::string& line) {
-    for (std::size_t at = line.find(' '); at != std::string::npos; at = line.find(' ', at + 1)) {
+    std::size_t words = 32;  // each of them is a look at the rest of the line
+    for (std::size_t at = line.find(' '); at != std::string::npos && words > 0;
+         at = line.find(' ', at + 1), --words) {
         if (reads(ways.front(), line, at + 1)) return true;
     }
     return false;

@@ -93,7 +93,10 @@ Session& TraceDecoder::session_of(const CapturedMessage& captured) {
 }
 
 void TraceDecoder::decode(Source& source, int descriptor) {
-    Input input(source, [this] { out_.flush(); });
+    Input input(source, [this] {
+        out_.flush();
+        return out_.error() == 0;
+    });
     progress_.emplace(name_, descriptor, display_.progress);
     if (is_binary(options_.layout)) {
         decode_binary(input);

@@ -32,15 +32,16 @@ sigset_t ending_signals() {
 
 }  // namespace
 
-FollowedSource::FollowedSource(std::string file, int descriptor)
+FollowedSource::FollowedSource(std::string file, int descriptor, bool lines)
     : file_(std::move(file)),
       given_(descriptor),
       descriptor_(descriptor),
-      events_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)) {
+      events_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
+      lines_(lines) {
     // The first one ends the following, a second one the process.
     struct sigaction action {};
     action.sa_handler = interrupt;
-    action.sa_flags = SA_RESETHAND;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
     ::sigaction(SIGINT, &action, nullptr);
     ::sigaction(SIGTERM, &action, nullptr);
     const std::size_t slash = file_.rfind('/');
@@ -69,7 +70,7 @@ std::size_t FollowedSource::read(char* to, std::size_t n) {
             return 0;
         }
         if (got > 0) {
-            in_line_ = to[got - 1] != '\n';
+            in_line_ = lines_ && to[got - 1] != '\n';
             return static_cast<std::size_t>(got);
         }
         if (is_truncated() || is_made_anew()) {

@@ -10,8 +10,9 @@ namespace ztdecode::tool {
 // (SIGINT or SIGTERM): the end then. While one of these lives, those signals do nothing else.
 class FollowedSource final : public Source {
   public:
-    // `descriptor`: of the file, already open.
-    FollowedSource(std::string file, int descriptor);
+    // `descriptor`: of the file, already open. `lines`: it holds such, and the last one of a file that is
+    // gone ends there.
+    FollowedSource(std::string file, int descriptor, bool lines);
     FollowedSource(const FollowedSource&) = delete;
     FollowedSource& operator=(const FollowedSource&) = delete;
     ~FollowedSource() override;
@@ -30,6 +31,7 @@ class FollowedSource final : public Source {
     int descriptor_;  // the file as it is now
     int events_;      // inotify's
     int file_watch_ = -1;
+    bool lines_;
     bool in_line_ = false;  // what was read last has no line end
 };
 

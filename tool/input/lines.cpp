@@ -12,7 +12,7 @@ constexpr std::size_t buffer_size = std::size_t{256} * 1024;
 
 }  // namespace
 
-Input::Input(Source& source, std::function<void()> before_waiting)
+Input::Input(Source& source, std::function<bool()> before_waiting)
     : source_(source), buffer_(buffer_size + 1) {
     if (source.may_wait()) before_waiting_ = std::move(before_waiting);
 }
@@ -26,7 +26,10 @@ bool Input::fill() {
         begin_ = 0;
     }
     if (end_ + 1 == buffer_.size()) buffer_.resize(buffer_.size() * 2 - 1);
-    if (before_waiting_) before_waiting_();
+    if (before_waiting_ && !before_waiting_()) {
+        at_end_ = true;
+        return false;
+    }
     const std::size_t n = source_.read(buffer_.data() + end_, buffer_.size() - 1 - end_);
     end_ += n;
     bytes_read_ += n;

@@ -14,8 +14,9 @@ namespace ztdecode::tool {
 // Lines or blocks of a source, read as they come.
 class Input {
   public:
-    // `before_waiting` is called where reading may wait for what is not there yet.
-    Input(Source& source, std::function<void()> before_waiting);
+    // `before_waiting` is called where reading may wait for what is not there yet; false: there is no need
+    // to.
+    Input(Source& source, std::function<bool()> before_waiting);
 
     // The next line, without its newline, which stands behind it (a zero where the file has none); valid
     // until the next call. Where the first line ends in a carriage return alone, all do. A line that is
@@ -42,7 +43,7 @@ class Input {
     const char* line_end(const char* from, const char* end) const;
 
     Source& source_;
-    std::function<void()> before_waiting_;
+    std::function<bool()> before_waiting_;
     std::vector<char> buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;
