@@ -257,9 +257,11 @@ TEST(SessionLine, KindsOfLines) {
     EXPECT_EQ(kind("  # 03 21 04 03"), zt::LineKind::comment);
     EXPECT_EQ(kind("line 12 is up"), zt::LineKind::other);
     EXPECT_EQ(kind("03 21 04 03"), zt::LineKind::messages);
+    EXPECT_EQ(kind("01 00\r\n"), zt::LineKind::messages);
+    EXPECT_EQ(kind("01 00 \t"), zt::LineKind::messages);
     EXPECT_EQ(kind("081231S 03 21 04"), zt::LineKind::refused);
     EXPECT_EQ(kind(std::string(1 << 20, '0')), zt::LineKind::other);
-    EXPECT_EQ(session.feed("2a").place(), 8U);
+    EXPECT_EQ(session.feed("2a").place(), 10U);
 }
 
 TEST(SessionLine, RecognisesEachLayout) {

@@ -267,3 +267,74 @@ expect_line() { # FILE LINE TIMES
     [ "$(cat err)" = 'ztdecode: x: 8 lines = 5 with messages + 0 refused + 1 no trace line + 1 blank + 1 comment' ]
     run -2 "$ZTDECODE" --follow x x.1
 }
+
+@test "a line of brackets or words takes no time" {
+    awk 'BEGIN { for (i = 0; i < 200000; ++i) printf "[a] "; print "x" }' >brackets
+    awk 'BEGIN { for (i = 0; i < 4000; ++i) printf "[a] "; print "x" }' >words
+    timeout 10 "$ZTDECODE" brackets words >output 2>error
+    cat brackets words | cmp - output
+}
+
+@test "a byte order mark in front of a prefix hides nothing" {
+    texts "$(printf '\xef\xbb\xbf2026-11-21 08:42:01 000001S 02 21 07')" '	- all leds OFF'
+    printf '\xef\xbb\xbfABC 000001S 02 21 07\n' >marked
+    [ "$("$ZTDECODE" --no-input --prefix 'ABC' marked)" = '	- all leds OFF' ]
+}
+
+@test "carriage returns that come first through a pipe leave the lines whole" {
+    (printf '10%%\r20%%\r' && sleep 0.3 && printf '000001S 02 21 07\n000001S 02 21 07\n') |
+        "$ZTDECODE" --no-input >output
+    [ "$(grep -c 'all leds OFF' output)" = 2 ]
+}
+
+@test "joined files, packed or not: a message that their end cuts is said once" {
+    printf '# one\n000014S 05 0c 82 00 04 22\n' >s1
+    gzip -kf s1
+    printf '# two\n' >s2
+    for files in s1 s1.gz 's1 s2' 's1.gz s2'; do
+        status=0
+        # shellcheck disable=SC2086
+        "$ZTDECODE" --join --check $files >output 2>error || status=$?
+        [ "$status" = 1 ]
+        [ "$(grep -c 'the trace ends inside a message' error)" = 1 ]
+    done
+}
+
+@test "--follow needs a file" {
+    status=0
+    "$ZTDECODE" --follow 2>error <plain || status=$?
+    [ "$status" = 2 ]
+    grep -q '^ztdecode: --follow: needs a FILE' error
+}
+
+@test "a file that is followed can be let go while nobody reads the output" {
+    mkfifo output
+    awk 'BEGIN { for (i = 0; i < 20000; ++i) print "000001S 02 21 07" }' >long
+    exec 8<>output
+    "$ZTDECODE" --follow long >output 2>error 8>&- &
+    sleep 0.5
+    kill -TERM $!
+    sleep 0.2
+    kill -TERM $! 2>/dev/null || true
+    status=0
+    wait $! || status=$?
+    exec 8>&-
+    [ "$status" != 137 ]
+}
+
+@test "a database stays what it was when no trace could be read" {
+    "$ZTDECODE" --database kept.db plain
+    status=0
+    "$ZTDECODE" --database kept.db nosuch 2>error || status=$?
+    [ "$status" = 2 ]
+    [ "$("$ZTDECODE" --database kept.db --format csv --sql 'select count(*) from messages' | tail -1 | tr -d '\r')" = 2 ]
+}
+
+@test "an expression that fails in an archive names its member" {
+    printf '000001S 02 21 07\n' >m1
+    tar cf a.tar m1
+    status=0
+    "$ZTDECODE" --where 'json(text)' a.tar 2>error >output || status=$?
+    [ "$status" = 2 ]
+    grep -q '^ztdecode: a.tar/m1:1: --where: ' error
+}
