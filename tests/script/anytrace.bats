@@ -74,7 +74,8 @@ texts() { # LINE TEXT: what is printed for one line, given on standard input
 
 @test "a bomb takes no memory" {
     head -c 300000000 /dev/zero | tr '\0' a | gzip -1 >bomb.gz
-    run -0 sh -c 'ulimit -v 120000; "$ZTDECODE" --check bomb.gz 2>&1'
+    # A sanitizer's own maps are above any limit; there it is only decoded.
+    run -0 sh -c '[ -n "$SANITIZED" ] || ulimit -v 120000; "$ZTDECODE" --check bomb.gz 2>&1'
     [[ "$output" == *'1 line = 0 with messages + 0 refused + 1 no trace line + 0 blank + 0 comment'* ]]
 }
 
