@@ -129,15 +129,16 @@ void Records::add_fields(const Record& record, const Record::Part& part, HostRec
         field.name = as_string(v.name);
         field.unit = as_string(v.field->unit);
         field.value = as_string(value);
-        field.shown = as_string(shown);
+        const auto [begin, end] = Record::stand(part, v);
+        field.shown = as_string(record.text(part).substr(begin, end - begin));
         field.kind = static_cast<zt_kind>(meaning.kind);
         field.sensitivity = static_cast<zt_sensitivity>(v.field->sensitivity);
         if (has_number(meaning.kind)) field.number = meaning.number;
         field.divisor = meaning.tenths == 0 ? 1 : 10;
         field.known = meaning.known ? 1 : 0;
         field.missing = v.missing ? 1 : 0;
-        field.begin = std::max(v.begin, part.begin) - part.begin;
-        field.end = std::max(v.end, part.begin) - part.begin;
+        field.begin = begin;
+        field.end = end;
         field.bytes = add_ranges(record.trail().bytes_of(v), part, first_noted_ + v.message);
         fields_.push_back(field);
     }

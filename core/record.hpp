@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -68,6 +69,18 @@ class Record {
     // Whether offsets in that message count in the same bytes as in the part.
     bool same_source(const Part& part, const NotedMessage& message) const noexcept;
     const NotedValue& value(std::uint32_t index) const noexcept { return trail_->values()[index]; }
+    // Where a value stands in the text of its part. Texts that modules write over each other move: of what is
+    // no longer in the part's text nothing is left.
+    struct Stand {
+        std::uint32_t begin;
+        std::uint32_t end;
+    };
+    static Stand stand(const Part& part, const NotedValue& value) noexcept {
+        const auto within = [&](std::uint32_t at) {
+            return std::clamp(at, part.begin, part.end) - part.begin;
+        };
+        return {within(value.begin), within(value.end)};
+    }
     const Trail& trail() const noexcept { return *trail_; }
     std::string_view shown(const NotedValue& value) const noexcept {
         return text_.substr(value.begin, value.end - value.begin);

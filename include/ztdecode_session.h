@@ -337,9 +337,9 @@ typedef struct zt_line {
 
 /* Takes one line of a trace, `length` characters with or without a newline at the end; nothing of it is
  * decoded yet. Lines have their usual spelling and nothing in front of them (no time of a log, no tabs); a
- * byte that a line of two length bytes lacks, or that is no hexadecimal there, is 0xff. What the line before has not been asked for is dropped. `line` may be null.
- * ZT_BAD_ARGUMENT (`session` is null, or `text` while `length` is not 0), ZT_NO_MEMORY (the line is not
- * counted; the one before is gone). */
+ * byte that a line of two length bytes lacks, or that is no hexadecimal there, is 0xff. What the line before
+ * has not been asked for is dropped. `line` may be null. ZT_BAD_ARGUMENT (`session` is null, or `text` while
+ * `length` is not 0), ZT_NO_MEMORY (the line is not counted; the one before is gone). */
 ZTDECODE_API zt_status zt_feed_line(zt_session* session, const char* text, size_t length,
                                     const zt_line** line);
 

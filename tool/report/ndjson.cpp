@@ -530,8 +530,9 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
             Bool(v.missing);
             key("\"sensitivity\"");
             name(data::name_of(v.field->sensitivity));
-            add("\"begin\"", std::max(v.begin, part.begin) - part.begin);
-            add("\"end\"", std::max(v.end, part.begin) - part.begin);
+            const auto [begin, end] = Record::stand(part, v);
+            add("\"begin\"", begin);
+            add("\"end\"", end);
             ranges(record, part, record.trail().bytes_of(v), v.message);
             EndObject();
         }
