@@ -4,14 +4,9 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 #include <string>
 #include <vector>
-
-#ifdef __SSE2__
-#include <emmintrin.h>
-#endif
 
 #include "core/data.hpp"
 #include "decode/line_texts.hpp"
@@ -73,45 +68,20 @@ bool all_plain(std::uint64_t characters) {
             0x80 * each) == 0;
 }
 
-#ifdef __SSE2__
-// Copies sixteen characters; how many of the first ones stand in a JSON string as they are.
-std::size_t copy_plain(char* to, const char* from) {
-    const auto all = [](char c) { return _mm_set1_epi8(c); };
-    const __m128i c = _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));  // NOLINT: any alignment
-    _mm_storeu_si128(reinterpret_cast<__m128i*>(to), c);                        // NOLINT: any alignment
-    const __m128i control_or_beyond = _mm_or_si128(_mm_cmplt_epi8(c, all(' ')), _mm_cmpeq_epi8(c, all(0x7F)));
-    const __m128i marks = _mm_or_si128(_mm_cmpeq_epi8(c, all('"')), _mm_cmpeq_epi8(c, all('\\')));
-    const auto others = static_cast<unsigned>(_mm_movemask_epi8(_mm_or_si128(control_or_beyond, marks)));
-    return static_cast<std::size_t>(std::countr_zero(others | 0x10000U));
-}
-#endif
-
 // The string with its escapes, without its quotes; bytes that are no UTF-8 become U+FFFD, one each. Stops a
 // little behind `stop`. There is room for `longest_escape` characters a byte. Gives the end.
 char* write_characters(char* at, const char*& from, const char* stop, const char* end, bool ascii) {
     while (from < stop) {
-        const auto left = static_cast<std::size_t>(end - from);
-#ifdef __SSE2__
-        if (left >= 16) {
-            const std::size_t n = copy_plain(at, from);
-            from += n;
-            at += n;
-            if (n == 16) continue;
-        } else
-#endif
-        {
-            std::uint64_t eight = 0;
-            if (left >= sizeof eight) {
-                std::memcpy(&eight, from, sizeof eight);
-                if (all_plain(eight)) {
-                    std::memcpy(at, &eight, sizeof eight);
-                    from += sizeof eight;
-                    at += sizeof eight;
-                    continue;
-                }
+        if (std::uint64_t eight = 0; static_cast<std::size_t>(end - from) >= sizeof eight) {
+            std::memcpy(&eight, from, sizeof eight);
+            if (all_plain(eight)) {
+                std::memcpy(at, &eight, sizeof eight);
+                from += sizeof eight;
+                at += sizeof eight;
+                continue;
             }
-            while (from != end && plain[static_cast<unsigned char>(*from)]) *at++ = *from++;
         }
+        while (from != end && plain[static_cast<unsigned char>(*from)]) *at++ = *from++;
         if (from == end) break;
         if (const char escape = escapes[static_cast<unsigned char>(*from)]; escape != 0) {
             *at++ = '\\';
