@@ -122,15 +122,15 @@ void Records::add_fields(const Record& record, const Record::Part& part, HostRec
     for (const std::uint32_t index : record.values(part)) {
         const NotedValue& v = record.value(index);
         const Meaning& meaning = v.meaning;
-        const std::string_view shown = record.shown(v);
+        const auto [begin, end] = Record::stand(part, v);
+        const std::string_view shown = record.text(part).substr(begin, end - begin);
         const std::string_view value = data::value(meaning, shown, values_end_);
         values_end_ += data::room_for_value(meaning, shown);
         zt_field field{};
         field.name = as_string(v.name);
         field.unit = as_string(v.field->unit);
         field.value = as_string(value);
-        const auto [begin, end] = Record::stand(part, v);
-        field.shown = as_string(record.text(part).substr(begin, end - begin));
+        field.shown = as_string(shown);
         field.kind = static_cast<zt_kind>(meaning.kind);
         field.sensitivity = static_cast<zt_sensitivity>(v.field->sensitivity);
         if (has_number(meaning.kind)) field.number = meaning.number;
