@@ -72,6 +72,18 @@ std::string_view name_of(Sensitivity sensitivity) noexcept {
     return "none";
 }
 
+std::string_view name_of(Decoded decoded) noexcept {
+    switch (decoded) {
+        case Decoded::decoded:
+            break;
+        case Decoded::unknown:
+            return "unknown";
+        case Decoded::refused:
+            return "refused";
+    }
+    return "decoded";
+}
+
 std::size_t room_for_value(const Meaning& meaning, std::string_view shown) noexcept {
     if (meaning.kind == Kind::number) return longest_number;
     return meaning.kind == Kind::bytes ? shown.size() : 0;

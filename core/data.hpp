@@ -14,6 +14,7 @@ namespace ztdecode::data {
 // Constants, with a zero behind them.
 std::string_view name_of(Kind kind) noexcept;
 std::string_view name_of(Sensitivity sensitivity) noexcept;
+std::string_view name_of(Decoded decoded) noexcept;
 
 // A value by itself: a number in decimal, a flag as true or false, bytes as their digits, a word without the
 // punctuation that its text puts around it. `shown` is how it stands in the text. What is not there already

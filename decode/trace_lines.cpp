@@ -100,12 +100,17 @@ TraceReader::TraceReader(std::optional<LineLayout> layout, std::uint32_t directi
       missing_(missing),
       plain_lines_(!layout || layout == LineLayout::spzt) {}
 
-LineVerdict TraceReader::begin(Line line, std::uint64_t number) {
+LineVerdict without_message(Line line) noexcept {
     const char* const end = line.text + line.length;
     const bool marked = std::string_view(line.text, line.length).starts_with(byte_order_mark);
     const char* const first = std::find_if_not(line.text + (marked ? byte_order_mark.size() : 0), end, blank);
     if (first == end) return LineVerdict::blank;
-    if (*first == '#') return LineVerdict::comment;
+    return *first == '#' ? LineVerdict::comment : LineVerdict::no_trace_line;
+}
+
+LineVerdict TraceReader::begin(Line line, std::uint64_t number) {
+    if (const LineVerdict verdict = without_message(line); verdict != LineVerdict::no_trace_line)
+        return verdict;
     const std::optional<LineLayout> layout = layout_ ? layout_ : layout_of(find_line(line));
     if (!layout) return LineVerdict::no_trace_line;
     if (layout_) find_line(line);

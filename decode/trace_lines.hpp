@@ -18,6 +18,8 @@ LineKind recognise(Line line);
 
 // What a line of a trace is. Whether a trace line is refused shows when its messages are read.
 enum class LineVerdict { trace_line, no_trace_line, blank, comment };
+// Of a line that is neither blank nor a comment: no_trace_line, whatever layout it has.
+LineVerdict without_message(Line line) noexcept;
 
 // One message as it stands in its trace.
 struct CapturedMessage {

@@ -69,7 +69,7 @@ void Sample::add(Line line) {
     lines_.emplace_back(line.text, std::min(line.length, longest));
 }
 
-bool Sample::describe(const Options& /*options*/, Text& out) const {
+bool Sample::describe(Text& out) const {
     constexpr std::size_t shown = 60;
     const std::string_view first = lines_.front();
     const std::string_view option = option_for(lines_);

@@ -6,7 +6,6 @@
 
 #include "core/text.hpp"
 #include "decode/readers.hpp"
-#include "tool/options.hpp"
 
 namespace ztdecode::tool {
 
@@ -19,7 +18,7 @@ class Sample {
 
     bool empty() const noexcept { return lines_.empty(); }
     // Whether some option would read them; otherwise that none does.
-    bool describe(const Options& options, Text& out) const;
+    bool describe(Text& out) const;
 
   private:
     static constexpr std::size_t most_lines = 8;

@@ -303,7 +303,7 @@ void TraceDecoder::end() {
 // Lines that are refused are named already.
 void TraceDecoder::no_message() {
     Text words;
-    const bool readable = sample_.describe(options_, words);
+    const bool readable = sample_.describe(words);
     if (readable || totals_.no_trace_line > 0 || options_.layout != Layout::recognised)
         diagnostics_.of_file(words.view());
 }

@@ -312,13 +312,16 @@ expect_line() { # FILE LINE TIMES
     mkfifo output
     awk 'BEGIN { for (i = 0; i < 20000; ++i) print "000001S 02 21 07" }' >long
     exec 8<>output
-    "$ZTDECODE" --follow long >output 2>error 8>&- &
+    "$ZTDECODE" --follow long >output 2>error 8>&- 3>&- &
+    local followed=$! status=0
+    (sleep 10; kill -KILL "$followed") >/dev/null 2>&1 3>&- 8>&- &
+    local watchdog=$!
     sleep 0.5
-    kill -TERM $!
+    kill -TERM "$followed"
     sleep 0.2
-    kill -TERM $! 2>/dev/null || true
-    status=0
-    wait $! || status=$?
+    kill -TERM "$followed" 2>/dev/null || true
+    wait "$followed" || status=$?
+    kill "$watchdog" 2>/dev/null || true
     exec 8>&-
     [ "$status" != 137 ]
 }

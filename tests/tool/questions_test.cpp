@@ -122,6 +122,10 @@ TEST(Questions, SeveralFilesAreOneAnswer) {
         e.output);
 }
 
+TEST(Questions, AMarkInFrontOfACommentChangesNothing) {
+    EXPECT_EQ(ask("select verdict from lines", "\xEF\xBB\xBF# words\n").output, "verdict\r\ncomment\r\n");
+}
+
 TEST(Questions, LinesThatAreNoMessages) {
     const std::string trace = "# words\n \n08:42:01 link up\n000001S 03 21 04\n" + led;
     const Ended e =

@@ -8,8 +8,6 @@ namespace ztdecode::tool {
 
 namespace {
 
-constexpr std::string_view replacement = "\xEF\xBF\xBD";
-
 bool plain(char c) { return c > 0; }
 
 // Whether all of it is ASCII without a zero.

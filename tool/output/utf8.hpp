@@ -6,6 +6,9 @@
 
 namespace ztdecode::tool {
 
+// U+FFFD: stands for bytes that are no UTF-8.
+inline constexpr std::string_view replacement = "\xEF\xBF\xBD";
+
 // How many bytes of the beginning are one character in UTF-8: 0 when they are none.
 std::size_t character_length(std::string_view words) noexcept;
 

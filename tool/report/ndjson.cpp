@@ -17,8 +17,6 @@ namespace ztdecode::tool {
 
 namespace {
 
-constexpr std::string_view replacement = "\xEF\xBF\xBD";  // U+FFFD
-
 // Characters that stand in a JSON string as they are: ASCII but control characters, quotes and backslashes.
 consteval std::array<bool, 256> plain_characters() {
     std::array<bool, 256> plain{};
@@ -316,15 +314,7 @@ class NdjsonReport::Writer : private rapidjson::Writer<Stream> {
         add_json_string(value, ascii_, out_);
     }
     static std::string_view status(Decoded decoded) {
-        switch (decoded) {
-            case Decoded::decoded:
-                break;
-            case Decoded::unknown:
-                return "unknown";
-            case Decoded::refused:
-                return R"(refused","reason":"unknown_class)";
-        }
-        return "decoded";
+        return decoded == Decoded::refused ? R"(refused","reason":"unknown_class)" : data::name_of(decoded);
     }
 
     void name(std::string_view value) {

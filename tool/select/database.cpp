@@ -14,18 +14,6 @@ namespace {
 
 constexpr std::size_t kinds = 7;
 
-std::string_view status_of(Decoded decoded) {
-    switch (decoded) {
-        case Decoded::unknown:
-            return "unknown";
-        case Decoded::refused:
-            return "refused";
-        case Decoded::decoded:
-            break;
-    }
-    return "decoded";
-}
-
 void bind_name(sqlite::Statement& statement, int parameter, std::string_view name) {
     if (name.empty()) {
         statement.bind_null(parameter);
@@ -232,7 +220,7 @@ std::int64_t Database::message_name(const NotedMessage& noted, Decoded decoded) 
         bind_name(message_name_, 2, noted.link);
         message_name_.bind(3, std::string_view(noted.direction == from_dhs ? "from" : "to"));
         bind_name(message_name_, 4, noted.name);
-        message_name_.bind(5, status_of(decoded));
+        message_name_.bind(5, data::name_of(decoded));
         write(message_name_);
     }
     return row->second;

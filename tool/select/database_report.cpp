@@ -7,9 +7,14 @@ namespace ztdecode::tool {
 namespace {
 
 std::string_view verdict_on(std::string_view line) {
-    const std::size_t first = line.find_first_not_of(" \t\r");
-    if (first == std::string_view::npos) return "blank";
-    return line[first] == '#' ? "comment" : "no_trace_line";
+    switch (without_message({line.data(), line.size()})) {
+        case LineVerdict::blank:
+            return "blank";
+        case LineVerdict::comment:
+            return "comment";
+        default:
+            return "no_trace_line";
+    }
 }
 
 }  // namespace

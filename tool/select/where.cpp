@@ -57,18 +57,6 @@ const Field* field_called(std::string_view name) {
     return found == std::ranges::end(all_fields) ? nullptr : found;
 }
 
-std::string_view status_of(Decoded decoded) {
-    switch (decoded) {
-        case Decoded::decoded:
-            break;
-        case Decoded::unknown:
-            return "unknown";
-        case Decoded::refused:
-            return "refused";
-    }
-    return "decoded";
-}
-
 void give(sqlite3_context* to, std::string_view words) {
     sqlite3_result_text64(to, words.data() == nullptr ? "" : words.data(), words.size(), SQLITE_STATIC,
                           SQLITE_UTF8);
@@ -295,7 +283,7 @@ class Where::Table {
                 if (noted.code != NotedMessage::no_code) give(to, std::uint64_t{noted.code});
                 return;
             case status:
-                return give(to, status_of(part_->decoded));
+                return give(to, data::name_of(part_->decoded));
             case length:
                 return give(to, std::uint64_t{noted.length});
             case bytes:
