@@ -23,6 +23,7 @@ constexpr auto purpose = "Readable texts for the messages in traces of telephone
 
 constexpr auto footer = R"(Questions with an answer of their own; "ztdecode summary --help" says more of one:
   summary                what is in traces, on one page
+  findings               what is wrong in traces, by rules
 A file called like one of them is given as ./summary.
 
 Layouts of trace lines, each with the two bytes 03 0a for its message:

@@ -3,6 +3,8 @@
 #include <span>
 #include <string_view>
 
+#include "tool/report/reported.hpp"
+
 namespace ztdecode::tool {
 
 namespace {
@@ -171,16 +173,11 @@ std::string calls_view() {
 }
 
 // What terminals complain of, what could not be decoded, and what is not to be believed.
-constexpr auto errors_view = R"(
+constexpr std::string_view errors_view = R"(
 create view errors as
 select 'reported' as what, file, line, columns, link, message, trim(text, char(9, 10) || ' -') as detail,
     id as message_id, file_id
-from messages where direction = 'to' and (message in (
-        'anomaly', 'bt_link_failure', 'download_failure', 'download_bad_message', 'download_checksum_bad',
-        'error', 'error_status', 'fn_dl_cho_failure', 'hardware_anomaly', 'host_error_1', 'host_error_2', 'illegal_command',
-        'illegal_length', 'illegal_parameter', 'incident', 'literal_string_error', 'local_power_failure',
-        'loss_of_power', 'not_implemented', 'overload_condition', 'segment_failure', 'set_down', 'smart_card_nack',
-        'software_anomaly', 'stack_dump', 'subdevice_down', 'v120_protocol_error', 'warning', 'wrong_state')
+from messages where direction = 'to' and (message in ({reported})
     or (link in ('call_server', 'presentation_server')
         and (message like 'error\_%' escape '\' or message like 'warning\_%' escape '\')))
 union all
@@ -200,6 +197,17 @@ from messages where padded > 0
 order by file_id, line, message_id;
 )";
 
+std::string errors_statement() {
+    constexpr std::string_view place = "{reported}";
+    std::string names;
+    for (const Reported& one : reported) {
+        names += names.empty() ? "'" : ", '";
+        names.append(one.message).append("'");
+    }
+    std::string words(errors_view);
+    return words.replace(words.find(place), place.size(), names);
+}
+
 constexpr std::string_view readable[] = {
     "files",         "messages",    "fields",    "lines",        "resets",     "calls",
     "tickets",       "terminals",   "errors",    "message_rows", "field_rows", "line_rows",
@@ -218,7 +226,7 @@ void create_views(sqlite::Connection& database) {
     database.run(plain_views);
     for (const View& view : message_views) database.run(statement_of(view).c_str());
     database.run(calls_view().c_str());
-    database.run(errors_view);
+    database.run(errors_statement().c_str());
 }
 
 void create_indexes(sqlite::Connection& database) { database.run(indexes); }
