@@ -65,6 +65,8 @@ void Found::add(std::string_view code, const Standing& at, std::vector<Standing>
     findings_.push_back({rule, at, std::move(on), std::move(words)});
 }
 
+std::string as_code(std::int64_t code) { return formatted("0x{-:02x}"_cf, static_cast<std::uint32_t>(code)); }
+
 bool Heard::restarts() const noexcept {
     static constexpr std::string_view names[] = {"software_reset", "warm_start", "subdevice_reset",
                                                  "reset_subdevices", "reset"};

@@ -47,6 +47,9 @@ struct Heard {
     bool restarts() const noexcept;
 };
 
+// "0x1d"
+std::string as_code(std::int64_t code);
+
 // Where findings go.
 class Found {
   public:

@@ -19,7 +19,7 @@ bool is_refusal(std::string_view name) {
 }
 
 std::string name_or_code(const Standing& standing, std::uint32_t code) {
-    return standing.message.empty() ? "a command with the code " + std::to_string(code)
+    return standing.message.empty() ? "a command with the code " + as_code(code)
                                     : std::string(standing.message);
 }
 
@@ -71,7 +71,7 @@ void Commands::refused(const Heard& heard, Found& found) const {
         found.add("refused-command", heard.standing, {command->standing, heard.standing}, words);
         return;
     }
-    if (code) words += ": the code " + std::to_string(*code);
+    if (code) words += ": the code " + as_code(*code);
     found.add("refused-command", heard.standing, words);
 }
 

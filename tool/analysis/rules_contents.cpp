@@ -93,7 +93,7 @@ void look_at_contents(const Heard& heard, Found& found) {
     const Record::Part& part = heard.values.part();
     if (part.decoded == Decoded::unknown) {
         std::string words = "unknown message";
-        if (part.noted->code != NotedMessage::no_code) words += ", code " + std::to_string(part.noted->code);
+        if (part.noted->code != NotedMessage::no_code) words += ", code " + as_code(part.noted->code);
         found.add("unknown-message", heard.standing, words);
     } else if (part.decoded == Decoded::refused) {
         found.add("refused-line", heard.standing, "it names a class that does not exist");
