@@ -11,7 +11,7 @@ namespace {
 Bytes ip_reset(Office& o) {
     o.call.reset();
     o.then(to_dhs, of({0x13, 0, o.random().below(24), o.random().below(4)}));
-    return of({0x13, 0, 0, 0, 0});
+    return of({0x13, 0, 0, 1, 0});
 }
 Bytes ip_key(Office& o) { return of({0x13, 11, o.random().below(12)}); }
 Bytes ip_tone(Office& o) {

@@ -1,5 +1,7 @@
 #include "tool/analysis/heard.hpp"
 
+#include <algorithm>
+
 #include "tool/report/times.hpp"
 
 namespace ztdecode::tool {
@@ -28,11 +30,26 @@ std::optional<std::int64_t> Values::number(FieldName name) const noexcept {
     return value == nullptr ? std::nullopt : std::optional(value->meaning.number);
 }
 
+std::string_view Values::shown(const NotedValue& value) const noexcept {
+    const std::string_view words = record_.shown(value);
+    return value.meaning.kind == Kind::word ? without_punctuation(words) : words;
+}
+
 std::string_view Values::shown(FieldName name) const noexcept {
     const NotedValue* const value = find(name);
-    if (value == nullptr) return {};
-    const std::string_view words = record_.shown(*value);
-    return value->meaning.kind == Kind::word ? without_punctuation(words) : words;
+    return value == nullptr ? std::string_view() : shown(*value);
+}
+
+std::string_view Values::shown_of(std::string_view names) const noexcept {
+    for (const std::uint32_t index : record_.values(part_)) {
+        const NotedValue& value = record_.value(index);
+        for (std::string_view rest = names; !rest.empty();) {
+            const std::string_view name = rest.substr(0, rest.find(','));
+            if (value.name == name) return shown(value);
+            rest.remove_prefix(std::min(rest.size(), name.size() + 1));
+        }
+    }
+    return {};
 }
 
 bool Values::said_here(FieldName name) const noexcept {

@@ -40,6 +40,8 @@ class Values {
     std::optional<std::int64_t> number(FieldName name) const noexcept;
     // As the text shows it, without the punctuation around it; empty where there is none.
     std::string_view shown(FieldName name) const noexcept;
+    // Of several names with commas between them the one that the message has.
+    std::string_view shown_of(std::string_view names) const noexcept;
     // Whether it stands in bytes of this message, and is not what an earlier one said.
     bool said_here(FieldName name) const noexcept;
 
@@ -47,6 +49,8 @@ class Values {
     const Record::Part& part() const noexcept { return part_; }
 
   private:
+    std::string_view shown(const NotedValue& value) const noexcept;
+
     const Record& record_;
     const Record::Part& part_;
 };

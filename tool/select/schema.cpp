@@ -3,6 +3,7 @@
 #include <span>
 #include <string_view>
 
+#include "tool/report/identity.hpp"
 #include "tool/report/reported.hpp"
 
 namespace ztdecode::tool {
@@ -84,19 +85,6 @@ constexpr std::string_view reset_fields[] = {
     "software_version,softversion,code_version",
     "self_test",
 };
-constexpr std::string_view terminal_fields[] = {
-    "module",
-    "module_address",
-    "terminal_type,term_type",
-    "terminal_design",
-    "software_version,softversion,firmware_version,code_version,ram_version",
-    "hardware_version,hardversion",
-    "boot_version,rom_version,loader_version",
-    "data_version",
-    "serialnum",
-    "mac_address",
-    "local_ip_address",
-};
 constexpr std::string_view ticket_fields[] = {
     "call_end_date",     "call_duration",    "local_id",
     "distant_id",        "source_ip",        "remote_ip",
@@ -111,9 +99,7 @@ constexpr View message_views[] = {
      "m.message in ('reset', 'init', 'software_reset', 'warm_start', 'subdevice_reset', 'reset_subdevices')",
      reset_fields},
     {"tickets", "m.link = 'ip' and m.message = 'qos_ticket'", ticket_fields},
-    {"terminals",
-     "m.direction = 'to' and m.message in ('reset', 'init', 'version_response', 'param_response')",
-     terminal_fields},
+    {"terminals", "m.direction = 'to' and m.message in ({identity_messages})", identity_fields},
 };
 
 // The first value of a field; of a message that `id` names.
@@ -125,6 +111,14 @@ std::string field_of(std::string_view id, std::string_view names) {
            std::string(id) + " and d.name in (" + quoted + ") order by v.rowid limit 1)";
 }
 
+void put_in(std::string& words, std::string_view place, const std::string& names) {
+    if (const std::size_t at = words.find(place); at != std::string::npos) words.replace(at, place.size(), names);
+}
+
+void add_quoted(std::string_view name, std::string& names) {
+    names.append(names.empty() ? "'" : ", '").append(name).append("'");
+}
+
 std::string statement_of(const View& view) {
     std::string words = "create view " + std::string(view.name) +
                         " as select m.id as message_id, m.file, m.line, m.columns, m.direction, m.link, " +
@@ -132,7 +126,11 @@ std::string statement_of(const View& view) {
     for (const std::string_view names : view.fields) {
         words += ", " + field_of("m.id", names) + " as " + std::string(names.substr(0, names.find(',')));
     }
-    return words + ", m.text, m.file_id from messages m where " + std::string(view.messages) + ";\n";
+    words += ", m.text, m.file_id from messages m where " + std::string(view.messages) + ";\n";
+    std::string names;
+    for (const std::string_view name : identity_messages) add_quoted(name, names);
+    put_in(words, "{identity_messages}", names);
+    return words;
 }
 
 // A call is an RTP start with the first stop of its channel before the next start there, and the first ticket
@@ -198,14 +196,11 @@ order by file_id, line, message_id;
 )";
 
 std::string errors_statement() {
-    constexpr std::string_view place = "{reported}";
     std::string names;
-    for (const Reported& one : reported) {
-        names += names.empty() ? "'" : ", '";
-        names.append(one.message).append("'");
-    }
+    for (const Reported& one : reported) add_quoted(one.message, names);
     std::string words(errors_view);
-    return words.replace(words.find(place), place.size(), names);
+    put_in(words, "{reported}", names);
+    return words;
 }
 
 constexpr std::string_view readable[] = {
