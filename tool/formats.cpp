@@ -1,5 +1,7 @@
 #include "tool/formats.hpp"
 
+#include "tool/analysis/finding_remarks.hpp"
+#include "tool/finding_options.hpp"
 #include "tool/report/check.hpp"
 #include "tool/report/ndjson.hpp"
 #include "tool/report/text.hpp"
@@ -29,7 +31,7 @@ std::unique_ptr<Report> make_whole_report(std::string_view file, const Options& 
                                                             .only_texts = options.audio_only,
                                                             .color = display.color,
                                                             .explained = options.explain},
-                                        out);
+                                        out, options.findings ? finding_remarks(file, reading_of(options)) : nullptr);
 }
 
 }  // namespace

@@ -31,8 +31,10 @@ std::optional<std::int64_t> Values::number(FieldName name) const noexcept {
 }
 
 std::string_view Values::shown(const NotedValue& value) const noexcept {
-    const std::string_view words = record_.shown(value);
-    return value.meaning.kind == Kind::word ? without_punctuation(words) : words;
+    std::string_view words = record_.shown(value);
+    if (value.meaning.kind == Kind::word) return without_punctuation(words);
+    while (words.starts_with(' ')) words.remove_prefix(1);
+    return words;
 }
 
 std::string_view Values::shown(FieldName name) const noexcept {

@@ -14,9 +14,10 @@ namespace {
 constexpr std::int64_t longest_time = std::int64_t{4} * 3600 * 1000000;
 constexpr std::uint64_t longest_messages = 500;
 
+// No address at all, everybody's, or the terminal's own.
 bool goes_nowhere(std::string_view address) {
-    static constexpr std::string_view nowhere[] = {"0.0.0.0", "255.255.255.255", "::", "0:0:0:0:0:0:0:0"};
-    return std::find(std::begin(nowhere), std::end(nowhere), address) != std::end(nowhere) ||
+    if (address.empty()) return false;
+    return address.find_first_not_of("0:.") == std::string_view::npos || address == "255.255.255.255" ||
            address.starts_with("127.");
 }
 
