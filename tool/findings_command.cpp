@@ -12,8 +12,9 @@ namespace ztdecode::tool {
 
 namespace {
 
-constexpr auto examples = R"(Rules are told of in docs/findings.md. With a selection only the messages that it
-names are looked at, as if the trace had no others.
+constexpr auto examples = R"(docs/findings.md tells of the rules, "ztdecode --help" of layouts and of columns
+for --where. With a selection only the messages that it names are looked at, as
+if the trace had no others.
 
 Examples:
   ztdecode findings trace.spzt

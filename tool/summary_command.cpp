@@ -12,8 +12,12 @@ namespace ztdecode::tool {
 
 namespace {
 
-constexpr auto examples = R"(With a selection only the messages that it names are looked at, as if the trace had
-no others. "ztdecode findings" lists the findings that are counted here.
+constexpr auto examples = R"("ztdecode findings" lists the findings that are counted here, "ztdecode --help"
+tells of layouts and of columns for --where. With a selection only the messages
+that it names are looked at, as if the trace had no others.
+
+A page has the first 100 calls and terminals and the first 20 files, and says
+how many more there are; ndjson has all calls.
 
 Examples:
   ztdecode summary trace.spzt

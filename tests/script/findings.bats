@@ -82,9 +82,9 @@ codes() { "$ZTDECODE" findings --rules | cut -d' ' -f1; }
 @test "a finding names file, line, severity and code, and below it the messages that it stands on" {
     run "$ZTDECODE" findings "$SOURCE/tests/findings/refused-command.fires"
     is "$status" 0
-    is "${lines[0]}" "$SOURCE/tests/findings/refused-command.fires:4: warning: illegal_command: led [refused-command]"
-    is "${lines[1]}" "    line 3 from digital led"
-    is "${lines[2]}" "    line 4 to digital illegal_command"
+    is "${lines[0]}" "$SOURCE/tests/findings/refused-command.fires:5: warning: illegal_command: led [refused-command]"
+    is "${lines[1]}" "    line 4 from digital led"
+    is "${lines[2]}" "    line 5 to digital illegal_command"
     is "${lines[-1]}" "0 errors, 2 warnings, 0 notes"
 }
 
