@@ -10,7 +10,7 @@ from ctypes import POINTER, Structure, c_char_p, c_int, c_int64, c_size_t, c_uin
 OK, DONE, REFUSED, NO_MEMORY = range(4)
 FROM_SYSTEM, TO_SYSTEM = range(2)
 LAYOUTS = ("auto", "line", "lng2", "zt", "spzt", "spzt-lng2")
-COLOR, AUDIO_ONLY, DEBUG = 1, 2, 4
+COLOR, AUDIO_ONLY, DEBUG, PAD = 1, 2, 4, 8
 FIELDS, WORDS = range(2)
 NUMBER, WORD, FLAG = 0, 1, 5
 LINE_KINDS = ("blank", "comment", "other", "messages", "refused")
@@ -106,6 +106,9 @@ class Line(Structure):
         ("expected", c_uint64),
         ("found", c_uint64),
         ("reason", String),
+        ("prefix", String),
+        ("time", String),
+        ("terminal", String),
     ]
 
 
