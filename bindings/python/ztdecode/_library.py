@@ -62,6 +62,7 @@ class Record(Structure):
         ("parts", c_size_t),
         ("trace", String),
         ("complaints", String),
+        ("left_over", c_uint64),
     ]
 
 
