@@ -88,11 +88,11 @@ extern "C" {
 
 /* Of this header. */
 #define ZT_VERSION_MAJOR 5
-#define ZT_VERSION_MINOR 1
+#define ZT_VERSION_MINOR 2
 #define ZT_VERSION_PATCH 0
-#define ZT_VERSION "5.1.0"
+#define ZT_VERSION "5.2.0"
 
-/* Of the library that is running: "5.1.0". A library of the same major version and the same or a higher minor
+/* Of the library that is running: "5.2.0". A library of the same major version and the same or a higher minor
  * one has all that this header declares. */
 ZTDECODE_API const char* zt_version(void);
 
