@@ -106,9 +106,6 @@ options_of_page() {
 
 # scdoc writes a paragraph's macro in front of indented ones: nobody sees it.
 @test "formatters have nothing to complain of" {
-    for tool in scdoc mandoc groff; do
-        command -v $tool >/dev/null || skip "no $tool"
-    done
     for page in "$pages"/*.scd; do
         name=${page##*/}
         name=${name%.scd}
