@@ -16,7 +16,8 @@ Texts hold bytes of messages as they came. What of them is not UTF-8 is in the s
 text.encode("utf-8", "surrogateescape") gives the bytes back. Offsets count in these bytes.
 
 The words for kinds, outcomes, directions and so on are those of `ztdecode --format ndjson`, see docs/records.md. The
-shared object is libztdecode.so.5 as the loader finds it, or what the environment variable ZTDECODE_LIBRARY names.
+shared object is what the environment variable ZTDECODE_LIBRARY names, that under the prefix where the package is
+installed, or libztdecode.so.5 as the loader finds it.
 """
 
 from __future__ import annotations
