@@ -13,16 +13,19 @@ namespace {
 constexpr std::uint32_t longest_time = 3600000;  // milliseconds
 
 // A percentage with one decimal at most becomes thousandths.
-void add_percentage(CLI::App& app, const std::string& option, std::uint32_t& thousandths, const std::string& help) {
+void add_percentage(CLI::App& app, const std::string& option, std::uint32_t& thousandths,
+                    const std::string& help) {
     auto choose = [&thousandths, option](const std::string& word) {
         const auto wrong = [&] {
-            return CLI::ValidationError(option, word + " is no percentage from 0 to 100 with one decimal at most");
+            return CLI::ValidationError(option,
+                                        word + " is no percentage from 0 to 100 with one decimal at most");
         };
         const char* const end = word.data() + word.size();
         std::uint32_t whole = 0;
         const auto read = std::from_chars(word.data(), end, whole);
         std::uint32_t tenths = 0;
-        const bool decimal = read.ptr + 2 == end && *read.ptr == '.' && read.ptr[1] >= '0' && read.ptr[1] <= '9';
+        const bool decimal =
+            read.ptr + 2 == end && *read.ptr == '.' && read.ptr[1] >= '0' && read.ptr[1] <= '9';
         if (decimal) tenths = static_cast<std::uint32_t>(read.ptr[1] - '0');
         if (read.ec != std::errc() || (read.ptr != end && !decimal) || whole > 100) throw wrong();
         if (whole == 100 && tenths > 0) throw wrong();

@@ -69,8 +69,8 @@ void list_rules(const Options& options, Text& out) {
     };
     for (const Rule& rule : rules()) {
         if (options.format == Format::ndjson) {
-            out.print("{{\"kind\":\"rule\",\"code\":\"{-}\",\"severity\":\"{-}\",\"title\":\"{-}\"}}\n"_cf, rule.code,
-                      name_of(rule.severity), rule.title);
+            out.print("{{\"kind\":\"rule\",\"code\":\"{-}\",\"severity\":\"{-}\",\"title\":\"{-}\"}}\n"_cf,
+                      rule.code, name_of(rule.severity), rule.title);
             continue;
         }
         pad(rule.code, code_width);
@@ -107,7 +107,8 @@ int find(const Asked& asked) {
                 counts.write(out.text);
                 out.text.add("\n");
             }
-            return asked.fail_on != FailOn::nothing && counts.reach(severity_of(asked.fail_on)) ? status_found : 0;
+            return asked.fail_on != FailOn::nothing && counts.reach(severity_of(asked.fail_on)) ? status_found
+                                                                                                : 0;
         });
 }
 

@@ -53,7 +53,8 @@ int run_summary(int argc, const char* const* argv) {
     std::unique_ptr<Summary> summary;
     const bool as_ndjson = options.format == Format::ndjson;
     const auto made = [&](Output& out) -> Summary& {
-        if (!summary) summary = std::make_unique<Summary>(reading_of(options), limits, as_ndjson ? &out : nullptr);
+        if (!summary)
+            summary = std::make_unique<Summary>(reading_of(options), limits, as_ndjson ? &out : nullptr);
         return *summary;
     };
     return analyse_files(

@@ -55,7 +55,8 @@ void Calls::start(const CapturedMessage& captured, std::uint32_t file, const Val
     call.remote_port = values.shown("remote_udp_port");
     call.local_port = values.shown("local_udp_port");
     let_go(open, [&](const Call& other) {
-        return other.remote_address == call.remote_address || (other.channel == call.channel && other.stop == 0);
+        return other.remote_address == call.remote_address ||
+               (other.channel == call.channel && other.stop == 0);
     });
     if (open.size() == most_open) let_go(open, [&](const Call& other) { return &other == &open.front(); });
     open.push_back(std::move(call));
@@ -96,7 +97,9 @@ void Calls::end() {
         left.insert(left.end(), std::make_move_iterator(open.begin()), std::make_move_iterator(open.end()));
     }
     open_.clear();
-    std::stable_sort(left.begin(), left.end(), [](const Call& a, const Call& b) { return std::tie(a.file, a.start) < std::tie(b.file, b.start); });
+    std::stable_sort(left.begin(), left.end(), [](const Call& a, const Call& b) {
+        return std::tie(a.file, a.start) < std::tie(b.file, b.start);
+    });
     for (const Call& call : left) take_(call);
 }
 

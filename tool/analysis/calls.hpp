@@ -13,11 +13,11 @@
 
 namespace ztdecode::tool {
 
-// The voice of a call: a start on a channel, with the first stop of that channel before the next start there, and
-// the first ticket for its address before the next start to that. Words are as the trace shows them, empty where
-// it does not.
+// The voice of a call: a start on a channel, with the first stop of that channel before the next start there,
+// and the first ticket for its address before the next start to that. Words are as the trace shows them,
+// empty where it does not.
 struct Call {
-    std::uint32_t file = 0;    // number of the trace
+    std::uint32_t file = 0;   // number of the trace
     std::uint64_t start = 0;  // lines; 0: not in the trace
     std::uint64_t stop = 0;
     std::uint64_t ticket = 0;

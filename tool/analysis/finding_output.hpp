@@ -24,8 +24,8 @@ class FindingCounts {
     std::array<std::uint64_t, 3> counts_{};
 };
 
-// "office.spzt:45: warning: illegal_command: led [refused-command]", and the messages below it where there are
-// several.
+// "office.spzt:45: warning: illegal_command: led [refused-command]", and the messages below it where there
+// are several.
 void write_finding(const Findings& findings, const Finding& finding, Output& out);
 // The same beneath a message: without the file, and indented.
 void write_finding_beneath(const Findings& findings, const Finding& finding, Output& out);

@@ -60,8 +60,8 @@ std::string_view name_of(Severity severity) noexcept {
 std::span<const Rule> rules() noexcept { return all_rules; }
 
 void Found::add(std::string_view code, const Standing& at, std::vector<Standing> on, std::string words) {
-    const auto* const rule = std::find_if(all_rules.begin(), all_rules.end(),
-                                          [&](const Rule& one) { return one.code == code; });
+    const auto* const rule =
+        std::find_if(all_rules.begin(), all_rules.end(), [&](const Rule& one) { return one.code == code; });
     findings_.push_back({rule, at, std::move(on), std::move(words)});
 }
 
@@ -191,7 +191,8 @@ class Findings::Engine {
     void modules_start_too() {
         constexpr int addresses = 8;
         for (int address = 0; address < addresses; ++address) {
-            const auto module = speakers_.find(name_.substr(0, set_size_) + "\tmodule " + std::to_string(address));
+            const auto module =
+                speakers_.find(name_.substr(0, set_size_) + "\tmodule " + std::to_string(address));
             if (module != speakers_.end()) module->second.resets = {};
         }
     }

@@ -19,9 +19,9 @@
 //         for (const Finding& f : findings.message(captured, record)) ...   // show at this message
 //     for (const Finding& f : findings.end()) ...                           // show only at the trace's end
 //
-// What a call gives is valid until the next one. A finding comes with the message that makes it certain, which
-// may stand far behind those that it speaks of: a question that nobody answered is found when it is too late
-// for the answer. What is kept for later messages has bounds, whatever the trace.
+// What a call gives is valid until the next one. A finding comes with the message that makes it certain,
+// which may stand far behind those that it speaks of: a question that nobody answered is found when it is too
+// late for the answer. What is kept for later messages has bounds, whatever the trace.
 
 namespace ztdecode::tool {
 
@@ -48,9 +48,9 @@ struct Standing {
 
 struct Finding {
     const Rule* rule = nullptr;
-    Standing at;             // the message that it is about
+    Standing at;               // the message that it is about
     std::vector<Standing> on;  // all that it stands on, in the trace's order, `at` among them
-    std::string words;       // may hold foreign words: of the trace
+    std::string words;         // may hold foreign words: of the trace
 };
 
 class Findings {

@@ -15,8 +15,8 @@
 #include "tool/analysis/findings.hpp"
 #include "tool/analysis/heard.hpp"
 
-// What each family of rules remembers of one speaker: a terminal on one link, a set behind a hub, a module behind
-// a set.
+// What each family of rules remembers of one speaker: a terminal on one link, a set behind a hub, a module
+// behind a set.
 
 namespace ztdecode::tool {
 
@@ -33,8 +33,8 @@ inline bool too_late(const Moment& since, const Moment& now) noexcept {
 struct Heard {
     Values values;
     Standing standing;
-    Moment moment;       // among the messages of its speaker
-    bool knows_past;     // the speaker has been heard for longer than `patience`
+    Moment moment;            // among the messages of its speaker
+    bool knows_past;          // the speaker has been heard for longer than `patience`
     std::string_view module;  // type of the module that speaks, or is spoken to; none: the terminal itself
 
     std::string_view name() const noexcept { return standing.message; }

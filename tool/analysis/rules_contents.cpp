@@ -3,8 +3,8 @@
 #include "tool/analysis/rules.hpp"
 #include "tool/report/reported.hpp"
 
-// Messages that are findings by themselves: what is not understood of them, what they complain of, what a ticket
-// says of its call.
+// Messages that are findings by themselves: what is not understood of them, what they complain of, what a
+// ticket says of its call.
 
 namespace ztdecode::tool {
 
@@ -44,7 +44,8 @@ void look_at_self_test(const Heard& heard, Found& found) {
     for (const std::uint32_t index : heard.values.record().values(heard.values.part())) {
         const NotedValue& test = heard.values.record().value(index);
         if (test.field != field.get() || !failed_self_test(heard, test)) continue;
-        failed.append(failed.empty() ? "" : ", ").append(without_punctuation(heard.values.record().shown(test)));
+        failed.append(failed.empty() ? "" : ", ")
+            .append(without_punctuation(heard.values.record().shown(test)));
     }
     if (!failed.empty()) found.add("failed-self-test", heard.standing, "self-test: " + failed);
 }
@@ -126,8 +127,8 @@ void look_at_ticket(const Heard& heard, const Findings::Limits& limits, Found& f
     }
     if (longest && shortest && *longest - *shortest > limits.jitter) {
         found.add("jitter", heard.standing,
-                  "the delay went from " + std::to_string(*shortest) + " to " + std::to_string(*longest) + " ms" +
-                      of_call(values));
+                  "the delay went from " + std::to_string(*shortest) + " to " + std::to_string(*longest) +
+                      " ms" + of_call(values));
     }
 }
 

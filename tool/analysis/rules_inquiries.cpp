@@ -4,8 +4,8 @@
 
 #include "tool/analysis/rules.hpp"
 
-// Questions and their answers, first come, first served. An answer at the beginning of a trace may belong to a
-// question before it; a question at its end may still be answered behind it.
+// Questions and their answers, first come, first served. An answer at the beginning of a trace may belong to
+// a question before it; a question at its end may still be answered behind it.
 
 namespace ztdecode::tool {
 
@@ -44,8 +44,7 @@ constexpr Pair pairs[] = {
     {"server", "get_property", {"get_property_result", "error_get_property"}},
     {"server", "create", {"success_create", "error_create", "warning_create"}, true},
     {"server", "delete", {"success_delete", "error_delete"}, true},
-    {"server", "set_property",
-     {"success_set_property", "error_set_property", "warning_set_property"}, true},
+    {"server", "set_property", {"success_set_property", "error_set_property", "warning_set_property"}, true},
     {"server", "insert_item", {"success_insert_item", "error_insert_item"}, true},
     {"server", "delete_item", {"success_delete_item", "error_delete_item"}, true},
 };
@@ -60,7 +59,8 @@ std::size_t pair_of(const Heard& heard) {
         if (!heard.to_system()) return one.question == heard.name();
         return std::find(one.answers.begin(), one.answers.end(), heard.name()) != one.answers.end();
     };
-    return static_cast<std::size_t>(std::find_if(std::begin(pairs), std::end(pairs), matches) - std::begin(pairs));
+    return static_cast<std::size_t>(std::find_if(std::begin(pairs), std::end(pairs), matches) -
+                                    std::begin(pairs));
 }
 
 }  // namespace
@@ -83,7 +83,8 @@ void Inquiries::message(const Heard& heard, const Findings::Limits& limits, Foun
 
 // Refusals come without being asked for.
 void Inquiries::answered(const Heard& heard, std::size_t pair, const Findings::Limits& limits, Found& found) {
-    const auto asked = std::find_if(asked_.begin(), asked_.end(), [&](const Asked& a) { return a.pair == pair; });
+    const auto asked =
+        std::find_if(asked_.begin(), asked_.end(), [&](const Asked& a) { return a.pair == pair; });
     if (asked == asked_.end()) {
         const bool refusal = heard.name().starts_with("error_") || heard.name().starts_with("warning_");
         if (heard.knows_past && !refusal) {
@@ -110,7 +111,8 @@ void Inquiries::look(const Moment& now, Found& found) {
         if (asked.late || !too_late(asked.said.moment, now)) continue;
         asked.late = true;
         found.add("no-answer", asked.said.standing,
-                  std::string(pairs[asked.pair].question) + " without " + std::string(pairs[asked.pair].answers[0]));
+                  std::string(pairs[asked.pair].question) + " without " +
+                      std::string(pairs[asked.pair].answers[0]));
     }
 }
 

@@ -2,8 +2,9 @@
 
 #include "tool/analysis/rules.hpp"
 
-// Objects that are changed although they are not there. Objects may stem from before the trace: that one was never
-// created is said only where the terminal has started in the trace, and of classes of which the trace creates some.
+// Objects that are changed although they are not there. Objects may stem from before the trace: that one was
+// never created is said only where the terminal has started in the trace, and of classes of which the trace
+// creates some.
 
 namespace ztdecode::tool {
 

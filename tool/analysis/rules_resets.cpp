@@ -3,8 +3,8 @@
 
 #include "tool/analysis/rules.hpp"
 
-// Terminals and modules that start anew. The first start that a trace shows is just that; a trace that begins later
-// shows a start as a reset as soon as the terminal has said something else before.
+// Terminals and modules that start anew. The first start that a trace shows is just that; a trace that begins
+// later shows a start as a reset as soon as the terminal has said something else before.
 
 namespace ztdecode::tool {
 

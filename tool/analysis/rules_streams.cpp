@@ -3,8 +3,8 @@
 
 #include "tool/analysis/rules.hpp"
 
-// Voice streams of an IP set, by their channels. A stop whose start is not in the trace belongs to a stream that ran
-// before it.
+// Voice streams of an IP set, by their channels. A stop whose start is not in the trace belongs to a stream
+// that ran before it.
 
 namespace ztdecode::tool {
 

@@ -4,8 +4,8 @@
 #include "tool/analysis/rules.hpp"
 #include "tool/report/reported.hpp"
 
-// What takes many messages: downloads, and messages in segments. Of a transfer that was under way when the trace
-// began only the rest is seen, which says nothing of what came before it.
+// What takes many messages: downloads, and messages in segments. Of a transfer that was under way when the
+// trace began only the rest is seen, which says nothing of what came before it.
 
 namespace ztdecode::tool {
 
@@ -17,7 +17,8 @@ bool is_download_complaint(std::string_view name) {
     });
 }
 
-// Whether the terminal says that it does not take what it gets. Hubs have a code of their own for what went well.
+// Whether the terminal says that it does not take what it gets. Hubs have a code of their own for what went
+// well.
 bool refuses(const Heard& heard) {
     if (is_download_complaint(heard.name())) return true;
     const auto acknowledged = heard.values.number("acknowledgement");
@@ -35,7 +36,8 @@ std::string why_refused(const Heard& heard) {
          {FieldName("acknowledgement"), FieldName("download_failure"), FieldName("checksum_status")}) {
         if (const auto shown = heard.values.shown(field); !shown.empty()) words.append(": ").append(shown);
     }
-    if (const auto packet = heard.values.number("packet_number")) words += ", packet " + std::to_string(*packet);
+    if (const auto packet = heard.values.number("packet_number"))
+        words += ", packet " + std::to_string(*packet);
     return words;
 }
 
@@ -44,8 +46,7 @@ std::string why_refused(const Heard& heard) {
 void Downloads::message(const Heard& heard, Found& found) {
     const std::string_view name = heard.name();
     const bool begins = !heard.to_system() && (name == "download_request" || name == "download_start");
-    const bool data =
-        name == "download_data" || name == "download_data_extended" || name == "download_code";
+    const bool data = name == "download_data" || name == "download_data_extended" || name == "download_code";
     if (heard.to_system() && refuses(heard)) {
         std::vector<Standing> on = {heard.standing};
         if (begun_) on.insert(on.begin(), begun_->standing);
@@ -53,9 +54,10 @@ void Downloads::message(const Heard& heard, Found& found) {
         begun_.reset();
     } else if (begins || heard.starts()) {
         if (begun_ && packets_ > 0) {
-            found.add("download-broken-off", heard.standing, {begun_->standing, last_.standing, heard.standing},
-                      std::string(heard.starts() ? "the terminal starts" : "another download begins") + " behind " +
-                          std::to_string(packets_) + (packets_ == 1 ? " packet" : " packets"));
+            found.add("download-broken-off", heard.standing,
+                      {begun_->standing, last_.standing, heard.standing},
+                      std::string(heard.starts() ? "the terminal starts" : "another download begins") +
+                          " behind " + std::to_string(packets_) + (packets_ == 1 ? " packet" : " packets"));
         }
         begun_.reset();
         if (begins) begun_ = SaidAt{heard.standing, heard.moment};

@@ -83,9 +83,10 @@ void Summary::part(const CapturedMessage& captured, const Record& record, std::s
     const NotedMessage& noted = *part.noted;
     ++names_[{noted.link, noted.direction, noted.name}];
     const Values values(record, part);
-    calls_.message(captured, static_cast<std::uint32_t>(files_.size() - 1), name_of_terminal(captured), values);
-    const bool identifies = std::find(std::begin(identity_messages), std::end(identity_messages), noted.name) !=
-                            std::end(identity_messages);
+    calls_.message(captured, static_cast<std::uint32_t>(files_.size() - 1), name_of_terminal(captured),
+                   values);
+    const bool identifies = std::find(std::begin(identity_messages), std::end(identity_messages),
+                                      noted.name) != std::end(identity_messages);
     if (noted.direction != to_dhs || !identifies) return;
     Who who{std::string(name_of_terminal(captured)), std::string(noted.link), {}, {}, {}};
     if (k != 0) {

@@ -82,7 +82,7 @@ class Summary {
     std::optional<std::int64_t> first_time_;
     std::optional<std::int64_t> last_time_;
     std::map<std::tuple<std::string_view, std::uint32_t, std::string_view>, std::uint64_t> names_;
-    std::map<Who, std::size_t> known_;  // in identities_
+    std::map<Who, std::size_t> known_;                         // in identities_
     std::map<std::string, std::size_t, std::less<>> last_of_;  // of a place: who reported there last
     std::vector<Identity> identities_;
     std::uint64_t more_identities_ = 0;

@@ -25,7 +25,8 @@ std::string span_of(std::int64_t microseconds) {
     const std::int64_t ms = microseconds / 1000;
     const auto two = [](std::int64_t n) { return (n < 10 ? "0" : "") + std::to_string(n); };
     const std::string fraction = std::to_string(ms % 1000 + 1000).substr(1);
-    return std::to_string(ms / 3600000) + ":" + two(ms / 60000 % 60) + ":" + two(ms / 1000 % 60) + "." + fraction;
+    return std::to_string(ms / 3600000) + ":" + two(ms / 60000 % 60) + ":" + two(ms / 1000 % 60) + "." +
+           fraction;
 }
 
 std::string percent_of(std::int64_t part, std::int64_t whole) {
@@ -104,11 +105,11 @@ class SummaryPage {
             files.push_back("and " + std::to_string(summary_.files_.size() - shown) + " more");
         entry(summary_.files_.size() == 1 ? "file" : "files", files);
         const LineTotals& lines = summary_.lines_;
-        entry("lines", {std::to_string(lines.lines) + ": " + std::to_string(lines.with_messages()) +
-                            " with messages",
-                        std::to_string(lines.refused) + " refused",
-                        std::to_string(lines.no_trace_line) + " no trace line",
-                        std::to_string(lines.blank) + " blank", with_noun(lines.comment, "comment")});
+        entry("lines",
+              {std::to_string(lines.lines) + ": " + std::to_string(lines.with_messages()) + " with messages",
+               std::to_string(lines.refused) + " refused",
+               std::to_string(lines.no_trace_line) + " no trace line", std::to_string(lines.blank) + " blank",
+               with_noun(lines.comment, "comment")});
         entry("messages", {std::to_string(summary_.messages_)});
         write_span();
     }
@@ -143,14 +144,10 @@ class SummaryPage {
 
     static std::string said(std::string_view what, const std::string& value) {
         static constexpr std::pair<std::string_view, std::string_view> labels[] = {
-            {"terminal_type", "type "},
-            {"terminal_design", "design "},
-            {"software_version", "software "},
-            {"hardware_version", "hardware "},
-            {"boot_version", "boot "},
-            {"data_version", "data "},
-            {"serialnum", "serial number "},
-            {"mac_address", "hardware address "},
+            {"terminal_type", "type "},        {"terminal_design", "design "},
+            {"software_version", "software "}, {"hardware_version", "hardware "},
+            {"boot_version", "boot "},         {"data_version", "data "},
+            {"serialnum", "serial number "},   {"mac_address", "hardware address "},
             {"local_ip_address", "address "},
         };
         for (const auto& [name, label] : labels) {
@@ -165,7 +162,8 @@ class SummaryPage {
         for (auto at = names.begin(); at != names.end();) {
             const auto [link, direction, name] = at->first;
             std::vector<std::pair<std::uint64_t, std::string_view>> of_link;
-            for (; at != names.end() && std::get<0>(at->first) == link && std::get<1>(at->first) == direction; ++at)
+            for (; at != names.end() && std::get<0>(at->first) == link && std::get<1>(at->first) == direction;
+                 ++at)
                 of_link.emplace_back(at->second, std::get<2>(at->first));
             std::stable_sort(of_link.begin(), of_link.end(),
                              [](const auto& a, const auto& b) { return a.first > b.first; });
@@ -213,8 +211,9 @@ class SummaryPage {
         if (call.duration) items.push_back(std::to_string(*call.duration) + " s");
         if (call.lost) {
             const std::int64_t all = *call.lost + call.received.value_or(0);
-            items.push_back(std::to_string(*call.lost) + " packets lost" +
-                            (call.received && all > 0 ? " (" + percent_of(*call.lost, all) + ")" : std::string()));
+            items.push_back(
+                std::to_string(*call.lost) + " packets lost" +
+                (call.received && all > 0 ? " (" + percent_of(*call.lost, all) + ")" : std::string()));
         }
         if (call.longest_delay) items.push_back("delay up to " + std::to_string(*call.longest_delay) + " ms");
         return items;

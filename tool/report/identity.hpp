@@ -5,7 +5,8 @@
 namespace ztdecode::tool {
 
 // The messages to the system in which terminals say what they are.
-inline constexpr std::string_view identity_messages[] = {"reset", "init", "version_response", "param_response"};
+inline constexpr std::string_view identity_messages[] = {"reset", "init", "version_response",
+                                                         "param_response"};
 
 // What they say; of several names the one that the message has.
 inline constexpr std::string_view identity_fields[] = {

@@ -112,7 +112,8 @@ std::string field_of(std::string_view id, std::string_view names) {
 }
 
 void put_in(std::string& words, std::string_view place, const std::string& names) {
-    if (const std::size_t at = words.find(place); at != std::string::npos) words.replace(at, place.size(), names);
+    if (const std::size_t at = words.find(place); at != std::string::npos)
+        words.replace(at, place.size(), names);
 }
 
 void add_quoted(std::string_view name, std::string& names) {
