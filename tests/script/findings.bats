@@ -55,6 +55,10 @@ codes() { "$ZTDECODE" findings --rules | cut -d' ' -f1; }
         is "$(found office)" ""
         is "$(found --columns ms office)" ""
     done
+    for way in from to; do
+        "$MAKE_TRACE" 5000 line $way >office
+        is "$(found --layout line --direction $way office)" ""
+    done
 }
 
 @test "each fault that is planted in an office is found" {

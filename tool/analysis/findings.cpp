@@ -102,7 +102,7 @@ class Findings::Engine {
         if (reading_.joined && !last) return findings_;
         for (auto& [name, speaker] : speakers_) {
             const Moment now{now_.time, speaker.messages};
-            speaker.inquiries.look(now, found_);
+            if (terminals_heard_) speaker.inquiries.look(now, found_);
             speaker.streams.end(now, found_);
             speaker.segments.end(found_);
         }
@@ -126,6 +126,7 @@ class Findings::Engine {
         speakers_.clear();
         clock_.emplace(reading_.column_unit);
         now_ = {};
+        terminals_heard_ = false;
     }
 
     void part(const CapturedMessage& captured, const Record& record, std::size_t k) {
@@ -147,7 +148,8 @@ class Findings::Engine {
     }
 
     void tell(Speaker& speaker, const Heard& heard) {
-        speaker.inquiries.look(heard.moment, found_);
+        if (heard.to_system()) terminals_heard_ = true;
+        if (terminals_heard_) speaker.inquiries.look(heard.moment, found_);
         speaker.segments.look(heard.moment, found_);
         speaker.commands.message(heard, found_);
         speaker.downloads.message(heard, found_);
@@ -204,6 +206,7 @@ class Findings::Engine {
     Found found_{findings_};
     std::optional<TraceClock> clock_{reading_.column_unit};
     Moment now_;
+    bool terminals_heard_ = false;
     std::unordered_map<std::string, Speaker> speakers_;
     std::pair<const std::string, Speaker>* last_ = nullptr;  // who spoke last
     std::string name_;

@@ -107,8 +107,10 @@ class Resets {
 
     void started(const Heard& heard, Found& found);
 
+    static bool too_old(const Moment& then, const Moment& now) noexcept;
+
     bool running_ = false;
-    bool told_to_ = false;
+    std::optional<Moment> told_to_;  // by the system
     std::vector<SaidAt> last_;
 };
 
@@ -126,6 +128,7 @@ class Inquiries {
     void answered(const Heard& heard, std::size_t pair, const Findings::Limits& limits, Found& found);
 
     static constexpr std::size_t most = 64;
+    bool system_heard_ = false;  // and so its questions are
     std::vector<Asked> asked_;
 };
 

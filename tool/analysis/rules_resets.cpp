@@ -1,5 +1,5 @@
-#include <algorithm>
 #include <string>
+#include <utility>
 
 #include "tool/analysis/rules.hpp"
 
@@ -26,31 +26,32 @@ std::string cause_of(const Values& values) {
 
 }  // namespace
 
+// Starts that have nothing to do with each other, and commands with a start.
+bool Resets::too_old(const Moment& then, const Moment& now) noexcept {
+    if (then.time && now.time) return *now.time - *then.time > within_time;
+    return now.number - then.number > within_messages;
+}
+
 void Resets::message(const Heard& heard, Found& found) {
     if (heard.starts()) {
         started(heard, found);
     } else if (heard.to_system()) {
         running_ = true;
     } else if (heard.restarts()) {
-        told_to_ = true;
+        told_to_ = heard.moment;
     }
 }
 
 void Resets::started(const Heard& heard, Found& found) {
-    const bool by_itself = running_ && !told_to_;
-    const bool counts = !told_to_;
-    told_to_ = false;
-    running_ = true;
-    if (by_itself) {
+    const bool was_told = told_to_ && !too_old(*told_to_, heard.moment);
+    const bool was_running = std::exchange(running_, true);
+    told_to_.reset();
+    if (was_told) return;
+    if (was_running) {
         const std::string who = heard.module.empty() ? "the terminal" : "module " + std::string(heard.module);
         found.add("reset", heard.standing, who + " started anew" + cause_of(heard.values));
     }
-    if (!counts) return;
-    const auto too_old = [&](const SaidAt& one) {
-        if (one.moment.time && heard.moment.time) return *heard.moment.time - *one.moment.time > within_time;
-        return heard.moment.number - one.moment.number > within_messages;
-    };
-    last_.erase(std::remove_if(last_.begin(), last_.end(), too_old), last_.end());
+    std::erase_if(last_, [&](const SaidAt& one) { return too_old(one.moment, heard.moment); });
     last_.push_back({heard.standing, heard.moment});
     if (last_.size() < repeated) return;
     std::vector<Standing> on;
