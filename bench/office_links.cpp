@@ -101,7 +101,7 @@ Bytes ip_call(Office& o) {
     if (!o.call) return ip_start_rtp(o);
     o.then(to_dhs, ip_ticket(o, o.call->remote_address));
     o.call.reset();
-    return of({0x13, 2});
+    return of({0x13, 2, 20, 1, 0});
 }
 
 // HE sets: the link's three routing bytes in front.

@@ -126,7 +126,7 @@ class Findings::Engine {
         speakers_.clear();
         clock_.emplace(reading_.column_unit);
         now_ = {};
-        terminals_heard_ = false;
+        terminals_heard_ = system_heard_ = false;
     }
 
     void part(const CapturedMessage& captured, const Record& record, std::size_t k) {
@@ -134,7 +134,7 @@ class Findings::Engine {
         const NotedMessage& noted = *part.noted;
         const Values values(record, part);
         const Standing standing{last_file(), captured.number, noted.direction, noted.link, noted.name};
-        Heard heard{values, standing, {}, false, values.shown("module")};
+        Heard heard{values, standing, {}, system_heard_, false, values.shown("module")};
         look_at_contents(heard, found_);
         look_at_ticket(heard, limits_, found_);
         name_speaker(captured, record, k, heard);
@@ -148,7 +148,7 @@ class Findings::Engine {
     }
 
     void tell(Speaker& speaker, const Heard& heard) {
-        if (heard.to_system()) terminals_heard_ = true;
+        (heard.to_system() ? terminals_heard_ : system_heard_) = true;
         if (terminals_heard_) speaker.inquiries.look(heard.moment, found_);
         speaker.segments.look(heard.moment, found_);
         speaker.commands.message(heard, found_);
@@ -206,7 +206,8 @@ class Findings::Engine {
     Found found_{findings_};
     std::optional<TraceClock> clock_{reading_.column_unit};
     Moment now_;
-    bool terminals_heard_ = false;
+    bool terminals_heard_ = false;  // both in the trace
+    bool system_heard_ = false;
     std::unordered_map<std::string, Speaker> speakers_;
     std::pair<const std::string, Speaker>* last_ = nullptr;  // who spoke last
     std::string name_;

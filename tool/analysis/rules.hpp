@@ -34,6 +34,7 @@ struct Heard {
     Values values;
     Standing standing;
     Moment moment;            // among the messages of its speaker
+    bool knows_system;        // messages from the system are in the trace
     bool knows_past;          // the speaker has been heard for longer than `patience`
     std::string_view module;  // type of the module that speaks, or is spoken to; none: the terminal itself
 
@@ -128,7 +129,6 @@ class Inquiries {
     void answered(const Heard& heard, std::size_t pair, const Findings::Limits& limits, Found& found);
 
     static constexpr std::size_t most = 64;
-    bool system_heard_ = false;  // and so its questions are
     std::vector<Asked> asked_;
 };
 

@@ -66,7 +66,6 @@ std::size_t pair_of(const Heard& heard) {
 }  // namespace
 
 void Inquiries::message(const Heard& heard, const Findings::Limits& limits, Found& found) {
-    if (!heard.to_system()) system_heard_ = true;
     if (heard.starts() && heard.module.empty()) {
         asked_.clear();
         return;
@@ -88,7 +87,7 @@ void Inquiries::answered(const Heard& heard, std::size_t pair, const Findings::L
         std::find_if(asked_.begin(), asked_.end(), [&](const Asked& a) { return a.pair == pair; });
     if (asked == asked_.end()) {
         const bool refusal = heard.name().starts_with("error_") || heard.name().starts_with("warning_");
-        if (heard.knows_past && system_heard_ && !refusal) {
+        if (heard.knows_past && heard.knows_system && !refusal) {
             found.add("unasked-answer", heard.standing,
                       std::string(heard.name()) + " without " + std::string(pairs[pair].question));
         }

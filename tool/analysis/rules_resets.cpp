@@ -46,7 +46,7 @@ void Resets::started(const Heard& heard, Found& found) {
     const bool was_told = told_to_ && !too_old(*told_to_, heard.moment);
     const bool was_running = std::exchange(running_, true);
     told_to_.reset();
-    if (was_told) return;
+    if (was_told || !heard.knows_system) return;
     if (was_running) {
         const std::string who = heard.module.empty() ? "the terminal" : "module " + std::string(heard.module);
         found.add("reset", heard.standing, who + " started anew" + cause_of(heard.values));

@@ -134,7 +134,10 @@ class SummaryPage {
             if (!one.who.place.empty()) label += " " + one.who.place;
             std::vector<std::string> items;
             if (!one.who.name.empty()) items.push_back(one.who.name);
-            if (!one.who.place.empty() && !one.who.type.empty()) items.push_back("type " + one.who.type);
+            const bool says_type = std::any_of(one.says.begin(), one.says.end(), [](const auto& entry) {
+                return entry.first == "terminal_type";
+            });
+            if (!says_type && !one.who.type.empty()) items.push_back("type " + one.who.type);
             for (const auto& [what, value] : one.says) items.push_back(said(what, value));
             entry(label, items);
         }
