@@ -10,7 +10,7 @@ namespace ztdecode::tool {
 namespace {
 
 // Decoding again and again what no stand-in fits has its end.
-constexpr std::size_t most_tries = 20000;
+constexpr std::size_t most_tries = 4000;
 
 std::optional<LineLayout> line_layout(Layout layout) {
     switch (layout) {
@@ -279,8 +279,8 @@ bool Redaction::replace_all() {
     return fits(true);
 }
 
-// Whichever stand-in changes something else has another one in its place; bytes that nobody reads stay where
-// all others change something: then it is known what they say.
+// Whichever stand-in changes something else has another one in its place. Where none does, single bytes stay
+// that decide what else the message says, which then tells them anyway; not those of a secret.
 void Redaction::replace_one_by_one() {
     for (HiddenMessage& m : messages_) m.bytes = m.before;
     std::vector<const Edit*> misfits;
@@ -292,15 +292,12 @@ void Redaction::replace_one_by_one() {
         }
         if (fit) continue;
         edit.take_back(messages_);
-        if (edit.is_value() || tries_ >= most_tries) {
-            misfits.push_back(&edit);
-        } else if (edit.spots.size() > 1) {
-            hide_bytes_one_by_one(edit);
-        }
+        const bool secret = edit.kind == Hidden::secret;
+        const bool some = !secret && edit.spots.size() > 1 && hide_bytes_one_by_one(edit);
+        if ((edit.is_value() && !some) || tries_ >= most_tries) misfits.push_back(&edit);
     }
     for (const Edit* edit : misfits) edit->apply(messages_, redacting_.stand_ins, 0);
     if (fits(true)) return;
-    std::vector<std::pair<std::uint64_t, bool>> changed;
     for (const HiddenMessage& m : messages_) {
         if (m.session == nullptr || says_the_same(m)) continue;
         redacting_.tally.changed();
@@ -314,8 +311,9 @@ void Redaction::replace_one_by_one() {
     }
 }
 
+// Whether some of them could be.
 bool Redaction::hide_bytes_one_by_one(const Edit& edit) {
-    bool all = true;
+    bool some = false;
     for (const Spot& spot : edit.spots) {
         Edit one = edit;
         one.spots.assign(1, spot);
@@ -325,9 +323,10 @@ bool Redaction::hide_bytes_one_by_one(const Edit& edit) {
             fit = fits(false);
         }
         if (!fit) one.take_back(messages_);
-        all = all && fit;
+        const HiddenMessage& m = messages_[spot.message];
+        some = some || m.bytes[spot.offset] != m.before[spot.offset];
     }
-    return all;
+    return some;
 }
 
 // Whether all messages that are pending say what they said; only then, and `for_good`, it stays with their

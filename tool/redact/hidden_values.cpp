@@ -37,7 +37,8 @@ constexpr Hidden unread_kind(bool unknown) { return unknown ? Hidden::unknown : 
 
 unsigned Edit::attempts() const noexcept {
     constexpr unsigned few = 12;
-    return spots.size() == 1 ? 256 : few;
+    constexpr unsigned many = 40;
+    return spots.size() == 1 ? many : few;
 }
 
 void Edit::apply(std::vector<HiddenMessage>& messages, const StandIns& stand_ins, unsigned attempt) const {
