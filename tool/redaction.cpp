@@ -280,21 +280,18 @@ bool Redaction::replace_all() {
 }
 
 // Whichever stand-in changes something else has another one in its place. Where none does, single bytes stay
-// that decide what else the message says, which then tells them anyway; not those of a secret.
+// that decide what else the message says, which then tells them anyway; not those of a secret. (Of a message
+// that says something else even as it came, because one before it had to, nothing stays.)
 void Redaction::replace_one_by_one() {
     for (HiddenMessage& m : messages_) m.bytes = m.before;
+    const bool comparable = fits(false);
     std::vector<const Edit*> misfits;
     for (const Edit& edit : edits_) {
-        bool fit = false;
-        for (unsigned attempt = 0; attempt < edit.attempts() && !fit && tries_ < most_tries; ++attempt) {
-            edit.apply(messages_, redacting_.stand_ins, attempt);
-            fit = fits(false);
-        }
-        if (fit) continue;
-        edit.take_back(messages_);
-        const bool secret = edit.kind == Hidden::secret;
-        const bool some = !secret && edit.spots.size() > 1 && hide_bytes_one_by_one(edit);
-        if ((edit.is_value() && !some) || tries_ >= most_tries) misfits.push_back(&edit);
+        if (comparable && fits_with(edit)) continue;
+        const bool pieces = comparable && edit.kind != Hidden::secret && edit.spots.size() > 1;
+        const bool some = pieces && hide_in_pieces(edit);
+        if (some && tries_ < most_tries) continue;
+        if (edit.is_value() || !comparable || tries_ >= most_tries) misfits.push_back(&edit);
     }
     for (const Edit* edit : misfits) edit->apply(messages_, redacting_.stand_ins, 0);
     if (fits(true)) return;
@@ -311,20 +308,34 @@ void Redaction::replace_one_by_one() {
     }
 }
 
-// Whether some of them could be.
-bool Redaction::hide_bytes_one_by_one(const Edit& edit) {
+bool Redaction::fits_with(const Edit& edit) {
+    for (unsigned attempt = 0; attempt < edit.attempts() && tries_ < most_tries; ++attempt) {
+        edit.apply(messages_, redacting_.stand_ins, attempt);
+        if (fits(false)) return true;
+    }
+    edit.take_back(messages_);
+    return false;
+}
+
+// Whether some of its bytes are hidden then.
+bool Redaction::hide_in_pieces(const Edit& edit) {
+    const std::size_t half = edit.spots.size() / 2;
     bool some = false;
-    for (const Spot& spot : edit.spots) {
-        Edit one = edit;
-        one.spots.assign(1, spot);
-        bool fit = false;
-        for (unsigned attempt = 0; attempt < one.attempts() && !fit && tries_ < most_tries; ++attempt) {
-            one.apply(messages_, redacting_.stand_ins, attempt);
-            fit = fits(false);
+    for (const bool first : {true, false}) {
+        Edit piece = edit;
+        if (first) {
+            piece.spots.resize(half);
+        } else {
+            piece.spots.erase(piece.spots.begin(), piece.spots.begin() + static_cast<std::ptrdiff_t>(half));
         }
-        if (!fit) one.take_back(messages_);
-        const HiddenMessage& m = messages_[spot.message];
-        some = some || m.bytes[spot.offset] != m.before[spot.offset];
+        if (fits_with(piece)) {
+            some = some || std::any_of(piece.spots.begin(), piece.spots.end(), [this](const Spot& spot) {
+                       const HiddenMessage& m = messages_[spot.message];
+                       return m.bytes[spot.offset] != m.before[spot.offset];
+                   });
+        } else if (piece.spots.size() > 1) {
+            some = hide_in_pieces(piece) || some;
+        }
     }
     return some;
 }

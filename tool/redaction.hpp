@@ -84,7 +84,8 @@ class Redaction {
     void finish_pending();
     bool replace_all();
     void replace_one_by_one();
-    bool hide_bytes_one_by_one(const Edit& edit);
+    bool fits_with(const Edit& edit);
+    bool hide_in_pieces(const Edit& edit);
     bool fits(bool for_good);
     bool says_the_same(const HiddenMessage& m);
     bool lines_stand();

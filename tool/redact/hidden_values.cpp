@@ -38,6 +38,7 @@ constexpr Hidden unread_kind(bool unknown) { return unknown ? Hidden::unknown : 
 unsigned Edit::attempts() const noexcept {
     constexpr unsigned few = 12;
     constexpr unsigned many = 40;
+    if (form == Form::blank && spots.size() > 1) return 3;
     return spots.size() == 1 ? many : few;
 }
 
