@@ -159,7 +159,7 @@ void Redaction::lose(PendingLine& pending) {
     pending.lost = true;
     pending.text = blanked(pending.line.text(), characters);
     redacting_.tally.lost();
-    diagnostics_.of_line(number_, "blanked whole: no stand-in keeps it a trace line that reads alike");
+    diagnostics_.of_line(pending.line.number(), "blanked whole: no stand-in keeps it a trace line that reads alike");
 }
 
 void Redaction::trace_line(PendingLine& pending) {
@@ -199,6 +199,7 @@ Outcome Redaction::decode_before(std::span<const std::uint8_t> bytes, std::uint3
     m.bytes = m.before;
     m.direction = direction;
     m.place = number_;
+    m.since = static_cast<std::uint32_t>(messages_.size() - 1);
     m.session = &session_of(sessions_.after, trail_after_);
     Message message{std::span<const std::uint8_t>(m.before)};
     message.direction = direction;
@@ -264,8 +265,11 @@ bool Redaction::waits() {
 void Redaction::finish_pending() {
     open_.clear();
     hide_put_by(messages_, redacting_.kept, edits_);
-    tries_ = 0;
-    if (!replace_all()) replace_one_by_one();
+    std::size_t begin = 0;
+    for (const std::size_t end : ends_of_groups()) {
+        replace_group(begin, end);
+        begin = end;
+    }
     count();
     for (const PendingLine& line : lines_) write(line);
     lines_.clear();
@@ -274,8 +278,52 @@ void Redaction::finish_pending() {
     pending_bytes_ = 0;
 }
 
+// Segments hang together with their last one and all between them, messages with the others in their line.
+std::vector<std::size_t> Redaction::ends_of_groups() const {
+    std::vector<std::size_t> reach(messages_.size());
+    const auto tie = [&reach](std::size_t first, std::size_t last) {
+        reach[first] = std::max(reach[first], last);
+    };
+    for (std::size_t k = 0; k < messages_.size(); ++k) {
+        tie(k, k);
+        tie(messages_[k].since, k);
+    }
+    for (const PendingLine& line : lines_) {
+        std::vector<std::size_t> own;
+        for (const auto& message : line.messages) {
+            if (message) own.push_back(*message);
+        }
+        if (!own.empty()) tie(own.front(), own.back());
+    }
+    std::vector<std::size_t> ends;
+    std::size_t last = 0;
+    for (std::size_t k = 0; k < messages_.size(); ++k) {
+        last = std::max(last, reach[k]);
+        if (last == k) ends.push_back(k + 1);
+    }
+    return ends;
+}
+
+void Redaction::replace_group(std::size_t begin, std::size_t end) {
+    group_.begin = begin;
+    group_.end = end;
+    group_.edits.clear();
+    group_.lines.clear();
+    for (const Edit& edit : edits_) {
+        const std::size_t message = edit.spots.front().message;
+        if (message >= begin && message < end) group_.edits.push_back(&edit);
+    }
+    for (PendingLine& line : lines_) {
+        const auto first = std::find_if(line.messages.begin(), line.messages.end(),
+                                        [](const auto& message) { return message.has_value(); });
+        if (first != line.messages.end() && **first >= begin && **first < end) group_.lines.push_back(&line);
+    }
+    tries_ = 0;
+    if (!replace_all()) replace_one_by_one();
+}
+
 bool Redaction::replace_all() {
-    for (const Edit& edit : edits_) edit.apply(messages_, redacting_.stand_ins, 0);
+    for (const Edit* const edit : group_.edits) edit->apply(messages_, redacting_.stand_ins, 0);
     return fits(true);
 }
 
@@ -283,28 +331,29 @@ bool Redaction::replace_all() {
 // that decide what else the message says, which then tells them anyway; not those of a secret. (Of a message
 // that says something else even as it came, because one before it had to, nothing stays.)
 void Redaction::replace_one_by_one() {
-    for (HiddenMessage& m : messages_) m.bytes = m.before;
+    for (std::size_t k = group_.begin; k < group_.end; ++k) messages_[k].bytes = messages_[k].before;
     const bool comparable = fits(false);
     std::vector<const Edit*> misfits;
-    for (const Edit& edit : edits_) {
-        if (comparable && fits_with(edit)) continue;
-        const bool pieces = comparable && edit.kind != Hidden::secret && edit.spots.size() > 1;
-        const bool some = pieces && hide_in_pieces(edit);
+    for (const Edit* const edit : group_.edits) {
+        if (comparable && fits_with(*edit)) continue;
+        const bool pieces = comparable && edit->kind != Hidden::secret && edit->spots.size() > 1;
+        const bool some = pieces && hide_in_pieces(*edit);
         if (some && tries_ < most_tries) continue;
-        if (edit.is_value() || !comparable || tries_ >= most_tries) misfits.push_back(&edit);
+        if (edit->is_value() || !comparable || tries_ >= most_tries) misfits.push_back(edit);
     }
     for (const Edit* edit : misfits) edit->apply(messages_, redacting_.stand_ins, 0);
     if (fits(true)) return;
-    for (const HiddenMessage& m : messages_) {
+    for (std::size_t k = group_.begin; k < group_.end; ++k) {
+        const HiddenMessage& m = messages_[k];
         if (m.session == nullptr || says_the_same(m)) continue;
         redacting_.tally.changed();
         diagnostics_.of_line(m.place, "what is replaced changes what else the message says");
     }
     if (lines_stand()) return;
-    for (PendingLine& line : lines_) {
-        if (!line.is_trace || line.is_binary || line.lost) continue;
-        const auto bytes = bytes_of(line);
-        if (!line.line.reads_alike(second_reader_, line.line.with(bytes), bytes)) lose(line);
+    for (PendingLine* const line : group_.lines) {
+        if (line->is_binary || line->lost) continue;
+        const auto bytes = bytes_of(*line);
+        if (!line->line.reads_alike(second_reader_, line->line.with(bytes), bytes)) lose(*line);
     }
 }
 
@@ -346,14 +395,16 @@ bool Redaction::fits(bool for_good) {
     ++tries_;
     if (!lines_stand()) return false;
     std::vector<Session*> sessions;
-    for (const HiddenMessage& m : messages_) {
+    const std::span<const HiddenMessage> messages(messages_.data() + group_.begin,
+                                                  group_.end - group_.begin);
+    for (const HiddenMessage& m : messages) {
         if (m.session != nullptr && std::find(sessions.begin(), sessions.end(), m.session) == sessions.end())
             sessions.push_back(m.session);
     }
     Text outside;
     std::deque<Captured> together;
     for (Session* const session : sessions) together.emplace_back(*session, outside);
-    for (const HiddenMessage& m : messages_) {
+    for (const HiddenMessage& m : messages) {
         if (m.session != nullptr && !says_the_same(m)) return false;
     }
     if (for_good) {
@@ -374,10 +425,10 @@ bool Redaction::says_the_same(const HiddenMessage& m) {
 }
 
 bool Redaction::lines_stand() {
-    return std::all_of(lines_.begin(), lines_.end(), [this](const PendingLine& line) {
-        if (!line.is_trace || line.is_binary || line.lost) return true;
-        const auto bytes = bytes_of(line);
-        return line.line.reads_alike(second_reader_, line.line.with(bytes), bytes);
+    return std::all_of(group_.lines.begin(), group_.lines.end(), [this](const PendingLine* line) {
+        if (line->is_binary || line->lost) return true;
+        const auto bytes = bytes_of(*line);
+        return line->line.reads_alike(second_reader_, line->line.with(bytes), bytes);
     });
 }
 

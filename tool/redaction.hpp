@@ -82,6 +82,8 @@ class Redaction {
                           std::string_view terminal);
     bool waits();
     void finish_pending();
+    std::vector<std::size_t> ends_of_groups() const;
+    void replace_group(std::size_t begin, std::size_t end);
     bool replace_all();
     void replace_one_by_one();
     bool fits_with(const Edit& edit);
@@ -113,6 +115,13 @@ class Redaction {
     std::vector<Edit> edits_;
     std::deque<PendingLine> lines_;
     std::size_t pending_bytes_ = 0;
+    struct Group {
+        std::size_t begin = 0;  // of `messages_`
+        std::size_t end = 0;
+        std::vector<const Edit*> edits;
+        std::vector<PendingLine*> lines;
+    };
+    Group group_;  // of messages that hang together
     std::map<const Session*, std::uint64_t> open_;      // series that lines wait for, by their first segments
     std::map<const Session*, std::uint64_t> given_up_;  // and those that they do not wait for any more
     std::size_t tries_ = 0;

@@ -172,6 +172,7 @@ void HiddenValues::map_segments(Source& source, const NotedMessage& whole) {
         for (std::size_t at = 0; at < n; ++at) {
             source.spots[at] = gathered[begin + at];
             source.there[at] = true;
+            messages_.back().since = std::min(messages_.back().since, gathered[begin + at].message);
         }
         // What they say is known now, but for bytes that the length does not count.
         for (std::size_t at = 0; at < n; ++at) {

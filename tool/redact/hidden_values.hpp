@@ -25,6 +25,7 @@ struct HiddenMessage {
     Session* session = nullptr;    // of those who get `bytes`
     std::string said{};            // all that is not hidden
     std::vector<bool> hidden{};    // of its values
+    std::uint32_t since = 0;          // first of the messages that hold what it says: itself, or segments
     std::vector<ByteRange> put_by{};  // for a message in segments that has not come together
 };
 

@@ -26,6 +26,7 @@ class RedactedLine {
     LineVerdict read(TraceReader& reader, std::string_view line, std::uint64_t number);
 
     const std::vector<Message>& messages() const noexcept { return messages_; }
+    std::uint64_t number() const noexcept { return number_; }
     const Refusal& refusal() const noexcept { return refusal_; }
     std::string_view text() const noexcept { return text_; }
 
