@@ -100,7 +100,8 @@ std::string read_key(const std::string& file, std::vector<std::uint8_t>& key) {
 std::string random_key(std::vector<std::uint8_t>& key) {
     key.resize(32);
     const ssize_t n = ::getrandom(key.data(), key.size(), 0);
-    return n == static_cast<ssize_t>(key.size()) ? std::string() : "no random key: " + std::string(std::strerror(errno));
+    return n == static_cast<ssize_t>(key.size()) ? std::string()
+                                                 : "no random key: " + std::string(std::strerror(errno));
 }
 
 bool same_file(const struct stat& a, const struct stat& b) {
@@ -152,11 +153,10 @@ class Run {
         if (descriptor.get() < 0) return complain(file, std::strerror(errno));
         DescriptorSource source(descriptor.get());
         int status = 0;
-        const Damage damage =
-            each_trace(file, source, !is_binary(options_.layout),
-                       [&](const std::string& name, bool /*packed*/, Source& trace) {
-                           status = std::max(status, redact(name, trace));
-                       });
+        const Damage damage = each_trace(file, source, !is_binary(options_.layout),
+                                         [&](const std::string& name, bool /*packed*/, Source& trace) {
+                                             status = std::max(status, redact(name, trace));
+                                         });
         return damage.why.empty() ? status : complain(damage.name, damage.why);
     }
 

@@ -159,7 +159,8 @@ void Redaction::lose(PendingLine& pending) {
     pending.lost = true;
     pending.text = blanked(pending.line.text(), characters);
     redacting_.tally.lost();
-    diagnostics_.of_line(pending.line.number(), "blanked whole: no stand-in keeps it a trace line that reads alike");
+    diagnostics_.of_line(pending.line.number(),
+                         "blanked whole: no stand-in keeps it a trace line that reads alike");
 }
 
 void Redaction::trace_line(PendingLine& pending) {
@@ -395,8 +396,7 @@ bool Redaction::fits(bool for_good) {
     ++tries_;
     if (!lines_stand()) return false;
     std::vector<Session*> sessions;
-    const std::span<const HiddenMessage> messages(messages_.data() + group_.begin,
-                                                  group_.end - group_.begin);
+    const std::span<const HiddenMessage> messages(messages_.data() + group_.begin, group_.end - group_.begin);
     for (const HiddenMessage& m : messages) {
         if (m.session != nullptr && std::find(sessions.begin(), sessions.end(), m.session) == sessions.end())
             sessions.push_back(m.session);
@@ -434,7 +434,8 @@ bool Redaction::lines_stand() {
 
 std::vector<const std::vector<std::uint8_t>*> Redaction::bytes_of(const PendingLine& pending) const {
     std::vector<const std::vector<std::uint8_t>*> bytes;
-    for (const auto& message : pending.messages) bytes.push_back(message ? &messages_[*message].bytes : nullptr);
+    for (const auto& message : pending.messages)
+        bytes.push_back(message ? &messages_[*message].bytes : nullptr);
     return bytes;
 }
 

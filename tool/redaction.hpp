@@ -52,8 +52,8 @@ class Redaction {
     Redaction(std::string name, const Redacting& redacting, BothSessions& sessions, Output& out,
               Output& diagnostics);
 
-    // Reads to the end, or until `out` cannot be written any more. `utf16`: the source of a trace that comes in
-    // UTF-16, and goes out so; null for any other one.
+    // Reads to the end, or until `out` cannot be written any more. `utf16`: the source of a trace that comes
+    // in UTF-16, and goes out so; null for any other one.
     void redact(Source& source, const Utf16Source* utf16);
 
     bool unreadable() const noexcept { return unreadable_; }
@@ -121,7 +121,7 @@ class Redaction {
         std::vector<const Edit*> edits;
         std::vector<PendingLine*> lines;
     };
-    Group group_;  // of messages that hang together
+    Group group_;                                       // of messages that hang together
     std::map<const Session*, std::uint64_t> open_;      // series that lines wait for, by their first segments
     std::map<const Session*, std::uint64_t> given_up_;  // and those that they do not wait for any more
     std::size_t tries_ = 0;

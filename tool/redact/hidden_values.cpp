@@ -18,8 +18,8 @@ Edit::Form form_of(const NotedValue& value, Hidden kind, std::span<const std::ui
     const bool characters = value.meaning.kind == Kind::text || all_printable(bytes);
     if (kind == Hidden::secret) return characters ? Edit::Form::blank_text : Edit::Form::blank;
     if (is_typed(*value.field) && bytes.size() == 1) return Edit::Form::typed;
-    const bool address = value.meaning.kind == Kind::address ||
-                         (kind == Hidden::address && value.meaning.kind != Kind::text);
+    const bool address =
+        value.meaning.kind == Kind::address || (kind == Hidden::address && value.meaning.kind != Kind::text);
     if (address && (bytes.size() == 4 || bytes.size() == 16)) return Edit::Form::address;
     if (characters) return Edit::Form::text;
     return kind == Hidden::number ? Edit::Form::half_bytes : Edit::Form::bytes;
@@ -69,7 +69,8 @@ void Edit::apply(std::vector<HiddenMessage>& messages, const StandIns& stand_ins
             StandIns::blank(bytes, attempt);
             break;
     }
-    for (std::size_t k = 0; k < spots.size(); ++k) messages[spots[k].message].bytes[spots[k].offset] = bytes[k];
+    for (std::size_t k = 0; k < spots.size(); ++k)
+        messages[spots[k].message].bytes[spots[k].offset] = bytes[k];
 }
 
 void Edit::take_back(std::vector<HiddenMessage>& messages) const {
@@ -155,7 +156,8 @@ void HiddenValues::map_segments(Source& source, const NotedMessage& whole) {
     std::vector<std::size_t> begins;
     for (std::uint32_t k = 0; k < messages_.size(); ++k) {
         const HiddenMessage& m = messages_[k];
-        if (std::find(whole.segments.begin(), whole.segments.end(), m.place) == whole.segments.end()) continue;
+        if (std::find(whole.segments.begin(), whole.segments.end(), m.place) == whole.segments.end())
+            continue;
         for (const ByteRange& range : m.put_by) {
             begins.push_back(gathered.size());
             for (std::uint32_t at = range.first; at <= range.last; ++at) gathered.push_back({k, at});
@@ -233,7 +235,8 @@ void HiddenValues::mark_hidden() {
                 hidden[k] = hidden[k] || source.claimed[at];
         }
         const auto kind = value.field == nullptr ? std::nullopt : kind_of(value.field->sensitivity);
-        if (value.field != nullptr && (value.field->name == "repeated_text" || value.field->name == "part_bytes"))
+        if (value.field != nullptr &&
+            (value.field->name == "repeated_text" || value.field->name == "part_bytes"))
             hidden[k] = true;
         if (ranges.empty() && kind && !kept_[*kind]) hidden[k] = true;
     }
@@ -308,13 +311,11 @@ std::string what_is_said(const Record& record, Outcome outcome, std::string_view
         const Record::Part& part = record.part(k);
         add_words(part.noted->link, said);
         add_words(part.noted->name, said);
-        const std::array<std::uint64_t, 7> numbers = {part.carrier,
-                                                      part.noted->code,
-                                                      part.noted->direction,
-                                                      static_cast<std::uint64_t>(part.decoded),
-                                                      part.bytes.size(),
-                                                      part.unknown,
-                                                      part.missing};
+        const std::array<std::uint64_t, 7> numbers = {
+            part.carrier,          part.noted->code,
+            part.noted->direction, static_cast<std::uint64_t>(part.decoded),
+            part.bytes.size(),     part.unknown,
+            part.missing};
         for (const std::uint64_t number : numbers) add_number(number, said);
         for (const std::uint64_t segment : part.noted->segments) add_number(segment, said);
     }

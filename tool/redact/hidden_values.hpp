@@ -19,12 +19,12 @@ struct HiddenMessage {
     std::vector<std::uint8_t> before;
     std::vector<std::uint8_t> bytes;  // with stand-ins
     std::uint32_t direction = 0;
-    std::uint64_t place = 0;       // of its line
-    std::string_view link{};       // of the captured message
+    std::uint64_t place = 0;  // of its line
+    std::string_view link{};  // of the captured message
     std::string_view name{};
-    Session* session = nullptr;    // of those who get `bytes`
-    std::string said{};            // all that is not hidden
-    std::vector<bool> hidden{};    // of its values
+    Session* session = nullptr;       // of those who get `bytes`
+    std::string said{};               // all that is not hidden
+    std::vector<bool> hidden{};       // of its values
     std::uint32_t since = 0;          // first of the messages that hold what it says: itself, or segments
     std::vector<ByteRange> put_by{};  // for a message in segments that has not come together
 };

@@ -174,8 +174,8 @@ std::string RedactedLine::with(const std::vector<const std::vector<std::uint8_t>
             if (column + 2 > usual_.size()) break;
             if (!is_hex(usual_[column]) || !is_hex(usual_[column + 1])) continue;
             const std::uint8_t byte = own != nullptr && at < own->size() ? (*own)[at] : std::uint8_t{0};
-            const auto before = static_cast<std::uint8_t>(hex_digit(usual_[column]) << 4 |
-                                                          hex_digit(usual_[column + 1]));
+            const auto before =
+                static_cast<std::uint8_t>(hex_digit(usual_[column]) << 4 | hex_digit(usual_[column + 1]));
             if (byte == before) continue;
             put(column, digits[byte >> 4], line);
             put(column + 1, digits[byte & 0x0F], line);

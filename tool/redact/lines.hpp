@@ -18,7 +18,7 @@ class RedactedLine {
     struct Message {
         std::vector<std::uint8_t> bytes;
         std::uint32_t direction = 0;
-        std::size_t column = 0;      // of its first byte in the line as it is read
+        std::size_t column = 0;       // of its first byte in the line as it is read
         std::uint64_t announced = 0;  // bytes
     };
 
@@ -30,8 +30,8 @@ class RedactedLine {
     const Refusal& refusal() const noexcept { return refusal_; }
     std::string_view text() const noexcept { return text_; }
 
-    // Replaces what stands around its messages, but for what is kept. False where no stand-in keeps it a trace
-    // line that says the same.
+    // Replaces what stands around its messages, but for what is kept. False where no stand-in keeps it a
+    // trace line that says the same.
     bool hide_surroundings(TraceReader& reader, const StandIns& stand_ins, const Kept& kept);
     // Characters that were replaced of that kind.
     std::uint64_t hidden(Hidden kind) const noexcept;
@@ -50,9 +50,9 @@ class RedactedLine {
     bool stands(TraceReader& reader) const;
     void put(std::size_t column, char c, std::string& line) const;
 
-    std::string text_;            // as it came
-    std::string front_;           // what it becomes, but for its messages' bytes
-    std::string usual_;           // as it is read
+    std::string text_;                  // as it came
+    std::string front_;                 // what it becomes, but for its messages' bytes
+    std::string usual_;                 // as it is read
     std::vector<std::size_t> columns_;  // where the characters of `usual_` stand in `text_`
     std::uint64_t number_ = 0;
     LineVerdict verdict_ = LineVerdict::no_trace_line;

@@ -63,7 +63,11 @@ std::optional<Class> class_of(const Character& c) {
 
 Character character_at(std::span<const std::uint8_t> bytes, std::size_t at) {
     const std::uint32_t lead = bytes[at];
-    const std::uint32_t count = lead < 0xC2 ? 1U : lead < 0xE0 ? 2U : lead < 0xF0 ? 3U : lead < 0xF5 ? 4U : 1U;
+    const std::uint32_t count = lead < 0xC2   ? 1U
+                                : lead < 0xE0 ? 2U
+                                : lead < 0xF0 ? 3U
+                                : lead < 0xF5 ? 4U
+                                              : 1U;
     if (count == 1 || at + count > bytes.size()) return {lead, 1};
     std::uint32_t code = lead & (0x7FU >> count);
     for (std::size_t k = at + 1; k < at + count; ++k) {
@@ -105,7 +109,8 @@ std::optional<Dotted> dotted_at(std::span<const std::uint8_t> text, std::size_t 
         if (k > 0 && (at >= text.size() || text[at++] != '.')) return std::nullopt;
         const std::size_t begin = at;
         unsigned number = 0;
-        while (at < text.size() && is_digit(text[at]) && at < begin + 3) number = number * 10 + text[at++] - '0';
+        while (at < text.size() && is_digit(text[at]) && at < begin + 3)
+            number = number * 10 + text[at++] - '0';
         const bool zeros_in_front = at > begin + 1 && text[begin] == '0';
         if (at == begin || number > 255 || zeros_in_front) return std::nullopt;
         dotted.octets[k] = static_cast<std::uint8_t>(number);
@@ -255,7 +260,8 @@ void StandIns::mix_once(std::span<std::uint32_t> indexes, std::span<const std::u
         Stream stream(keyed_, "word", attempt);
         stream.add(k);
         for (const std::uint32_t count : counts) stream.add(count);
-        for (const std::uint32_t index : right ? indexes.first(half) : indexes.subspan(half)) stream.add(index);
+        for (const std::uint32_t index : right ? indexes.first(half) : indexes.subspan(half))
+            stream.add(index);
         for (std::size_t i = right ? half : 0; i < (right ? indexes.size() : half); ++i)
             indexes[i] = (indexes[i] + stream.below(counts[i])) % counts[i];
     }

@@ -15,7 +15,8 @@
 #include "support/traces.hpp"
 
 // What holds of every redacted trace, of the golden ones and of those with other bytes in their lines: it has
-// the same lines and messages, says the same but for what is hidden, and nothing of that stands in it any more.
+// the same lines and messages, says the same but for what is hidden, and nothing of that stands in it any
+// more.
 
 namespace ztdecode::testing {
 
@@ -25,6 +26,7 @@ struct Shown {
     std::string name;
     std::string text;
     std::vector<std::uint8_t> bytes;
+    bool is_text = false;
     bool sensitive = false;
     bool shares = false;  // a byte with one that is
 };
@@ -34,7 +36,7 @@ struct Said {
     std::vector<Shown> values;
     std::string text;
     std::vector<std::uint8_t> bytes;
-    std::string plain;  // words and bytes that tell nothing about anybody, a newline where others stood
+    std::string plain;  // words and bytes that tell nothing about anybody, a mark where others stood
 };
 
 struct Seen {
@@ -43,6 +45,8 @@ struct Seen {
     std::vector<std::size_t> line_of;  // of each message
 };
 
+constexpr char mark = '\x1F';  // between words, and no character of them
+
 // Fields that show once more what others show.
 bool is_copy(std::string_view name) {
     return name == "part_bytes" || name == "item_text" || name == "repeated_text";
@@ -50,13 +54,16 @@ bool is_copy(std::string_view name) {
 
 // The bytes that offsets of the message count in.
 const std::vector<std::uint8_t>& source_bytes(const Trail& trail, std::uint32_t message,
-                                              const std::vector<std::uint8_t>& captured, std::uint32_t& source) {
-    while (message > 0 && trail.messages()[message].bytes.empty()) message = trail.messages()[message].carrier;
+                                              const std::vector<std::uint8_t>& captured,
+                                              std::uint32_t& source) {
+    while (message > 0 && trail.messages()[message].bytes.empty())
+        message = trail.messages()[message].carrier;
     source = message;
     return message == 0 ? captured : trail.messages()[message].bytes;
 }
 
-Said said(const Trail& trail, const Record& record, Outcome outcome, std::string_view text, const Message& m) {
+Said said(const Trail& trail, const Record& record, Outcome outcome, std::string_view text,
+          const Message& m) {
     Said result;
     result.text = text;
     result.bytes.assign(m.bytes().begin(), m.bytes().end());
@@ -65,15 +72,20 @@ Said said(const Trail& trail, const Record& record, Outcome outcome, std::string
         const Record::Part& part = record.part(k);
         result.what += " | " + std::string(part.noted->link) + " " + std::string(part.noted->name) + " " +
                        std::to_string(part.noted->direction) + " " + std::to_string(part.carrier) + " " +
-                       std::to_string(part.bytes.size()) + " " + std::to_string(static_cast<int>(part.decoded)) +
-                       " unknown " + std::to_string(part.unknown) + " missing " + std::to_string(part.missing) +
-                       " code " + std::to_string(part.noted->code);
+                       std::to_string(part.bytes.size()) + " " +
+                       std::to_string(static_cast<int>(part.decoded)) + " unknown " +
+                       std::to_string(part.unknown) + " missing " + std::to_string(part.missing) + " code " +
+                       std::to_string(part.noted->code);
     }
     std::set<std::pair<std::uint32_t, std::uint32_t>> sensitive;
     for (const bool second : {false, true}) {
         for (const NotedValue& v : trail.values()) {
             const bool hidden = v.field != nullptr && v.field->sensitivity != Sensitivity::none;
-            Shown shown{std::string(v.name), std::string(record.shown(v)), {}, hidden && !is_copy(v.name)};
+            Shown shown{std::string(v.name),
+                        std::string(record.shown(v)),
+                        {},
+                        v.meaning.kind == Kind::text,
+                        hidden && !is_copy(v.name)};
             std::uint32_t source = 0;
             const auto& bytes = source_bytes(trail, v.message, result.bytes, source);
             for (const ByteRange& range : trail.bytes_of(v)) {
@@ -91,11 +103,11 @@ Said said(const Trail& trail, const Record& record, Outcome outcome, std::string
     for (std::size_t k = 0; k < result.values.size(); ++k) {
         const NotedValue& v = trail.values()[k];
         const bool hidden = result.values[k].sensitive || result.values[k].shares;
-        for (std::size_t at = v.begin; hidden && at < v.end && at < words.size(); ++at) words[at] = '\n';
+        for (std::size_t at = v.begin; hidden && at < v.end && at < words.size(); ++at) words[at] = mark;
     }
     for (std::uint32_t at = 0; at < result.bytes.size(); ++at)
-        result.plain += sensitive.contains({0, at}) ? '\n' : static_cast<char>(result.bytes[at]);
-    result.plain = words + '\n' + result.plain + '\n';
+        result.plain += sensitive.contains({0, at}) ? mark : static_cast<char>(result.bytes[at]);
+    result.plain = words + mark + result.plain + mark;
     return result;
 }
 
@@ -261,7 +273,7 @@ bool can_be_known_again(const std::string& bytes, bool characters) {
 void expect_nothing_left(const std::string& trace, const Ended& redacted, const Reading& reading) {
     std::string out = redacted.output;
     for (const Said& m : seen(redacted.output, reading).messages) {
-        out += '\n' + m.text + '\n';
+        out += mark + m.text + mark;
         out.append(m.bytes.begin(), m.bytes.end());
     }
     std::set<std::string> looked_for;
@@ -271,15 +283,16 @@ void expect_nothing_left(const std::string& trace, const Ended& redacted, const 
         for (const Shown& v : m.values) {
             if (!v.sensitive || tells_nothing(v.bytes)) continue;
             const std::string bytes(v.bytes.begin(), v.bytes.end());
-            const bool characters = std::all_of(bytes.begin(), bytes.end(), [](char c) {
-                return static_cast<unsigned char>(c) >= 0x20 && c != 0x7F;
-            });
+            const bool characters = v.is_text || std::all_of(bytes.begin(), bytes.end(), [](char c) {
+                                        return static_cast<unsigned char>(c) >= 0x20 && c != 0x7F;
+                                    });
             if (!can_be_known_again(bytes, characters)) continue;
             looked_for.insert(bytes);
             if (!characters) continue;
             looked_for.insert(utf16(bytes, true));
             looked_for.insert(utf16(bytes, false));
-            const bool digits = std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= '0' && c <= '9'; });
+            const bool digits =
+                std::all_of(bytes.begin(), bytes.end(), [](char c) { return c >= '0' && c <= '9'; });
             if (digits && bytes.size() >= 8) looked_for.insert(half_bytes(bytes));
         }
     }
