@@ -261,10 +261,11 @@ int run_redact(int argc, const char* const* argv) {
     add_redaction(line.app(), own);
     line.add_input();
     line.add_output();
-    line.add_terminal();
     line.add_help();
     if (const auto status = line.parse(argc, argv)) return *status;
     line.default_files();
+    for (const std::string& pattern : line.app().get_option("--prefix")->results())
+        own.kept.keep_words_of(pattern);
     return redact_files(options, own);
 }
 

@@ -266,13 +266,25 @@ bool Redaction::waits() {
 void Redaction::finish_pending() {
     open_.clear();
     hide_put_by(messages_, redacting_.kept, edits_);
-    std::size_t begin = 0;
+    const auto first = [](const Edit& edit) { return edit.spots.front().message; };
+    std::stable_sort(edits_.begin(), edits_.end(),
+                     [&](const Edit& a, const Edit& b) { return first(a) < first(b); });
+    auto edit = edits_.cbegin();
+    auto line = lines_.begin();
+    group_.begin = 0;
     for (const std::size_t end : ends_of_groups()) {
-        replace_group(begin, end);
-        begin = end;
+        group_.end = end;
+        group_.edits.clear();
+        group_.lines.clear();
+        for (; edit != edits_.cend() && first(*edit) < end; ++edit) group_.edits.push_back(&*edit);
+        for (; line != lines_.end() && line->first_message() < end; ++line) {
+            if (line->has_message()) group_.lines.push_back(&*line);
+        }
+        replace_group();
+        group_.begin = end;
     }
     count();
-    for (const PendingLine& line : lines_) write(line);
+    for (const PendingLine& done : lines_) write(done);
     lines_.clear();
     messages_.clear();
     edits_.clear();
@@ -305,20 +317,7 @@ std::vector<std::size_t> Redaction::ends_of_groups() const {
     return ends;
 }
 
-void Redaction::replace_group(std::size_t begin, std::size_t end) {
-    group_.begin = begin;
-    group_.end = end;
-    group_.edits.clear();
-    group_.lines.clear();
-    for (const Edit& edit : edits_) {
-        const std::size_t message = edit.spots.front().message;
-        if (message >= begin && message < end) group_.edits.push_back(&edit);
-    }
-    for (PendingLine& line : lines_) {
-        const auto first = std::find_if(line.messages.begin(), line.messages.end(),
-                                        [](const auto& message) { return message.has_value(); });
-        if (first != line.messages.end() && **first >= begin && **first < end) group_.lines.push_back(&line);
-    }
+void Redaction::replace_group() {
     tries_ = 0;
     if (!replace_all()) replace_one_by_one();
 }

@@ -68,6 +68,10 @@ class Redaction {
         bool is_trace = false;
         bool is_binary = false;
         bool lost = false;
+
+        // Messages of a line that are decoded come first.
+        bool has_message() const noexcept { return !messages.empty() && messages.front().has_value(); }
+        std::size_t first_message() const noexcept { return has_message() ? *messages.front() : 0; }
     };
 
     void redact_text(Input& input);
@@ -83,7 +87,7 @@ class Redaction {
     bool waits();
     void finish_pending();
     std::vector<std::size_t> ends_of_groups() const;
-    void replace_group(std::size_t begin, std::size_t end);
+    void replace_group();
     bool replace_all();
     void replace_one_by_one();
     bool fits_with(const Edit& edit);

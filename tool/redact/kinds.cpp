@@ -32,6 +32,26 @@ std::optional<Hidden> kind_of(Sensitivity sensitivity) noexcept {
     return Hidden::secret;
 }
 
+// What stands behind a backslash and the names of groups are no words.
+void Kept::keep_words_of(std::string_view pattern) {
+    const auto in_word = [](char c) {
+        return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z');
+    };
+    for (std::size_t at = 0; at < pattern.size();) {
+        if (pattern[at] == '\\') {
+            at += 2;
+        } else if (pattern.substr(at).starts_with("(?")) {
+            at = std::min(pattern.find_first_of(">:)", at), pattern.size() - 1) + 1;
+        } else if (in_word(pattern[at])) {
+            const std::size_t begin = at;
+            while (at < pattern.size() && in_word(pattern[at])) ++at;
+            words_.emplace(pattern.substr(begin, at - begin));
+        } else {
+            ++at;
+        }
+    }
+}
+
 bool Kept::keep(std::string_view name, std::string& why) {
     const auto* const found = std::find(names.begin(), names.end(), name);
     if (name == name_of(Hidden::secret)) {

@@ -3,7 +3,9 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -38,7 +40,13 @@ class Kept {
     // False when there is no such kind, or it is never kept; `why` says which.
     bool keep(std::string_view name, std::string& why);
 
+    // Words of a prefix that whoever redacts has written himself: letters and digits of the pattern that
+    // finds it. They stay, or it would not be found any more.
+    void keep_words_of(std::string_view pattern);
+    bool keeps(std::string_view word) const { return words_.contains(word); }
+
   private:
+    std::set<std::string, std::less<>> words_;
     std::array<bool, hidden_kinds> kept_{};
 };
 

@@ -22,12 +22,29 @@ bool has_words(std::string_view columns) {
                        [](char c) { return (is_letter(c) && !is_hex(c)) || (c & '\x80') != 0; });
 }
 
-void replace(std::string& words, std::size_t begin, std::size_t end, const StandIns& stand_ins,
-             unsigned attempt) {
+void replace_all(std::string& words, std::size_t begin, std::size_t end, const StandIns& stand_ins,
+                 unsigned attempt) {
     std::vector<std::uint8_t> bytes(words.begin() + static_cast<std::ptrdiff_t>(begin),
                                     words.begin() + static_cast<std::ptrdiff_t>(end));
     stand_ins.text(bytes, attempt);
     std::copy(bytes.begin(), bytes.end(), words.begin() + static_cast<std::ptrdiff_t>(begin));
+}
+
+// But for the words that are kept.
+void replace(std::string& words, std::size_t begin, std::size_t end, const StandIns& stand_ins,
+             const Kept& kept, unsigned attempt) {
+    for (std::size_t at = begin; at < end;) {
+        std::size_t word = at;
+        while (word < end && !is_letter(words[word]) && !is_digit(words[word])) ++word;
+        std::size_t behind = word;
+        while (behind < end && (is_letter(words[behind]) || is_digit(words[behind]))) ++behind;
+        if (behind > word && kept.keeps(std::string_view(words).substr(word, behind - word))) {
+            replace_all(words, begin, word, stand_ins, attempt);
+            begin = behind;
+        }
+        at = behind;
+    }
+    if (begin < end) replace_all(words, begin, end, stand_ins, attempt);
 }
 
 }  // namespace
@@ -109,10 +126,10 @@ void RedactedLine::hide_front(const StandIns& stand_ins, const Kept& kept, unsig
     if (kept[Hidden::prefix]) return;
     const std::size_t begin = columns_.empty() ? 0 : columns_.front();
     const bool timed = time_end_ > time_begin_ && time_end_ <= begin;
-    replace(front_, 0, timed ? time_begin_ : begin, stand_ins, attempt);
-    if (timed) replace(front_, time_end_, begin, stand_ins, attempt);
+    replace(front_, 0, timed ? time_begin_ : begin, stand_ins, kept, attempt);
+    if (timed) replace(front_, time_end_, begin, stand_ins, kept, attempt);
     if (has_columns_ && time_end_ <= begin && has_words({usual_.data(), 6}) && columns_[5] == begin + 5)
-        replace(front_, begin, begin + 6, stand_ins, attempt);
+        replace(front_, begin, begin + 6, stand_ins, kept, attempt);
     for (std::size_t k = 0; k < front_.size(); ++k) prefix_hidden_ += front_[k] != text_[k] ? 1 : 0;
 }
 
