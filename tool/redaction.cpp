@@ -9,8 +9,9 @@ namespace ztdecode::tool {
 
 namespace {
 
-// Decoding again and again what no stand-in fits has its end.
+// Decoding again and again what no stand-in fits has its end. A long text counts as several tries.
 constexpr std::size_t most_tries = 4000;
+constexpr std::size_t text_of_a_try = 4096;
 
 std::optional<LineLayout> line_layout(Layout layout) {
     switch (layout) {
@@ -418,6 +419,7 @@ bool Redaction::says_the_same(const HiddenMessage& m) {
     text_.clear();
     trail_after_.place = m.place;
     const Outcome outcome = decode(*m.session, message, text_);
+    tries_ += text_.size() / text_of_a_try;
     record_.take(trail_after_, text_.view(), message, outcome);
     return record_.trail().values().size() == m.hidden.size() &&
            what_is_said(record_, outcome, text_.view(), m.hidden) == m.said;

@@ -277,10 +277,11 @@ void HiddenValues::hide_unread(Source& source) {
 
 // By the messages that carry it, and the numbers in them: of the module, of the set behind the hub.
 std::string HiddenValues::typist(std::uint32_t message) const {
+    constexpr int most_levels = 8;
     const auto& noted = trail_.messages();
     std::string who;
     add_number(reinterpret_cast<std::uintptr_t>(messages_.back().session), who);
-    for (;;) {
+    for (int level = 0; level < most_levels; ++level) {
         add_words(noted[message].link, who);
         add_number(noted[message].direction, who);
         for (const NotedValue& v : trail_.values()) {
@@ -289,9 +290,10 @@ std::string HiddenValues::typist(std::uint32_t message) const {
             if (tells && v.meaning.kind == Kind::number)
                 add_number(static_cast<std::uint64_t>(v.meaning.number), who);
         }
-        if (message == 0) return who;
+        if (message == 0) break;
         message = noted[message].carrier;
     }
+    return who;
 }
 
 // A number is dialled to its end when the handset is lifted or laid down.
