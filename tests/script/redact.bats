@@ -1,6 +1,8 @@
 #!/usr/bin/env bats
 # What `ztdecode redact` leaves of a trace, and what it says of bad input. ZTDECODE is the command.
 
+bats_require_minimum_version 1.5.0
+
 setup() {
     cd "$BATS_TEST_TMPDIR"
     printf 'a key for tests, no secret' >key
@@ -41,7 +43,7 @@ fails() {
     [ "$(sed -n 9p output)" = "000007S 03 00 00" ]
     [ "$(sed -n 10p output)" = "000008S 01 2a 00 00" ]
     [[ $(sed -n 11p output) =~ ^\[[A-Z][a-z]{5}\]\ 07:45:02.5\ 000009s\ 0x03\ \ 0x21\ 0x04\ 0x03$ ]]
-    ! grep -q Dupont output
+    run ! grep -q Dupont output
 }
 
 @test "a number that is dialled key by key is the number of the display" {
@@ -83,7 +85,8 @@ fails() {
     redact trace >plain || [ $? -eq 1 ]
     gzip -c trace >trace.gz
     redact trace.gz | cmp - plain
-    tar -cf both.tar trace trace
+    cp trace again
+    tar -cf both.tar trace again
     redact both.tar | cmp - <(cat plain plain)
 }
 
@@ -101,7 +104,7 @@ fails() {
     redact segments >output
     "$ZTDECODE" -n output >texts
     grep -Eq 'write line 2 "[A-Z][a-z]{8} [0-9]{4} ' texts
-    ! grep -Eq 'Reception|4711' texts
+    run ! grep -Eq 'Reception|4711' texts
     # The words are those of the same text in one message.
     whole=$(printf '000001S 11 28 00 00 52 65 63 65 70 74 69 6f 6e 20 34 37 31 31\n' | redact | "$ZTDECODE" -n | cut -d '"' -f 2)
     grep -qF "\"$whole " texts
@@ -114,7 +117,7 @@ fails() {
     echo 'term=berta at=noon 000001S 01 2a' >logged
     redact --prefix 'term=(?P<terminal>\w+) at=(?P<time>\w+) ' logged >output
     [[ $(cat output) =~ ^term=[a-z]{5}\ at=noon\ 000001S\ 01\ 2a$ ]]
-    ! grep -q berta output
+    run ! grep -q berta output
 }
 
 @test "the same key gives the same, another one does not, none never" {
@@ -123,10 +126,10 @@ fails() {
     cmp one two
     printf 'another key for tests, no secret' >other
     "$ZTDECODE" redact --key other -q trace >two || [ $? -eq 1 ]
-    ! cmp -s one two
+    run ! cmp -s one two
     "$ZTDECODE" redact -q trace >one || [ $? -eq 1 ]
     "$ZTDECODE" redact -q trace >two || [ $? -eq 1 ]
-    ! cmp -s one two
+    run ! cmp -s one two
 }
 
 @test "keys that are none" {
@@ -151,12 +154,12 @@ fails() {
 
 @test "the report says how much of what, and never what" {
     "$ZTDECODE" redact --key key --report report trace >output 2>errors || [ $? -eq 1 ]
-    grep -Eq '^redacted 7 messages in 11 lines$' report
+    grep -Eq '^redacted 8 messages in 11 lines$' report
     grep -Eq '^number +digital digit_dialled +4 +4$' report
     grep -Eq '^person +digital write_display_line +1 +13$' report
     grep -Eq '^comment +\(the line\) +1 +' report
-    ! grep -Eq '4711|Recept|Dupont' report
-    ! grep -q redacted errors
+    run ! grep -Eq '4711|Recept|Dupont' report
+    run ! grep -q redacted errors
     "$ZTDECODE" redact --key key trace 2>errors >/dev/null || [ $? -eq 1 ]
-    grep -q '^redacted 7 messages' errors
+    grep -q '^redacted 8 messages' errors
 }
