@@ -22,10 +22,9 @@ constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none
 constexpr auto purpose = "Readable texts for the messages in traces of telephone terminal signalling.\n";
 
 constexpr auto footer = R"(Subcommands:
-constexpr auto footer = R"(Questions with an answer of their own; "ztdecode summary --help" says more of one:
-  redact                 the same trace without names, numbers, addresses, keys
   summary                what is in traces, on one page
   findings               what is wrong in traces, by rules
+  redact                 the same trace without names, numbers, addresses, keys
 "ztdecode summary --help" says more of one. A file of that name is ./summary.
 
 Layouts of trace lines, each with the two bytes 03 0a for its message:
