@@ -117,6 +117,7 @@ class Record:
     unknown: int
     missing: int
     padded: int
+    left_over: int  # words behind the message in its line that its length does not count
     place: int  # the line of a trace, or how many calls of Session came before
     segments: tuple[int, ...]  # the places of the segments that it was put together from
     details: tuple[Field, ...]
@@ -156,6 +157,9 @@ class Line:
     place: int
     records: tuple[Record, ...]
     refusal: Refusal | None  # behind the records, where there are any
+    prefix: str | None = None  # what a log wrote in front of the message, and what of it is the time ...
+    time: str | None = None
+    terminal: str | None = None
 
 
 def version() -> str:
@@ -238,7 +242,8 @@ def _word(address: int) -> Word:
 
 def _record(address: Any) -> Record:
     (text, text_size, link, link_size, message, message_size, direction, outcome, code, length, unknown, missing, segments,
-     data, size, padded, place, fields, words, parts, trace, trace_size, complaints, complaints_size) = (
+     data, size, padded, place, fields, words, parts, trace, trace_size, complaints, complaints_size,
+     left_over) = (
         _library.RECORD_LAYOUT.unpack(_at(address, _library.RECORD_LAYOUT.size))
     )
     return _made(
@@ -254,6 +259,7 @@ def _record(address: Any) -> Record:
         unknown=unknown,
         missing=missing,
         padded=padded,
+        left_over=left_over,
         place=place,
         segments=tuple([_lib.zt_segment_at(address, k) for k in range(segments)]) if segments else (),
         details=tuple([_field(_lib.zt_field_at(address, k)) for k in range(fields)]),
@@ -283,14 +289,18 @@ class Session:
         audio_only: bool = False,
         debug: bool = False,
         color: bool = False,
+        pad: bool = False,
     ) -> None:
         """`layout` and `direction` are those of lines, and of those lines whose layout does not say it; `words`:
-        records have words."""
+        records have words; `pad`: bytes that a line lacks are taken as 0xff."""
         if layout not in _library.LAYOUTS:
             raise ValueError(f"layout is one of {', '.join(_library.LAYOUTS)}, not {layout!r}")
         options = _library.Options(
             size=ctypes.sizeof(_library.Options),
-            flags=(color and _library.COLOR) | (audio_only and _library.AUDIO_ONLY) | (debug and _library.DEBUG),
+            flags=(color and _library.COLOR)
+            | (audio_only and _library.AUDIO_ONLY)
+            | (debug and _library.DEBUG)
+            | (pad and _library.PAD),
             detail=_library.WORDS if words else _library.FIELDS,
             layout=_library.LAYOUTS.index(layout),
             direction=_direction(direction),
@@ -352,6 +362,9 @@ def _line(line: Any, records: tuple[Record, ...]) -> Line:
         place=line.place,
         records=records,
         refusal=refusal,
+        prefix=str(line.prefix) or None,
+        time=str(line.time) or None,
+        terminal=str(line.terminal) or None,
     )
 
 

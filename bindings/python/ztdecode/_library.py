@@ -13,7 +13,7 @@ from ctypes import POINTER, Structure, c_char_p, c_int, c_size_t, c_uint32, c_ui
 OK, DONE, REFUSED, NO_MEMORY = range(4)
 FROM_SYSTEM, TO_SYSTEM = range(2)
 LAYOUTS = ("auto", "line", "lng2", "zt", "spzt", "spzt-lng2")
-COLOR, AUDIO_ONLY, DEBUG = 1, 2, 4
+COLOR, AUDIO_ONLY, DEBUG, PAD = 1, 2, 4, 8
 FIELDS, WORDS = range(2)
 NUMBER, WORD, FLAG = 0, 1, 5
 LINE_KINDS = ("blank", "comment", "other", "messages", "refused")
@@ -37,8 +37,8 @@ def text(data: int, size: int) -> str:
 
 # Records are read a structure at a time, which is several times quicker than a member at a time. P: a pointer, N: a size.
 # zt_record: text, link, message, direction, outcome, code, length, unknown, missing, segments, bytes, padded, place, fields,
-# words, parts, trace, complaints
-RECORD_LAYOUT = struct.Struct("@PNPNPNiiqIIIIPNQQNNNPNPN0P")
+# words, parts, trace, complaints, left_over
+RECORD_LAYOUT = struct.Struct("@PNPNPNiiqIIIIPNQQNNNPNPNQ0P")
 # zt_field: name, unit, value, shown, kind, sensitivity, number, divisor, known, missing, begin, end, bytes
 FIELD_LAYOUT = struct.Struct("@PNPNPNPNiiqIBBNNPN0P")
 # zt_word: text, field, bytes, begin, end, missing
@@ -57,6 +57,9 @@ class Line(Structure):
         ("expected", c_uint64),
         ("found", c_uint64),
         ("reason", String),
+        ("prefix", String),
+        ("time", String),
+        ("terminal", String),
     ]
 
 
