@@ -22,6 +22,7 @@ constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none
 constexpr auto purpose = "Readable texts for the messages in traces of telephone terminal signalling.\n";
 
 constexpr auto footer = R"(Questions with an answer of their own; "ztdecode summary --help" says more of one:
+  diff                   what two traces say differently
   summary                what is in traces, on one page
 A file called like one of them is given as ./summary.
 

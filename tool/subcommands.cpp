@@ -7,6 +7,7 @@ namespace ztdecode::tool {
 
 std::span<const Subcommand> subcommands() noexcept {
     static constexpr auto all = std::to_array<Subcommand>({
+        {"diff", "what two traces say differently", run_diff},
         {"summary", "what is in traces, on one page", run_summary},
     });
     return all;
