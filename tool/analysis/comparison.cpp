@@ -65,6 +65,15 @@ bool same_kind(const Term& a, const Term& b) {
            (a.is != Term::Is::message || a.words == b.words);
 }
 
+// Values that are only there in one of the messages have words of their own around them.
+void leave_out_words(std::vector<Change>& changes) {
+    const auto in_one = [](const Change& change) { return !change.in_a || !change.in_b; };
+    if (std::none_of(changes.begin(), changes.end(), in_one)) return;
+    std::erase_if(changes, [](const Change& change) {
+        return (change.in_a ? change.a : change.b).is == Term::Is::words;
+    });
+}
+
 // Messages are alike that are called alike, the more so the more they have in common.
 std::uint32_t alike(const Statement& a, const Statement& b) {
     constexpr std::uint32_t called_alike = 100;
@@ -111,6 +120,7 @@ std::vector<Change> changes(const Statement& a, const Statement& b) {
         if (change.in_a) change.a = of_a[step.a];
         if (change.in_b) change.b = of_b[step.b];
     }
+    leave_out_words(result);
     return result;
 }
 

@@ -6,6 +6,7 @@
 
 #include "core/data.hpp"
 #include "decode/line_texts.hpp"
+#include "tool/report/verdicts.hpp"
 
 namespace ztdecode::tool {
 
@@ -65,7 +66,7 @@ void add_message(std::uint8_t depth, std::string_view link, std::string_view nam
     to.written_to(copy_characters(copy_characters(at, link), name));
 }
 
-void add_words(Term::Is is, std::uint8_t depth, std::string_view words, Text& to) {
+void add_string(Term::Is is, std::uint8_t depth, std::string_view words, Text& to) {
     const Head head{is, depth, Kind::text, 0, 0, 0, static_cast<std::uint32_t>(words.size())};
     to.written_to(copy_characters(put(to.room(sizeof head + words.size()), head), words));
 }
@@ -155,6 +156,9 @@ bool Terms::next(Term& term) noexcept {
             term.field = &all_fields[head.field];
             term.name = term.field->name;
             break;
+        case Term::Is::words:
+            term.name = "words";
+            break;
         case Term::Is::missing:
             term.name = "missing";
             break;
@@ -176,11 +180,34 @@ void Statements::clear() noexcept {
 
 void Statements::add(const std::string& file, const CapturedMessage& captured, const Record& record,
                      const IgnoredFields& ignored) {
-    places_.push_back({&file, captured.number, meanings_.size()});
+    places_.push_back({&file, captured.number, meanings_.size(), 0});
     const Record::Part& whole = record.part(0);
     const char status = static_cast<char>(whole.decoded);
     meanings_.written_to(put(put(meanings_.room(2), static_cast<char>(whole.noted->direction)), status));
     add_part(record, whole, 0, ignored);
+    add_words(record);
+    places_.back().text = meanings_.size();
+    meanings_.add(record.text(whole));
+}
+
+// Texts have words that are no values, and differ in those too: what a led does, say. Texts that modules
+// write over each other have values that stand elsewhere by now.
+void Statements::add_words(const Record& record) {
+    const std::string_view text = record.text(record.part(0));
+    Head head{Term::Is::words, 0, Kind::text, 0, 0, 0, 0};
+    char* const start = meanings_.room(sizeof head + text.size() + record.trail().values().size());
+    char* to = start + sizeof head;
+    std::size_t at = 0;
+    for (const NotedValue& value : record.trail().values()) {
+        if (value.begin < at || value.end > text.size()) continue;
+        to = copy_characters(to, text.substr(at, value.begin - at));
+        *to++ = Statement::value_mark;
+        at = value.end;
+    }
+    to = copy_characters(to, text.substr(at));
+    head.size = static_cast<std::uint32_t>(to - start - sizeof head);
+    put(start, head);
+    meanings_.written_to(to);
 }
 
 void Statements::add_part(const Record& record, const Record::Part& part, std::uint8_t depth,
@@ -198,7 +225,7 @@ void Statements::add_part(const Record& record, const Record::Part& part, std::u
             digits += lower_case_digits[byte >> 4];
             digits += lower_case_digits[byte & 15];
         }
-        add_words(Term::Is::bytes, depth, digits, meanings_);
+        add_string(Term::Is::bytes, depth, digits, meanings_);
     }
     if (part.missing > 0) add_number(Term::Is::missing, depth, part.missing, meanings_);
     for (const std::uint32_t carried : record.carried(part))
@@ -206,16 +233,20 @@ void Statements::add_part(const Record& record, const Record::Part& part, std::u
 }
 
 void Statements::add(const std::string& file, std::uint64_t line, const Refusal& refusal) {
-    places_.push_back({&file, line, meanings_.size()});
+    places_.push_back({&file, line, meanings_.size(), 0});
     meanings_.written_to(put(put(meanings_.room(2), '\0'), no_decoding));
     add_message(0, {}, "refused line", meanings_);
-    add_words(Term::Is::refusal, 0, ztdecode::name_of(refusal.reason), meanings_);
+    add_string(Term::Is::refusal, 0, ztdecode::name_of(refusal.reason), meanings_);
+    places_.back().text = meanings_.size();
+    describe(refusal, {"", 0}, meanings_);
 }
 
 Statement Statements::operator[](std::size_t k) const noexcept {
+    const Place& place = places_[k];
     const std::size_t end = k + 1 < places_.size() ? places_[k + 1].begin : meanings_.size();
-    return {meanings_.view().substr(places_[k].begin, end - places_[k].begin), places_[k].file,
-            places_[k].line};
+    const std::string_view all = meanings_.view();
+    return {all.substr(place.begin, place.text - place.begin), all.substr(place.text, end - place.text),
+            place.file, place.line};
 }
 
 }  // namespace ztdecode::tool

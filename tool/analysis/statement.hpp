@@ -37,9 +37,10 @@ class IgnoredFields {
     bool hours_ = false;
 };
 
-// A piece of what a message said: which message it is or which one it carries, a value, or what is wrong.
+// A piece of what a message said: which message it is or which one it carries, a value, the words around all
+// values, or what is wrong.
 struct Term {
-    enum class Is : std::uint8_t { message, value, missing, bytes, refusal };
+    enum class Is : std::uint8_t { message, value, words, missing, bytes, refusal };
 
     Is is = Is::message;
     std::uint8_t depth = 0;  // of the message that it belongs to; 0: the captured one
@@ -55,9 +56,13 @@ struct Term {
     std::string_view value(std::string& room) const;
 };
 
-// What a message said, and where: the same bytes mean the same.
+// What a message said, and where.
 struct Statement {
-    std::string_view meaning;
+    // In words, a value's place in which is taken by this character.
+    static constexpr char value_mark = '\0';
+
+    std::string_view meaning;  // the same bytes mean the same
+    std::string_view text;
     const std::string* file = nullptr;
     std::uint64_t line = 0;
 
@@ -94,9 +99,12 @@ class Statements {
         const std::string* file;
         std::uint64_t line;
         std::size_t begin;
+        std::size_t text;
     };
     void add_part(const Record& record, const Record::Part& part, std::uint8_t depth,
                   const IgnoredFields& ignored);
+
+    void add_words(const Record& record);
 
     std::vector<Place> places_;
     Text meanings_;

@@ -21,6 +21,52 @@ Term head_of(const Statement& statement) {
     return head;
 }
 
+// One blank for all that separates words, and none around them, nor a dash in front.
+std::string in_one_line(std::string_view words) {
+    std::string line;
+    for (std::size_t at = 0; (at = words.find_first_not_of(" \t\n\r", at)) != std::string_view::npos;) {
+        const std::size_t end = std::min(words.find_first_of(" \t\n\r", at), words.size());
+        const std::string_view word = words.substr(at, end - at);
+        at = end;
+        if (line.empty() && word == "-") continue;
+        if (!line.empty()) line += ' ';
+        line += word;
+    }
+    return line;
+}
+
+// What is different of two lines of words: from the first word that is to the last one.
+void trim_words(std::string& a, std::string& b) {
+    const auto shortest = [&] { return std::min(a.size(), b.size()); };
+    const auto blank_or_end = [](const std::string& words, std::size_t at) {
+        return at == words.size() || words[at] == ' ';
+    };
+    std::size_t front = 0;
+    for (std::size_t k = 0; k <= shortest(); ++k) {
+        if (blank_or_end(a, k) && blank_or_end(b, k) && k < shortest()) front = k + 1;
+        if (k == shortest() || a[k] != b[k]) break;
+    }
+    a.erase(0, front);
+    b.erase(0, front);
+    std::size_t behind = 0;
+    for (std::size_t k = 0; k < shortest(); ++k) {
+        const char c = a[a.size() - 1 - k];
+        if (c != b[b.size() - 1 - k]) break;
+        if (c == ' ') behind = k + 1;
+    }
+    a.erase(a.size() - behind);
+    b.erase(b.size() - behind);
+}
+
+// Words around values as they are shown: what is different of them, an asterisk for each value.
+void make_comparable(std::string& a, std::string& b) {
+    for (std::string* const words : {&a, &b}) {
+        *words = in_one_line(*words);
+        std::replace(words->begin(), words->end(), Statement::value_mark, '*');
+    }
+    trim_words(a, b);
+}
+
 }  // namespace
 
 void DifferenceTexts::same(const Statement& a, const Statement& b) {
@@ -118,7 +164,7 @@ void DifferenceTexts::line(char sign, Mark mark, const Statement* a, const State
     out_.text.add("  ");
 }
 
-void DifferenceTexts::message(const Statement& statement, bool with_values) {
+void DifferenceTexts::message(const Statement& statement, bool with_text) {
     Terms terms(statement);
     Term term;
     terms.next(term);
@@ -128,12 +174,12 @@ void DifferenceTexts::message(const Statement& statement, bool with_values) {
         out_.text.print("{-} {-} {-}"_cf, term.name.empty() ? "-" : term.name, direction_of(statement),
                         term.words.empty() ? "unknown message" : term.words);
     }
-    if (!with_values) return;
-    std::string_view before = "  ";
+    if (!with_text) return;
+    out_.text.add(": ");
+    foreign(in_one_line(statement.text));
     while (terms.next(term)) {
-        out_.text.add(term.is == Term::Is::message ? "; " : before);
-        before = ", ";
-        if (term.is == Term::Is::message) before = "  ";
+        if (term.is != Term::Is::bytes) continue;
+        out_.text.add(", ");
         value(term);
     }
 }
@@ -166,14 +212,17 @@ void DifferenceTexts::change(const Change& change) {
     if (term.depth > 0 && term.is != Term::Is::message)
         out_.text.print("in {-}: "_cf, term.of.empty() ? "unknown message" : term.of);
     if (change.in_a && change.in_b) {
+        std::string a(change.a.value(room_));
+        std::string b(change.b.value(room_));
+        if (term.is == Term::Is::words) make_comparable(a, b);
         out_.text.print("{-}: "_cf, term.name);
         color(Mark::a);
-        foreign(change.a.value(room_));
+        foreign(a);
         if (change.a.incomplete) out_.text.add(" (missing)");
         color(Mark::none);
         out_.text.add(options_.ascii ? " -> " : " \xE2\x86\x92 ");
         color(Mark::b);
-        foreign(change.b.value(room_));
+        foreign(b);
         if (change.b.incomplete) out_.text.add(" (missing)");
     } else {
         color(change.in_a ? Mark::a : Mark::b);
@@ -216,6 +265,10 @@ void DifferenceRecords::changed(const Statement& a, const Statement& b, const st
         before = ",";
         out_.text.add("{");
         name(change.in_a ? change.a : change.b);
+        if (change.in_a && change.a.is == Term::Is::words) {
+            words(change);
+            continue;
+        }
         out_.text.add(",\"a\":");
         if (change.in_a) {
             value(change.a);
@@ -237,7 +290,8 @@ void DifferenceRecords::changed(const Statement& a, const Statement& b, const st
 void DifferenceRecords::begin(std::string_view kind, const Statement* a, const Statement* b) {
     const Statement& either = a != nullptr ? *a : *b;
     const Term head = head_of(either);
-    out_.text.print("{\"kind\":\"{-}\",\"a\":"_cf, kind);
+    out_.text.add("{");
+    out_.text.print("\"kind\":\"{-}\",\"a\":"_cf, kind);
     place(a);
     out_.text.add(",\"b\":");
     place(b);
@@ -268,16 +322,20 @@ void DifferenceRecords::place(const Statement* statement) {
     }
     out_.text.add("{\"file\":");
     add_json_string(*statement->file, out_.escapes(), out_.text);
-    out_.text.print(",\"line\":{-}}"_cf, statement->line);
+    out_.text.print(",\"line\":{-}"_cf, statement->line);
+    out_.text.add("}");
 }
 
 void DifferenceRecords::fields(const Statement& statement) {
+    out_.text.add(",\"text\":");
+    add_json_string(statement.text, out_.escapes(), out_.text);
     out_.text.add(",\"fields\":[");
     Terms terms(statement);
     Term term;
     terms.next(term);
     std::string_view before;
     while (terms.next(term)) {
+        if (term.is == Term::Is::words) continue;
         out_.text.add(before);
         before = ",";
         out_.text.add("{");
@@ -310,6 +368,17 @@ void DifferenceRecords::value(const Term& term) {
     } else {
         add_json_string(words, out_.escapes(), out_.text);
     }
+}
+
+void DifferenceRecords::words(const Change& change) {
+    std::string a(change.a.words);
+    std::string b(change.b.words);
+    make_comparable(a, b);
+    out_.text.add(",\"a\":");
+    add_json_string(a, out_.escapes(), out_.text);
+    out_.text.add(",\"b\":");
+    add_json_string(b, out_.escapes(), out_.text);
+    out_.text.add("}");
 }
 
 void DifferenceRecords::end() { out_.text.add("}\n"); }

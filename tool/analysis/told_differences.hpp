@@ -34,7 +34,7 @@ class DifferenceTexts final : public Differences {
     void begin();
     void color(Mark mark);
     void line(char sign, Mark mark, const Statement* a, const Statement* b);
-    void message(const Statement& statement, bool with_values);
+    void message(const Statement& statement, bool with_text);
     void value(const Term& term);
     void change(const Change& change);
     void foreign(std::string_view words);
@@ -67,6 +67,7 @@ class DifferenceRecords final : public Differences {
     void fields(const Statement& statement);
     void name(const Term& term);
     void value(const Term& term);
+    void words(const Change& change);
     void end();
 
     Output& out_;
