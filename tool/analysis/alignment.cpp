@@ -12,10 +12,21 @@ namespace {
 
 using Numbers = std::span<const std::uint32_t>;
 
-// What is compared exactly takes time and memory as the product of its lengths.
-constexpr std::size_t most_exactly = 512;
+// What is compared exactly may take time and memory as the product of its lengths: of short stretches at
+// once, of longer ones where there is no other way, of all others piece by piece.
+constexpr std::size_t most_at_once = 512;
+constexpr std::size_t most_exactly = 4096;
 // The same of what is brought together.
 constexpr std::size_t most_together = 64;
+
+std::uint64_t mixed(Numbers all, std::size_t first, std::size_t length) {
+    std::uint64_t mix = 0;
+    for (std::size_t k = first; k < first + length; ++k) {
+        mix = (mix ^ all[k]) * 0x9E3779B97F4A7C15;
+        mix ^= mix >> 29;
+    }
+    return mix;
+}
 
 class Aligner {
   public:
@@ -45,7 +56,7 @@ class Aligner {
         if (a == a_end || b == b_end) {
             only_a(a, a_end);
             only_b(b, b_end);
-        } else if (std::max(a_end - a, b_end - b) <= most_exactly) {
+        } else if (std::max(a_end - a, b_end - b) <= most_at_once) {
             exactly(a, a_end, b, b_end);
         } else {
             by_anchors(a, a_end, b, b_end, run);
@@ -100,11 +111,15 @@ class Aligner {
             between(a, a_end, b, b_end, run + 1);
             return;
         }
-        in_pieces(a, a_end, b, b_end);
+        if (std::max(a_end - a, b_end - b) <= most_exactly) {
+            exactly(a, a_end, b, b_end);
+        } else {
+            in_pieces(a, a_end, b, b_end);
+        }
     }
 
     void in_pieces(std::size_t a, std::size_t a_end, std::size_t b, std::size_t b_end) {
-        const std::size_t pieces = std::max(a_end - a, b_end - b) / most_exactly + 1;
+        const std::size_t pieces = std::max(a_end - a, b_end - b) / most_at_once + 1;
         const std::size_t of_a = a_end - a;
         const std::size_t of_b = b_end - b;
         for (std::size_t k = 0; k < pieces; ++k) {
@@ -145,15 +160,6 @@ class Aligner {
         }
         std::sort(anchors.begin(), anchors.end(), [](const Anchor& x, const Anchor& y) { return x.a < y.a; });
         return anchors;
-    }
-
-    static std::uint64_t mixed(Numbers all, std::size_t first, std::size_t length) {
-        std::uint64_t mix = 0;
-        for (std::size_t k = first; k < first + length; ++k) {
-            mix = (mix ^ all[k]) * 0x9E3779B97F4A7C15;
-            mix ^= mix >> 29;
-        }
-        return mix;
     }
 
     // As many of them as can be in the order of both: the longest rising sequence.
@@ -232,6 +238,22 @@ class Together {
 
 std::vector<Step> align(std::span<const std::uint32_t> a, std::span<const std::uint32_t> b) {
     return Aligner(a, b).run();
+}
+
+Step meeting(std::span<const std::uint32_t> a, std::span<const std::uint32_t> b, std::size_t run) {
+    if (a.size() < run || b.size() < run) return {};
+    std::unordered_map<std::uint64_t, std::size_t> first;
+    for (std::size_t k = 0; k + run <= a.size(); ++k) first.try_emplace(mixed(a, k, run), k);
+    Step nearest;
+    std::size_t least = a.size() + b.size();
+    for (std::size_t k = 0; k + run <= b.size() && k < least; ++k) {
+        const auto found = first.find(mixed(b, k, run));
+        if (found == first.end() || found->second + k >= least) continue;
+        if (!std::ranges::equal(a.subspan(found->second, run), b.subspan(k, run))) continue;
+        least = found->second + k;
+        nearest = {static_cast<std::uint32_t>(found->second), static_cast<std::uint32_t>(k), true};
+    }
+    return nearest;
 }
 
 void bring_together(std::vector<Step>& steps, const Likeness& likeness) {

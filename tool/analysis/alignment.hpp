@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <span>
@@ -22,6 +23,10 @@ struct Step {
 // the numbers are rare, as few as can be are left alone; long stretches that are all repetitions are compared
 // piece by piece, so that time grows with the length and not with its square.
 std::vector<Step> align(std::span<const std::uint32_t> a, std::span<const std::uint32_t> b);
+
+// The nearest place where both go on the same way for so many things: that with the least in front of it.
+// Without a and b where there is none.
+Step meeting(std::span<const std::uint32_t> a, std::span<const std::uint32_t> b, std::size_t run);
 
 // How much alike two things are that are not the same; 0: not at all.
 using Likeness = std::function<std::uint32_t(std::uint32_t a, std::uint32_t b)>;

@@ -1,6 +1,7 @@
 #include "tool/analysis/comparison.hpp"
 
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 #include <utility>
 
@@ -15,12 +16,19 @@ constexpr std::size_t first_look = 64;
 // What is the same gets the same number.
 class Numbered {
   public:
-    std::uint32_t operator()(std::string_view words) {
-        return numbers_.try_emplace(words, static_cast<std::uint32_t>(numbers_.size())).first->second;
+    std::uint32_t operator()(std::string_view words) { return number(numbers_, words); }
+    std::uint32_t operator()(std::string_view one, std::string_view other) {
+        return number(pairs_, std::pair((*this)(one), (*this)(other)));
     }
 
   private:
+    template <class Numbers, class Key>
+    static std::uint32_t number(Numbers& numbers, const Key& key) {
+        return numbers.try_emplace(key, static_cast<std::uint32_t>(numbers.size())).first->second;
+    }
+
     std::unordered_map<std::string_view, std::uint32_t> numbers_;
+    std::map<std::pair<std::uint32_t, std::uint32_t>, std::uint32_t> pairs_;
 };
 
 void turn_round(std::vector<Step>& steps) {
@@ -60,9 +68,15 @@ std::vector<Term> terms_of(const Statement& statement) {
     return all;
 }
 
+// The same of two messages that one message carries is not the same.
+std::vector<std::uint32_t> numbers_of(const std::vector<Term>& terms, Numbered& numbered) {
+    std::vector<std::uint32_t> numbers;
+    for (const Term& term : terms) numbers.push_back(numbered(term.of, term.whole));
+    return numbers;
+}
+
 bool same_kind(const Term& a, const Term& b) {
-    return a.is == b.is && a.depth == b.depth && a.name == b.name &&
-           (a.is != Term::Is::message || a.words == b.words);
+    return a.is == b.is && a.depth == b.depth && a.name == b.name && a.of == b.of;
 }
 
 // Values that are only there in one of the messages have words of their own around them.
@@ -104,12 +118,8 @@ std::vector<Change> changes(const Statement& a, const Statement& b) {
     const std::vector<Term> of_a = terms_of(a);
     const std::vector<Term> of_b = terms_of(b);
     Numbered numbered;
-    std::vector<std::uint32_t> numbers_a;
-    std::vector<std::uint32_t> numbers_b;
-    for (const Term& term : of_a) numbers_a.push_back(numbered(term.whole));
-    for (const Term& term : of_b) numbers_b.push_back(numbered(term.whole));
     const auto steps =
-        aligned(std::move(numbers_a), std::move(numbers_b), b.meaning < a.meaning,
+        aligned(numbers_of(of_a, numbered), numbers_of(of_b, numbered), b.meaning < a.meaning,
                 [&](std::uint32_t i, std::uint32_t k) { return same_kind(of_a[i], of_b[k]) ? 1U : 0U; });
     std::vector<Change> result;
     for (const Step& step : steps) {
@@ -186,42 +196,42 @@ void Comparison::tell_same() {
     b_.pass();
 }
 
-// Looks at more and more of both until there is an end to what is different.
+// Looks at more and more of both until they meet again, and there is no nearer place to meet.
 void Comparison::differ() {
     for (std::size_t look = first_look;; look *= 2) {
         const bool more_of_a = a_.has(look);
         const bool more_of_b = b_.has(look);
-        const std::size_t n_a = std::min(a_.size(), look);
-        const std::size_t n_b = std::min(b_.size(), look);
-        const bool reversed = n_b == 0 || (n_a > 0 && b_.ahead(0).meaning < a_.ahead(0).meaning);
-        const auto all = steps(n_a, n_b, reversed);
-        std::size_t end = all.size();
-        if (source_a_.failed() || source_b_.failed()) {
-            while (end > 0 && !all[end - 1].both()) --end;
-            broken_ = true;
-        } else if (more_of_a || more_of_b) {
-            std::size_t in_a_row = 0;
-            while (end > 0 && in_a_row < together_again) in_a_row = all[--end].same ? in_a_row + 1 : 0;
-            if (in_a_row < together_again) continue;
+        Numbered numbered;
+        std::vector<std::uint32_t> a(std::min(a_.size(), look));
+        std::vector<std::uint32_t> b(std::min(b_.size(), look));
+        for (std::size_t k = 0; k < a.size(); ++k) a[k] = numbered(a_.ahead(k).meaning);
+        for (std::size_t k = 0; k < b.size(); ++k) b[k] = numbered(b_.ahead(k).meaning);
+        const bool reversed = b.empty() || (!a.empty() && b_.ahead(0).meaning < a_.ahead(0).meaning);
+        Step met = reversed ? meeting(b, a, together_again) : meeting(a, b, together_again);
+        if (reversed) std::swap(met.a, met.b);
+        broken_ = source_a_.failed() || source_b_.failed();
+        const bool more = !broken_ && (more_of_a || more_of_b);
+        if (more && (!met.both() || met.a + met.b + together_again > look)) continue;
+        if (met.both()) {
+            a.resize(met.a);
+            b.resize(met.b);
         }
-        tell(all, end);
+        auto told = steps(a, b, reversed);
+        while (broken_ && !met.both() && !told.empty() && !told.back().both()) told.pop_back();
+        tell(told);
         return;
     }
 }
 
-std::vector<Step> Comparison::steps(std::size_t a, std::size_t b, bool reversed) const {
-    Numbered numbered;
-    std::vector<std::uint32_t> numbers_a(a);
-    std::vector<std::uint32_t> numbers_b(b);
-    for (std::size_t k = 0; k < a; ++k) numbers_a[k] = numbered(a_.ahead(k).meaning);
-    for (std::size_t k = 0; k < b; ++k) numbers_b[k] = numbered(b_.ahead(k).meaning);
-    return aligned(std::move(numbers_a), std::move(numbers_b), reversed,
+std::vector<Step> Comparison::steps(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b,
+                                    bool reversed) const {
+    return aligned(a, b, reversed,
                    [&](std::uint32_t i, std::uint32_t k) { return alike(a_.ahead(i), b_.ahead(k)); });
 }
 
-void Comparison::tell(const std::vector<Step>& steps, std::size_t n) {
-    for (std::size_t k = 0; k < n && differences_.goes_on(); ++k) {
-        const Step& step = steps[k];
+void Comparison::tell(const std::vector<Step>& steps) {
+    for (const Step& step : steps) {
+        if (!differences_.goes_on()) return;
         if (step.same) {
             tell_same();
             continue;

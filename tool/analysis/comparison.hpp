@@ -101,8 +101,9 @@ class Comparison {
     };
 
     void differ();
-    std::vector<Step> steps(std::size_t a, std::size_t b, bool reversed) const;
-    void tell(const std::vector<Step>& steps, std::size_t n);
+    std::vector<Step> steps(const std::vector<std::uint32_t>& a, const std::vector<std::uint32_t>& b,
+                            bool reversed) const;
+    void tell(const std::vector<Step>& steps);
     void tell_same();
     void begin_difference();
     void tell_changed(const Statement& a, const Statement& b);
