@@ -69,13 +69,11 @@ void add_comparison(CLI::App& app, Options& options, Wishes& wishes) {
 }
 
 // What is wrong with the arguments; empty: nothing.
-std::string wrong_with(const Options& options) {
-    const auto& files = options.files;
-    if (files.size() < 2)
-        return files.empty() ? "two files to compare are missing" : "a second file is missing";
-    if (files.size() > 2) return "two files are compared, " + files[2] + " is one too many";
-    if (files[0] == "-" && files[1] == "-") return "-: standard input can be one of the two files, not both";
-    if (options.join != Join::none) return "--join: two traces are compared, each by itself";
+std::string wrong_with(const std::string& a, const std::string& b, const std::vector<std::string>& more) {
+    if (a.empty()) return "two files to compare are missing";
+    if (b.empty()) return a + ": a second file to compare it with is missing";
+    if (!more.empty()) return more.front() + ": one too many, two files are compared";
+    if (a == "-" && b == "-") return "-: standard input can be one of the two files, not both";
     return {};
 }
 
@@ -117,15 +115,21 @@ int run_diff(int argc, const char* const* argv) {
     Options options;
     Wishes wishes;
     CommandLine line("ztdecode diff", purpose, examples, options);
-    line.app().add_option("A B", options.files, "two trace files; - is standard input")->type_name("");
+    std::string a;
+    std::string b;
+    line.app().add_option("A", a, "one trace; - is standard input")->type_name("");
+    line.app().add_option("B", b, "another one")->type_name("");
+    line.app().add_option("MORE", options.files)->group("");
     line.add_input();
+    line.app().remove_option(line.app().get_option("--join"));  // each of the two is a trace
     line.add_selection();
     add_comparison(line.app(), options, wishes);
     line.add_output();
     line.add_terminal();
     line.add_help();
     if (const auto status = line.parse(argc, argv)) return *status;
-    if (const std::string wrong = wrong_with(options); !wrong.empty()) return line.refuse(wrong);
+    if (const std::string wrong = wrong_with(a, b, options.files); !wrong.empty()) return line.refuse(wrong);
+    options.files = {a, b};
     IgnoredFields ignored;
     if (const std::string wrong = wrong_with(wishes, ignored); !wrong.empty()) return line.refuse(wrong);
     if (const auto status = open_output(options)) return *status;
