@@ -126,6 +126,10 @@ int run_diff(int argc, const char* const* argv) {
     add_comparison(line.app(), options, wishes);
     line.add_output();
     line.add_terminal();
+    line.app().get_option("--color")->description(
+        "red what is only in A, green what is only in\n"
+        "B: auto (on a terminal without NO_COLOR,\n"
+        "default), always or never");
     line.add_help();
     if (const auto status = line.parse(argc, argv)) return *status;
     if (const std::string wrong = wrong_with(a, b, options.files); !wrong.empty()) return line.refuse(wrong);

@@ -69,7 +69,7 @@ differ() {
 1'
     echo '000001S 05 14 11 21 03 07' >one
     echo '000001S 05 14 11 21 01 07' >other
-    is "$(differ one other | sed -n 4p)" '      words: slow flash → OFF'
+    is "$(differ one other | sed -n 4p)" '      words: slow flash → ON'
 }
 
 @test "fields that count or tell the time matter when that is asked for, others do not when that is" {
@@ -85,8 +85,8 @@ differ() {
     is "$(differ one other --all-fields | sed -n 4,5p | sed 's/:.*//')" '      call_end_date
       call_duration'
     # The hour of a date, and the height of a screen.
-    echo '000001S 0a 16 00 07 00 02 01 2c 1a 01 05' >one
-    echo '000001S 0a 16 00 07 00 02 01 2c 1a 01 06' >other
+    echo '000001S 0a 16 00 07 00 02 01 2c 13 01 05' >one
+    echo '000001S 0a 16 00 07 00 02 01 2c 13 01 06' >other
     is "$(differ one other)" 0
     is "$(differ one other --all-fields | sed -n 4p)" '      h: 5 → 6'
 }
