@@ -23,6 +23,7 @@ constexpr auto purpose = "Readable texts for the messages in traces of telephone
 
 constexpr auto footer = R"(Subcommands:
   diff                   what two traces say differently
+  ladder                 who said what to whom, as a picture
   summary                what is in traces, on one page
 "ztdecode summary --help" says more of one. A file of that name is ./summary.
 

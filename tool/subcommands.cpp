@@ -8,6 +8,7 @@ namespace ztdecode::tool {
 std::span<const Subcommand> subcommands() noexcept {
     static constexpr auto all = std::to_array<Subcommand>({
         {"diff", "what two traces say differently", run_diff},
+        {"ladder", "who said what to whom, as a picture", run_ladder},
         {"summary", "what is in traces, on one page", run_summary},
     });
     return all;
