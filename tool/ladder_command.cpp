@@ -37,8 +37,9 @@ constexpr auto pictures = std::to_array<Named<Picture>>(
 
 // What is shown of a message where nothing else is asked for.
 constexpr auto usual_fields = std::to_array<std::string_view>(
-    {"codec", "digit", "error", "key", "key_text", "led", "object_id", "property", "remote_ip", "reset_cause",
-     "reset_kind", "software_version", "terminal_type", "unknown_code", "voice_mode", "warning"});
+    {"codec", "digit", "display_text", "error", "key", "key_text", "label", "led", "object_id", "property",
+     "remote_ip", "reset_cause", "reset_kind", "set_number", "software_version", "terminal_type",
+     "unknown_code", "voice_mode", "warning"});
 
 struct Wishes {
     Picture picture = Picture::text;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <numeric>
 #include <utility>
 
 #include "core/data.hpp"
@@ -233,7 +234,31 @@ bool Ladder::mark(std::uint64_t line, LadderMark mark) {
 
 void Ladder::end() {
     if (traces_.size() == 1 && !rows_.empty()) rows_.erase(rows_.begin());
+    put_servers_first();
     if (options_.fold) fold();
+}
+
+// Beside the system, which they are part of.
+void Ladder::put_servers_first() {
+    const auto is_server = [&](std::uint32_t k) {
+        return std::any_of(links.begin(), links.end(), [&](const Link& link) {
+            return link.system != system_name && lifelines_[k] == link.system;
+        });
+    };
+    std::vector<std::uint32_t> order(lifelines_.size());
+    std::iota(order.begin(), order.end(), 0U);
+    std::stable_partition(order.begin() + 1, order.end(), is_server);
+    std::vector<std::uint32_t> place(order.size());
+    std::vector<std::string> names(order.size());
+    for (std::uint32_t k = 0; k < order.size(); ++k) {
+        place[order[k]] = k;
+        names[k] = std::move(lifelines_[order[k]]);
+    }
+    lifelines_ = std::move(names);
+    for (LadderRow& row : rows_) {
+        row.from = place[row.from];
+        row.to = place[row.to];
+    }
 }
 
 // What is said again and again stands there once: one row, or a few that take turns.

@@ -79,6 +79,7 @@ class Ladder {
     std::uint32_t terminal_of(const CapturedMessage& captured, const Record& record,
                               const Record::Part& part);
     std::string words_of(const Record& record, const Record::Part& part) const;
+    void put_servers_first();
     void fold();
 
     Options options_;

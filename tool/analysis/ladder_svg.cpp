@@ -138,7 +138,7 @@ class Picture {
         places_.assign(1, 0);
         for (std::size_t k = 1; k < names.size(); ++k) {
             const std::size_t both = (width_of(names[k - 1]) + width_of(names[k])) / 2;
-            places_.push_back(places_.back() + std::max<std::size_t>(both + 2 * character, 110));
+            places_.push_back(places_.back() + std::max<std::size_t>(both + 2 * character, 140));
         }
         width_ = x_of(names.size() - 1) + width_of(names.back()) / 2 + margin;
         height_ = top() + margin;

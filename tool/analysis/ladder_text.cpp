@@ -40,6 +40,7 @@ std::string take_line(std::string& words, std::size_t width) {
     }
     if (blank > 0) end = blank;
     std::string line = words.substr(0, end);
+    line.erase(line.find_last_not_of(' ') + 1);
     words.erase(0, words.find_first_not_of(' ', end));
     return line;
 }
