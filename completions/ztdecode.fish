@@ -14,6 +14,7 @@ function __ztdecode_help
         /^  -/ || (commands && /^  [a-z]/) {
             flush()
             sub(/^  /, "")
+            sub(/, --/, ",--")
             words = match($0, /  +/) ? substr($0, RSTART + RLENGTH) : ""
             names = match($0, /  +/) ? substr($0, 1, RSTART - 1) : $0
             sub(/\[=/, "= ", names)

@@ -10,7 +10,7 @@ setup() {
 
 # The options that a help defines, each on a line: "  -h, --help   say this".
 options_of_help() {
-    sed -n 's/^  \(-[^ ]*\(, --[^ ]*\)\?\).*/\1/p' | grep -o -e '--\?[A-Za-z][a-z0-9-]*' | sort -u
+    sed -n 's/^  \(-[^ ]*\( --[^ ]*\)\?\).*/\1/p' | grep -o -e '--\?[A-Za-z][a-z0-9-]*' | sort -u
 }
 
 # Those that a page defines: "*-h*, *--help*" or "*--layout* _LAYOUT_".

@@ -49,12 +49,13 @@ bool CheckReport::end(const LineTotals& totals, std::uint64_t cut) {
     write_totals(totals, out);
     out.add("\n");
     out_.add_name(file_);
+    out.add(": ");
+    add_count(totals_.messages(), "message", out);
     out.print(
-        ": {-} messages = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + "
-        "{-} cut "
-        "short by the file's end\n"_cf,
-        totals_.messages(), totals_.decoded, totals_.unknown, totals_.missing, totals_.left_over,
-        totals_.cut_short);
+        " = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + {-} cut short by "
+        "the "
+        "file's end\n"_cf,
+        totals_.decoded, totals_.unknown, totals_.missing, totals_.left_over, totals_.cut_short);
     return totals.refused + totals_.unknown + totals_.left_over + totals_.cut_short == 0;
 }
 
