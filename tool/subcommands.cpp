@@ -10,6 +10,7 @@ std::span<const Subcommand> subcommands() noexcept {
         {"diff", "what two traces say differently", run_diff},
         {"ladder", "who said what to whom, as a picture", run_ladder},
         {"summary", "what is in traces, on one page", run_summary},
+        {"findings", "what is wrong in traces", run_findings},
     });
     return all;
 }

@@ -22,5 +22,6 @@ const Subcommand* subcommand(int argc, const char* const* argv) noexcept;
 int run_diff(int argc, const char* const* argv);
 int run_ladder(int argc, const char* const* argv);
 int run_summary(int argc, const char* const* argv);
+int run_findings(int argc, const char* const* argv);
 
 }  // namespace ztdecode::tool
