@@ -10,6 +10,7 @@
 #include "tool/analysis/ladder_texts.hpp"
 #include "tool/command_line.hpp"
 #include "tool/files.hpp"
+#include "tool/finding_options.hpp"
 #include "tool/select/names.hpp"
 #include "tool/subcommands.hpp"
 #include "tool/time_column.hpp"
@@ -124,6 +125,7 @@ int run_ladder(int argc, const char* const* argv) {
     if (const std::string wrong = choose_fields(wishes, wanted.fields); !wrong.empty())
         return line.refuse(wrong);
     TimeColumn times(TimeShown::delta, options.columns);
+    wanted.reading = reading_of(options);
     wanted.fold = !wishes.unfolded;
     wanted.by_columns = options.terminal == Terminal::columns;
     wanted.by_prefix = options.terminal == Terminal::prefix;

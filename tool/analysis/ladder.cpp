@@ -7,6 +7,7 @@
 
 #include "core/data.hpp"
 #include "core/message.hpp"
+#include "tool/analysis/finding_report.hpp"
 #include "tool/output/control.hpp"
 #include "tool/output/utf8.hpp"
 #include "tool/report/verdicts.hpp"
@@ -106,25 +107,34 @@ std::size_t columns_of(std::string_view words) noexcept {
     return columns;
 }
 
-class Ladder::OfTrace final : public RecordReport {
+class Ladder::OfTrace final : public FindingReport {
   public:
-    explicit OfTrace(Ladder& ladder) noexcept : ladder_(ladder) {}
+    OfTrace(std::string_view trace, Ladder& ladder)
+        : FindingReport(trace, ladder.findings_, !ladder.options_.reading.joined,
+                        [&ladder](std::span<const Finding> found) {
+                            for (const Finding& finding : found) ladder.mark(finding);
+                        }),
+          ladder_(ladder) {}
 
-    void refused(std::uint64_t number, Line /*line*/, const Refusal& refusal) override {
+    void refused(std::uint64_t number, Line line, const Refusal& refusal) override {
         Text why;
-        describe(refusal, {"", 0}, why);
+        describe(refusal, line, why);
         ladder_.add_refused(number, why.view());
+        FindingReport::refused(number, line, refusal);
     }
 
   private:
     void record(const CapturedMessage& captured, const Record& record) override {
         ladder_.add(captured, record);
+        FindingReport::record(captured, record);
     }
 
     Ladder& ladder_;
 };
 
-Ladder::Ladder(Options options) : options_(std::move(options)) { lifeline(std::string(system_name)); }
+Ladder::Ladder(Options options) : options_(std::move(options)), findings_(options_.reading, {}) {
+    lifeline(std::string(system_name));
+}
 
 std::unique_ptr<Report> Ladder::report(std::string_view trace) {
     traces_.push_back(escaped(trace));
@@ -133,7 +143,7 @@ std::unique_ptr<Report> Ladder::report(std::string_view trace) {
     row.trace = static_cast<std::uint32_t>(traces_.size() - 1);
     row.words = traces_.back();
     rows_.push_back(std::move(row));
-    return std::make_unique<OfTrace>(*this);
+    return std::make_unique<OfTrace>(trace, *this);
 }
 
 std::uint32_t Ladder::lifeline(const std::string& name) {
@@ -221,18 +231,33 @@ std::string Ladder::words_of(const Record& record, const Record::Part& part) con
     return words;
 }
 
-bool Ladder::mark(std::uint64_t line, LadderMark mark) {
-    const auto trace = traces_.size() - 1;
+// Traces are told of to both in the same order.
+void Ladder::mark(const Finding& finding) {
+    const Standing& at = finding.at;
     const auto row = std::partition_point(rows_.begin(), rows_.end(), [&](const LadderRow& one) {
-        return one.trace < trace || (one.trace == trace && one.line < line);
+        return one.trace < at.file || (one.trace == at.file && one.line < at.line);
     });
-    if (row == rows_.end() || row->line != line) return false;
-    mark.words = escaped(mark.words);
+    if (row == rows_.end() || row->trace != at.file || row->line != at.line) return;
+    LadderMark mark;
+    mark.severity = finding.rule->severity;
+    mark.words = std::string(finding.rule->code) + ": " + escaped(finding.words);
+    std::string others;
+    for (const Standing& on : finding.on) {
+        if (on.file == at.file && on.line == at.line) continue;
+        if (mark.line == 0) {
+            mark.trace = on.file;
+            mark.line = on.line;
+        }
+        others += (others.empty() ? " (with " : ", ") + std::to_string(on.line);
+    }
+    if (!others.empty()) mark.words += others + ")";
     row->marks.push_back(std::move(mark));
-    return true;
 }
 
 void Ladder::end() {
+    if (options_.reading.joined) {
+        for (const Finding& finding : findings_.end()) mark(finding);
+    }
     if (traces_.size() == 1 && !rows_.empty()) rows_.erase(rows_.begin());
     put_servers_first();
     if (options_.fold) fold();

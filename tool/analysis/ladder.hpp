@@ -11,15 +11,17 @@
 #include <vector>
 
 #include "core/fields.hpp"
-#include "tool/report/record_report.hpp"
+#include "tool/analysis/findings.hpp"
+#include "tool/report/report.hpp"
 
 namespace ztdecode::tool {
 
-// Something that is said of a line besides: what is wrong with it, say.
+// What is wrong with the message of a row.
 struct LadderMark {
-    enum class Severity : unsigned char { note, warning, error };
     Severity severity = Severity::note;
     std::string words;
+    std::uint32_t trace = 0;  // where another message stands that it has to do with,
+    std::uint64_t line = 0;   // 0 where there is none
 };
 
 struct LadderRow {
@@ -52,6 +54,7 @@ class Ladder {
         bool fold = true;
         bool by_columns = false;  // what stands there tells terminals apart
         bool by_prefix = false;
+        Findings::Reading reading{};
         // Of a message in its trace: how long after the one before. Empty where that is not known.
         std::function<std::string(const CapturedMessage&)> delta;
     };
@@ -60,9 +63,6 @@ class Ladder {
     std::unique_ptr<Report> report(std::string_view trace);
     // Behind the last trace, and before anything is asked.
     void end();
-
-    // A line of the last trace has to be marked. False when it has no row.
-    bool mark(std::uint64_t line, LadderMark mark);
 
     const std::vector<std::string>& lifelines() const noexcept { return lifelines_; }
     const std::vector<LadderRow>& rows() const noexcept { return rows_; }
@@ -79,10 +79,12 @@ class Ladder {
     std::uint32_t terminal_of(const CapturedMessage& captured, const Record& record,
                               const Record::Part& part);
     std::string words_of(const Record& record, const Record::Part& part) const;
+    void mark(const Finding& finding);
     void put_servers_first();
     void fold();
 
     Options options_;
+    Findings findings_;
     std::vector<std::string> traces_;
     std::vector<std::string> lifelines_;
     std::map<std::string, std::uint32_t, std::less<>> numbers_;

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <string>
 
 #include "tool/analysis/ladder_texts.hpp"
@@ -50,10 +51,7 @@ void arrow(const LadderRow& row, Text& out) {
     if (row.count > 1) out.print(" ×{-}, {-}"_cf, row.count, lines_of(row));
     out.add("\n");
     for (const LadderMark& mark : row.marks) {
-        out.print("    Note right of p{-}: {-}{-}\n"_cf, row.to,
-                  std::string(mark.severity == LadderMark::Severity::error     ? "error, "
-                              : mark.severity == LadderMark::Severity::warning ? "warning, "
-                                                                               : ""),
+        out.print("    Note right of p{-}: {-} {-}\n"_cf, std::max(row.from, row.to), name_of(mark.severity),
                   plain(mark.words));
     }
 }

@@ -104,6 +104,9 @@ class Picture {
     std::size_t top() const { return margin + name_height; }
     std::size_t x_of(std::size_t lifeline) const { return left_ + places_[lifeline]; }
 
+    static std::string id_of(std::uint32_t trace, std::uint64_t line) {
+        return (trace > 0 ? "T" + std::to_string(trace + 1) + "-L" : "L") + std::to_string(line);
+    }
     static std::string words_of(const LadderRow& row) {
         std::string words = row.carried ? "in it: " + row.words : row.words;
         if (row.count > 1 && row.is == LadderRow::Is::arrow) {
@@ -117,8 +120,7 @@ class Picture {
         return words;
     }
     static std::string words_of(const LadderMark& mark) {
-        constexpr std::string_view names[] = {"", "warning: ", "error: "};
-        return std::string(names[static_cast<std::size_t>(mark.severity)]) + mark.words;
+        return std::string(name_of(mark.severity)) + " " + mark.words;
     }
     std::size_t begin_of(const LadderRow& row) const {
         return row.is == LadderRow::Is::arrow ? x_of(std::min(row.from, row.to)) + 10 : x_of(0) + 10;
@@ -171,8 +173,7 @@ class Picture {
     }
 
     void row(const LadderRow& row, std::size_t y) {
-        const std::string id =
-            (row.trace > 0 ? "T" + std::to_string(row.trace + 1) + "-L" : "L") + std::to_string(row.line);
+        const std::string id = id_of(row.trace, row.line);
         const bool of_a_line =
             row.is == LadderRow::Is::line || (row.is == LadderRow::Is::arrow && !row.carried);
         out_.print("<g class=\"{-}\""_cf, row.is != LadderRow::Is::arrow ? std::string_view("note")
@@ -195,8 +196,10 @@ class Picture {
         if (row.is == LadderRow::Is::arrow) arrow(row, y + 23);
         std::size_t below = y + (row.is == LadderRow::Is::arrow ? row_height : note_height);
         for (const LadderMark& mark : row.marks) {
-            constexpr std::string_view kinds[] = {"mark", "mark warning", "mark error"};
-            text(kinds[static_cast<std::size_t>(mark.severity)], begin_of(row), below + 10, words_of(mark));
+            const std::string severity = "mark " + std::string(name_of(mark.severity));
+            if (mark.line > 0) out_.print("<a href=\"#{-}\">"_cf, id_of(mark.trace, mark.line));
+            text(severity, begin_of(row), below + 10, words_of(mark));
+            if (mark.line > 0) out_.add("</a>");
             below += note_height;
         }
         out_.add("</g>\n");

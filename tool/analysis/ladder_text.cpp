@@ -34,8 +34,8 @@ std::string take_line(std::string& words, std::size_t width) {
     while (end < words.size()) {
         const std::size_t n = std::max<std::size_t>(character_length(std::string_view(words).substr(end)), 1);
         columns += columns_of(std::string_view(words).substr(end, n));
-        if (columns > width && end > 0) break;
         if (words[end] == ' ') blank = end;
+        if (columns > width && end > 0) break;
         end += n;
     }
     if (blank > 0) end = blank;
@@ -58,7 +58,7 @@ class Drawing {
         const std::size_t gutter = left();
         const std::size_t room =
             terminal.width > gutter + least_words ? terminal.width - gutter - least_words : 0;
-        places_ = std::clamp<std::size_t>(room / least_spacing, 3, std::max<std::size_t>(lifelines(), 3));
+        places_ = std::clamp<std::size_t>(room / least_spacing, 2, std::max<std::size_t>(lifelines(), 2));
         spacing_ = std::clamp(room / places_, least_spacing, most_spacing);
         words_at_ = gutter + (places_ - 1) * spacing_ + 3;
         words_width_ = std::max<std::size_t>(terminal.width > words_at_ ? terminal.width - words_at_ : 0, 8);
@@ -78,7 +78,7 @@ class Drawing {
                     beside("", "", "", repeated(row));
                     break;
                 case LadderRow::Is::trace:
-                    beside("", "", "", "--- " + row.words);
+                    title(row.words);
                     break;
             }
             for (const LadderMark& mark : row.marks) marked(mark);
@@ -174,9 +174,7 @@ class Drawing {
     }
 
     void marked(const LadderMark& mark) {
-        std::string words = mark.severity == LadderMark::Severity::error     ? "! error: "
-                            : mark.severity == LadderMark::Severity::warning ? "! warning: "
-                                                                             : "! ";
+        const std::string words = "! " + std::string(name_of(mark.severity)) + " ";
         color("\x1b[33m");
         beside("", "", "", words + mark.words);
         color("\x1b[0m");
@@ -201,6 +199,15 @@ class Drawing {
             out_.add("\n");
             first = false;
         } while (!words.empty());
+    }
+
+    // The names of traces are long, and nothing stands beside them.
+    void title(std::string words) {
+        words.insert(0, "--- ");
+        while (!words.empty()) {
+            out_.add(take_line(words, terminal_.width));
+            out_.add("\n");
+        }
     }
 
     void color(std::string_view code) {
