@@ -205,7 +205,7 @@ void Statements::add_words(const Record& record) {
         at = value.end;
     }
     to = copy_characters(to, text.substr(at));
-    head.size = static_cast<std::uint32_t>(to - start - sizeof head);
+    head.size = static_cast<std::uint32_t>(to - (start + sizeof head));
     put(start, head);
     meanings_.written_to(to);
 }

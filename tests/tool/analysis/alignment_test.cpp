@@ -62,7 +62,7 @@ Numbers random_numbers(std::mt19937& random, std::size_t n, std::uint32_t kinds)
 
 TEST(Alignment, ShortSequencesHaveAsMuchInCommonAsCanBe) {
     std::mt19937 random(1);
-    for (int round = 0; round < 2000; ++round) {
+    for (std::uint32_t round = 0; round < 2000; ++round) {
         const Numbers a = random_numbers(random, random() % 12, 1 + round % 5);
         const Numbers b = random_numbers(random, random() % 12, 1 + round % 5);
         const auto steps = align(a, b);

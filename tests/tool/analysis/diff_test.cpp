@@ -149,9 +149,8 @@ void expect_sound(const TemporaryFile& a, const TemporaryFile& b, const std::vec
     std::sort(forward.differences.begin(), forward.differences.end());
     std::sort(backward.differences.begin(), backward.differences.end());
     EXPECT_EQ(forward.differences.size(), backward.differences.size());
-    const auto [one, other] =
-        std::mismatch(forward.differences.begin(), forward.differences.end(), backward.differences.begin(),
-                      backward.differences.end());
+    const auto [one, other] = std::mismatch(forward.differences.begin(), forward.differences.end(),
+                                            backward.differences.begin(), backward.differences.end());
     if (one != forward.differences.end() && other != backward.differences.end()) {
         EXPECT_EQ(shown(*one), shown(*other));
     }
