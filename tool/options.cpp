@@ -22,6 +22,8 @@ constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none
 constexpr auto purpose = "Readable texts for the messages in traces of telephone terminal signalling.\n";
 
 constexpr auto footer = R"(Subcommands:
+  diff                   what two traces say differently
+  ladder                 who said what to whom, as a picture
   summary                what is in traces, on one page
   findings               what is wrong in traces, by rules
   redact                 the same trace without names, numbers, addresses, keys

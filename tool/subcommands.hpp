@@ -20,6 +20,8 @@ std::span<const Subcommand> subcommands() noexcept;
 const Subcommand* subcommand(int argc, const char* const* argv) noexcept;
 
 int run_redact(int argc, const char* const* argv);
+int run_diff(int argc, const char* const* argv);
+int run_ladder(int argc, const char* const* argv);
 int run_summary(int argc, const char* const* argv);
 int run_findings(int argc, const char* const* argv);
 
