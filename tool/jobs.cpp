@@ -47,6 +47,7 @@ class Jobs {
   public:
     explicit Jobs(const FileDecoding& decoding)
         : options_(decoding.options), display_(decoding.display), decoding_(decoding) {
+        decoding_.splitting.jobs = 1;
         for (const std::string& file : options_.files) jobs_.push_back(std::make_unique<Job>(file, display_));
     }
 
@@ -133,7 +134,7 @@ class Jobs {
 
     const Options& options_;
     const Display& display_;
-    const FileDecoding& decoding_;
+    FileDecoding decoding_;
     std::vector<std::unique_ptr<Job>> jobs_;
     std::vector<std::thread> threads_;
     std::size_t next_ = 0;

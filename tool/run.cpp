@@ -43,7 +43,7 @@ int run(const Options& options) {
     const MakeReport make = [&](const std::string& name, Output& out) {
         return make_report(name, options, shown, out);
     };
-    const FileDecoding decoding{options, shown, make};
+    const FileDecoding decoding{options, shown, make, {.jobs = options.jobs}};
     if (options.several_at_once()) {
         if (const auto status = decode_at_once(decoding)) return *status;
     }
