@@ -23,7 +23,7 @@ namespace ztdecode::tool {
 struct Splitting {
     unsigned jobs = 1;
     std::uint64_t lines_alone = 10000;  // decoded first: a short trace is done before threads would have begun
-    std::size_t piece = std::size_t{256} << 10;  // bytes of lines that one processor takes at a time
+    std::size_t piece = std::size_t{128} << 10;  // bytes of lines that one processor takes at a time
     std::size_t batch = std::size_t{16} << 10;   // of those that are accepted, or decoded again, as one
 };
 
