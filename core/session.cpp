@@ -69,11 +69,9 @@ void Memory::forget_uses() noexcept {
 
 bool Memory::would_say_the_same(const Memory& from, const Memory& to) const {
     bool all = true;
-    each_remembered(
-        [&all](const auto& arrived, const auto& assumed, const auto& left) {
-            all = all && same(arrived, assumed, left);
-        },
-        *this, from, to);
+    each_remembered([&all](const auto& arrived, const auto& assumed,
+                           const auto& left) { all = all && same(arrived, assumed, left); },
+                    *this, from, to);
     return all;
 }
 

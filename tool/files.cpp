@@ -92,8 +92,8 @@ int decode_opened(const std::string& file, const FileDecoding& decoding, Session
         try {
             if (splitting.jobs > 1 && can_be_decoded_in_pieces(options, decoder->report())) {
                 Pieces pieces(*decoder, sessions.main(), out, diagnostics, splitting, make);
-                decoder->decode(source, shown, [&](Input& input) { pieces.decode(input); },
-                                splitting.lines_alone);
+                decoder->decode(
+                    source, shown, [&](Input& input) { pieces.decode(input); }, splitting.lines_alone);
             } else {
                 decoder->decode(source, shown);
             }

@@ -22,7 +22,8 @@ namespace ztdecode::tool {
 // How one trace is decoded by several processors at once.
 struct Splitting {
     unsigned jobs = 1;
-    std::uint64_t lines_alone = 10000;  // decoded first: a short trace is done before threads would have begun
+    std::uint64_t lines_alone =
+        10000;  // decoded first: a short trace is done before threads would have begun
     std::size_t piece = std::size_t{128} << 10;  // bytes of lines that one processor takes at a time
     std::size_t batch = std::size_t{16} << 10;   // of those that are accepted, or decoded again, as one
 };
@@ -35,7 +36,8 @@ bool can_be_decoded_in_pieces(const Options& options, const Report& report);
 // A message may say what an earlier one taught, so pieces are not independent. Each is decoded with the
 // memory that was there when it was begun, in batches of lines, and takes note of what these looked at before
 // they set it. At its turn a batch is accepted where the memory that truly arrives agrees in that: then its
-// lines would have said the same. Otherwise the trace's own decoder decodes it, and the next one is looked at.
+// lines would have said the same. Otherwise the trace's own decoder decodes it, and the next one is looked
+// at.
 class Pieces {
   public:
     // A decoder of the same kind as the trace's own one.
@@ -77,14 +79,14 @@ class Pieces {
 
     std::mutex mutex_;  // for all that follows
     std::condition_variable something_has_changed_;
-    std::size_t size_;             // of the next piece
-    std::uint64_t next_ = 0;       // piece to be taken
-    std::uint64_t turn_ = 0;       // piece to be accepted
-    std::uint64_t lines_ = 0;      // in front of the next piece
-    Memory latest_;                // of the piece that was accepted last
-    bool taking_ = false;          // somebody is
-    bool accepting_ = false;       // likewise
-    bool ended_ = false;           // nothing is left to be taken
+    std::size_t size_;         // of the next piece
+    std::uint64_t next_ = 0;   // piece to be taken
+    std::uint64_t turn_ = 0;   // piece to be accepted
+    std::uint64_t lines_ = 0;  // in front of the next piece
+    Memory latest_;            // of the piece that was accepted last
+    bool taking_ = false;      // somebody is
+    bool accepting_ = false;   // likewise
+    bool ended_ = false;       // nothing is left to be taken
     std::exception_ptr error_{};
 };
 

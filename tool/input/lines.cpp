@@ -18,7 +18,8 @@ std::uint64_t count(char c, std::string_view text) {
     while (!text.empty()) {
         const std::size_t n = std::min(block, text.size());
         std::uint8_t in_block = 0;
-        for (std::size_t k = 0; k < n; ++k) in_block = static_cast<std::uint8_t>(in_block + (text[k] == c ? 1 : 0));
+        for (std::size_t k = 0; k < n; ++k)
+            in_block = static_cast<std::uint8_t>(in_block + (text[k] == c ? 1 : 0));
         sum += in_block;
         text.remove_prefix(n);
     }
@@ -157,8 +158,7 @@ std::span<const std::uint8_t> Input::block(std::size_t n) {
     while (end_ - begin_ < n && fill()) {
     }
     const std::size_t present = std::min(n, end_ - begin_);
-    const auto* bytes =
-        reinterpret_cast<const std::uint8_t*>(text_ + begin_);  // NOLINT: bytes as bytes
+    const auto* bytes = reinterpret_cast<const std::uint8_t*>(text_ + begin_);  // NOLINT: bytes as bytes
     begin_ += present;
     return {bytes, present};
 }

@@ -71,8 +71,8 @@ bool CheckReport::end(const LineTotals& totals, std::uint64_t cut) {
         ": {-} messages = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + "
         "{-} cut "
         "short by the file's end\n"_cf,
-        std::accumulate(totals_.begin(), totals_.end(), std::uint64_t{0}), totals_[decoded],
-        totals_[unknown], totals_[missing], totals_[left_over], totals_[cut_short]);
+        std::accumulate(totals_.begin(), totals_.end(), std::uint64_t{0}), totals_[decoded], totals_[unknown],
+        totals_[missing], totals_[left_over], totals_[cut_short]);
     return totals.refused + totals_[unknown] + totals_[left_over] + totals_[cut_short] == 0;
 }
 
