@@ -65,7 +65,6 @@ struct Options {
     unsigned jobs = 0;               // 0: as many as there are processors, where that serves
 
     bool asks() const noexcept { return sql.has_value() || !database.empty(); }
-    bool several_at_once() const noexcept { return jobs > 1 && files.size() > 1 && join == Join::none; }
 };
 
 // The options, or the exit status where the arguments ask for nothing more (help, version) or are wrong; what
