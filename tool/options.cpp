@@ -21,9 +21,9 @@ constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none
 
 constexpr auto purpose = "Readable texts for the messages in traces of telephone terminal signalling.\n";
 
-constexpr auto footer = R"(Questions with an answer of their own; "ztdecode summary --help" says more of one:
+constexpr auto footer = R"(Subcommands:
   summary                what is in traces, on one page
-A file called like one of them is given as ./summary.
+"ztdecode summary --help" says more of one. A file of that name is ./summary.
 
 Layouts of trace lines, each with the two bytes 03 0a for its message:
   000042R 02 03 0a       spzt: six characters of the trace's own (a number, a
@@ -177,7 +177,9 @@ Arguments parse_arguments(int argc, const char* const* argv) {
     line.add_output();
     line.add_terminal();
     add_number(line.app(), "-j,--jobs", o.jobs, 1U, most_jobs,
-               "decode N files at once; the output is the same")
+               "decode with N processors, large files in\n"
+               "pieces; the output is the same (default: all\n"
+               "for files, 1 for pipes)")
         ->group("Work");
     line.add_help();
     if (const auto status = line.parse(argc, argv)) return {std::nullopt, *status};

@@ -24,6 +24,14 @@ std::size_t end_of_batch(const Lines& lines, std::size_t begin, std::size_t size
     return static_cast<std::size_t>(std::find_if(text + from, text + lines.size - 1, ends_line) - text) + 1;
 }
 
+// Whatever is assumed, what comes of it is looked at.
+void assume(const Memory& memory, Memory& assumed) noexcept {
+    try {
+        assumed = memory;
+    } catch (const std::bad_alloc&) {
+    }
+}
+
 }  // namespace
 
 bool can_be_decoded_in_pieces(const Options& options, const Report& report) {
@@ -34,13 +42,10 @@ bool can_be_decoded_in_pieces(const Options& options, const Report& report) {
 
 // Lines of a piece that are accepted, or decoded again, as one.
 struct Pieces::Batch {
-    std::size_t begin = 0;
     std::size_t end = 0;
-    bool decoded = false;
     Memory before;
     Memory after;
     TraceDecoder::Found found;
-    HeldOutputs::Place output_begin;
     HeldOutputs::Place output_end;
 };
 
@@ -115,25 +120,25 @@ bool Pieces::take(Input& input, Piece& piece, std::unique_lock<std::mutex>& lock
     std::exception_ptr error;
     try {
         taken = input.take(size, piece.lines);
+    } catch (const std::bad_alloc&) {  // one by one they need less
     } catch (...) {
         error = std::current_exception();
     }
     lock.lock();
     taking_ = false;
+    if (!taken) stop(error);
     something_has_changed_.notify_all();
-    if (error != nullptr) stop(error);
-    if (!taken) ended_ = true;
     if (ended_) return false;
     piece.ready = false;
     piece.used = 0;
     piece.lines_before = lines_;
     lines_ += piece.lines.count;
     ++next_;
-    piece.assumed = latest_;
+    assume(latest_, piece.assumed);
     return true;
 }
 
-// What is left undone here, for want of memory or because an expression fails, is done in its turn.
+// What is left undone here, for want of memory or because an expression fails, is done at its turn.
 void Pieces::decode(Piece& piece) noexcept {
     piece.outputs.clear();
     try {
@@ -145,14 +150,6 @@ void Pieces::decode(Piece& piece) noexcept {
 }
 
 void Pieces::decode_batches(Piece& piece) {
-    for (std::size_t begin = 0; begin < piece.lines.size; begin = piece.batches[piece.used++].end) {
-        if (piece.used == piece.batches.size()) piece.batches.emplace_back();
-        Batch& batch = piece.batches[piece.used];
-        batch.begin = begin;
-        batch.end = end_of_batch(piece.lines, begin, splitting_.batch);
-        batch.decoded = false;
-        batch.output_begin = batch.output_end = {};
-    }
     if (piece.decoder == nullptr) {
         piece.sessions = std::make_unique<Sessions>();
         piece.decoder = make_decoder_(*piece.sessions, piece.outputs.out(), piece.outputs.diagnostics());
@@ -160,18 +157,20 @@ void Pieces::decode_batches(Piece& piece) {
     Memory& memory = piece.sessions->main();
     memory = piece.assumed;
     std::uint64_t lines_before = piece.lines_before;
-    for (std::size_t k = 0; k < piece.used && piece.outputs.size() < text_of_large_piece; ++k) {
-        Batch& batch = piece.batches[k];
+    for (std::size_t begin = 0; begin < piece.lines.size && piece.outputs.size() < text_of_large_piece;) {
+        if (piece.used == piece.batches.size()) piece.batches.emplace_back();
+        Batch& batch = piece.batches[piece.used];
+        batch.end = end_of_batch(piece.lines, begin, splitting_.batch);
         memory.forget_uses();
         batch.before = memory;
-        batch.output_begin = piece.outputs.place();
-        Input lines(piece.lines, batch.begin, batch.end);
+        Input lines(piece.lines, begin, batch.end);
         piece.decoder->decode_piece(lines, lines_before);
         batch.found = piece.decoder->take_found();
-        lines_before = batch.found.lines;
         batch.output_end = piece.outputs.place();
         batch.after = memory;
-        batch.decoded = true;
+        lines_before = batch.found.lines;
+        begin = batch.end;
+        ++piece.used;
     }
 }
 
@@ -190,7 +189,7 @@ void Pieces::accept_ready(std::unique_lock<std::mutex>& lock) {
         lock.lock();
         next.ready = false;
         if (error != nullptr || !whole_.goes_on()) stop(error);
-        latest_ = memory_;
+        assume(memory_, latest_);
         fit_size(next);
         ++turn_;
         something_has_changed_.notify_all();
@@ -199,28 +198,32 @@ void Pieces::accept_ready(std::unique_lock<std::mutex>& lock) {
 }
 
 void Pieces::accept(Piece& piece) {
-    HeldOutputs::Place begin;
-    HeldOutputs::Place end;
-    const auto pass_on = [&] { piece.outputs.pass_on(begin, end, out_, diagnostics_); };
+    HeldOutputs::Place passed;
+    HeldOutputs::Place accepted;
+    std::size_t begin = 0;
+    const auto decode_up_to = [&](std::size_t end) {
+        piece.outputs.pass_on(passed, accepted, out_, diagnostics_);
+        Input lines(piece.lines, begin, end);
+        whole_.decode_next(lines);
+    };
     for (std::size_t k = 0; k < piece.used && whole_.goes_on(); ++k) {
-        Batch& batch = piece.batches[k];
+        const Batch& batch = piece.batches[k];
         if (accepts(batch)) {
             memory_.learn(batch.after);
-            end = batch.output_end;
-            continue;
+        } else {
+            decode_up_to(batch.end);
+            passed = batch.output_end;
         }
-        pass_on();
-        Input lines(piece.lines, batch.begin, batch.end);
-        whole_.decode_next(lines);
-        begin = end = batch.output_end;
+        accepted = batch.output_end;
+        begin = batch.end;
     }
-    pass_on();
+    decode_up_to(piece.lines.size);
     out_.flush();
     whole_.show_progress(piece.lines.bytes_read);
 }
 
 bool Pieces::accepts(const Batch& batch) {
-    return batch.decoded && memory_.would_say_the_same(batch.before, batch.after) && whole_.add(batch.found);
+    return memory_.would_say_the_same(batch.before, batch.after) && whole_.add(batch.found);
 }
 
 void Pieces::fit_size(const Piece& piece) noexcept {

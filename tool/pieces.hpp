@@ -22,10 +22,12 @@ namespace ztdecode::tool {
 // How one trace is decoded by several processors at once.
 struct Splitting {
     unsigned jobs = 1;
-    std::uint64_t lines_alone =
-        10000;  // decoded first: a short trace is done before threads would have begun
-    std::size_t piece = std::size_t{128} << 10;  // bytes of lines that one processor takes at a time
-    std::size_t batch = std::size_t{16} << 10;   // of those that are accepted, or decoded again, as one
+    // Decoded first: a short trace is done before threads would have begun.
+    std::uint64_t lines_alone = 20000;
+    // Bytes of lines that one processor takes at a time; and of those that are accepted, or decoded again, as
+    // one.
+    std::size_t piece = std::size_t{128} << 10;
+    std::size_t batch = std::size_t{16} << 10;
 };
 
 // Whether what the options ask for can be had of pieces of a trace.

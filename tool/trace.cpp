@@ -1,6 +1,5 @@
 #include "tool/trace.hpp"
 
-#include <limits>
 #include <new>
 #include <utility>
 
@@ -9,8 +8,6 @@
 namespace ztdecode::tool {
 
 namespace {
-
-constexpr std::uint64_t all_lines = std::numeric_limits<std::uint64_t>::max();
 
 // Of text that is held until it may go out.
 constexpr std::size_t most_of_piece = std::size_t{8} << 20;
@@ -136,11 +133,6 @@ void TraceDecoder::decode_piece(Input& lines, std::uint64_t lines_before) {
     in_piece_ = true;
     number_ = lines_before;
     decode_text(lines, all_lines);
-}
-
-bool TraceDecoder::decode_next(Input& lines) {
-    decode_text(lines, all_lines);
-    return goes_on();
 }
 
 TraceDecoder::Found TraceDecoder::take_found() {

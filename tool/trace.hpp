@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -51,8 +52,8 @@ class TraceDecoder : private SideChannel {
     // Decodes lines of a trace, of which so many stand in front of them. Where something comes up that the
     // trace's own decoder has to see to, it is thrown, and this one is of no use any more.
     void decode_piece(Input& lines, std::uint64_t lines_before);
-    // Decodes lines of the trace that come next; false when that was enough.
-    bool decode_next(Input& lines);
+    // Decodes lines of the trace that come next.
+    void decode_next(Input& lines) { decode_text(lines, all_lines); }
     // What was found in lines besides their output, since the last time; and what another one has found in
     // those that come next. False, and nothing is done, where it would have been something else here.
     struct Found {
@@ -78,6 +79,7 @@ class TraceDecoder : private SideChannel {
     bool matched() const noexcept { return selected_ != nullptr && selected_->matched(); }
 
   private:
+    static constexpr std::uint64_t all_lines = std::numeric_limits<std::uint64_t>::max();
     bool decode_text(Input& input, std::uint64_t last_line);
     void decode_binary(Input& input);
     void binary_message(std::span<const std::uint8_t> bytes, const Refusal& cut);
