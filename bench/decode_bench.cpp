@@ -106,7 +106,7 @@ BENCHMARK(super_message_parts)->RangeMultiplier(4)->Range(1, 1024)->Complexity(b
 // A module's super messages inside each other: each level shows the text of the one inside it once more.
 void module_super_in_super(benchmark::State& state) {
     Session session;
-    session.change(session.digital.modules).types[4] = 4;
+    session.change(session.digital.modules.types[4]) = 4;
     std::vector<std::uint8_t> inner = {0x46};
     for (std::int64_t k = 0; k < state.range(0); ++k) {
         std::vector<std::uint8_t> outer = {0x0B, static_cast<std::uint8_t>(inner.size())};

@@ -15,6 +15,7 @@ list(REMOVE_ITEM tool_sources ${tool_main})
 
 set_source_files_properties(
     ${PROJECT_SOURCE_DIR}/tool/trace.cpp
+    ${PROJECT_SOURCE_DIR}/tool/input/lines.cpp
     PROPERTIES COMPILE_OPTIONS "${ZTDECODE_HOT_OPTIONS}")
 
 if(ZTDECODE_SANITIZED)

@@ -18,7 +18,10 @@ std::uint8_t Message::indirect(std::size_t k) const noexcept {
     // No record is that long; the ancestors of a deeply carried message need not be asked.
     if (k >= message_capacity && before_ != nullptr) return 0;
     for (const Message* m = this;; m = m->before_) {
-        if (k < m->covered_) return m->bytes_[k];
+        if (k < m->covered_) {
+            m->looked_at_ = true;
+            return m->bytes_[k];
+        }
         if (m->before_ == nullptr || (m->fresh_ && k >= m->length_)) return 0;
         if (k < m->length_) k += m->shift_;
     }
@@ -32,7 +35,7 @@ Message Message::without_first(std::uint32_t n) const noexcept {
     m.shift_ = n;
     m.origin_ += n;
     m.before_ = this;
-    m.fresh_ = false;
+    m.fresh_ = m.in_used_record_ = false;
     m.direct_ = m.covered_;
     return m;
 }
@@ -43,7 +46,19 @@ Message Message::with_length(std::uint32_t n) const noexcept {
     m.shift_ = 0;
     m.before_ = this;
     m.fresh_ = false;
-    m.direct_ = std::min(m.length_, covered_);
+    if (in_used_record_ && m.length_ > covered_) {
+        m.covered_ = before_->covered_;
+        before_->looked_at_ = true;
+    }
+    m.in_used_record_ = false;
+    m.direct_ = std::min(m.length_, m.covered_);
+    return m;
+}
+
+Message Message::in_used_record(std::uint32_t length, std::uint32_t written) const noexcept {
+    Message m = with_length(length);
+    m.covered_ = std::min(covered_, std::max(length, written));
+    m.in_used_record_ = true;
     return m;
 }
 

@@ -74,6 +74,11 @@ class Message {
     // The same bytes under another length; bytes that this brings into the message are those that stood
     // behind it. *this must outlive the result.
     Message with_length(std::uint32_t n) const noexcept;
+    // A message in a record that others used before, which is this one, of no length: the bytes behind the
+    // first `written` ones and the message are theirs. Afterwards the record knows whether one of those was
+    // looked at.
+    Message in_used_record(std::uint32_t length, std::uint32_t written) const noexcept;
+    bool was_looked_at() const noexcept { return looked_at_; }
     // Bytes first ... first+n-1, all below length(), as a message in a fresh record.
     // *this must outlive the result where those bytes came in by a longer length.
     Message part(std::uint32_t first, std::uint32_t n) const noexcept;
@@ -104,6 +109,8 @@ class Message {
     std::uint32_t origin_ = 0;         // offset of byte 0 in the message as it was captured
     const Message* before_ = nullptr;  // what this one was cut from
     bool fresh_ = false;               // behind length_ stands nothing of before_
+    bool in_used_record_ = false;      // before_ is that record
+    mutable bool looked_at_ = false;   // for another message, or behind the end
 };
 
 }  // namespace ztdecode

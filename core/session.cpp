@@ -1,5 +1,6 @@
 #include "core/session.hpp"
 
+#include <algorithm>
 #include <utility>
 
 namespace ztdecode {
@@ -8,6 +9,45 @@ namespace {
 
 // The room that a long text needed is not kept for the next message.
 constexpr std::size_t room_to_keep = std::size_t{64} << 10;
+
+void note_anew(const auto& /*value*/) noexcept {}
+void note_anew(Reassembly& series) noexcept {
+    series.written = 0;
+    series.stale_looked_at = false;
+}
+
+// Whether messages that began with `assumed`, and left `to`, would have said the same.
+template <class T>
+bool same(const Remembered<T>& arrived, const Remembered<T>& assumed, const Remembered<T>& to) {
+    return to.first_use() != FirstUse::looked_at || arrived.value() == assumed.value();
+}
+
+bool same_bytes(const Reassembly& a, const Reassembly& b, std::uint32_t n) {
+    return std::equal(a.bytes.begin(), a.bytes.begin() + n, b.bytes.begin());
+}
+
+bool same(const Remembered<Reassembly>& arrived, const Remembered<Reassembly>& assumed,
+          const Remembered<Reassembly>& to) {
+    const Reassembly& a = arrived.value();
+    const Reassembly& b = assumed.value();
+    if (to.value().stale_looked_at && !same_bytes(a, b, message_capacity)) return false;
+    if (to.first_use() != FirstUse::looked_at) return true;
+    return a.length == b.length && a.gathered == b.gathered && a.segments == b.segments &&
+           a.to_come == b.to_come && a.last_place == b.last_place && a.direction == b.direction &&
+           a.places == b.places && same_bytes(a, b, a.gathered);
+}
+
+template <class T>
+void take(T& value, const T& to) {
+    value = to;
+}
+
+// What a longer series left stays behind a shorter one.
+void take(Reassembly& value, const Reassembly& to) {
+    const auto bytes = value.bytes;
+    value = to;
+    std::copy(bytes.begin() + to.written, bytes.end(), value.bytes.begin() + to.written);
+}
 
 }  // namespace
 
@@ -18,9 +58,34 @@ void Carrying::renew() noexcept {
     if (module_super.text.capacity() > room_to_keep) module_super.text = {};
 }
 
+void Memory::forget_uses() noexcept {
+    each_remembered(
+        [](auto& item) {
+            item.forget_use();
+            note_anew(item.now());
+        },
+        *this);
+}
+
+bool Memory::would_say_the_same(const Memory& from, const Memory& to) const {
+    bool all = true;
+    each_remembered([&all](const auto& arrived, const auto& assumed,
+                           const auto& left) { all = all && same(arrived, assumed, left); },
+                    *this, from, to);
+    return all;
+}
+
+void Memory::learn(const Memory& to) {
+    each_remembered(
+        [](auto& item, const auto& left) {
+            if (left.first_use() != FirstUse::none) take(item.now(), left.value());
+        },
+        *this, to);
+}
+
 void Session::let_go() noexcept {
     in_captured_ = changed_ = cut_short_ = false;
-    each_remembered([](auto& item) { item.keep(); });
+    each_remembered([](auto& item) { item.keep(); }, *this);
     carrying = Carrying();
 }
 
@@ -49,9 +114,9 @@ void Captured::settle() noexcept {
     session_.cut_short_ = false;
     if (!std::exchange(session_.changed_, false)) return;
     if (done_) {
-        session_.each_remembered([](auto& item) { item.keep(); });
+        Session::each_remembered([](auto& item) { item.keep(); }, session_);
     } else {
-        session_.each_remembered([](auto& item) { item.undo(); });
+        Session::each_remembered([](auto& item) { item.undo(); }, session_);
     }
 }
 

@@ -6,6 +6,7 @@
 #include <new>
 #include <string>
 #include <string_view>
+#include <tuple>
 #include <vector>
 
 #include "core/carrying.hpp"
@@ -72,20 +73,23 @@ struct Reassembly {
     std::uint64_t last_place = 0;                        // of that one in the trace
     std::uint32_t direction = 0;                         // of the first segment
     std::vector<std::uint64_t> places;                   // of the segments in the trace, when somebody asks
+    // Of the bytes, those below the first number were written since somebody asked; others were looked at.
+    std::uint32_t written = 0;
+    bool stale_looked_at = false;
 };
 
 // What the modules' messages say for later ones.
 struct Modules {
     // Type of the module at each sub-device address: written by a sub-device message of the set, 31 after its
     // reset.
-    std::array<std::uint8_t, 8> types{};
+    std::array<Remembered<std::uint8_t>, 8> types;
     // Announced number of segments of the S0 modules' messages, one total for each direction.
-    std::int32_t s0_to_system_total = 0;
-    std::int32_t s0_from_system_total = 0;
+    Remembered<std::int32_t> s0_to_system_total;
+    Remembered<std::int32_t> s0_from_system_total;
 };
 
 struct DigitalState {
-    Remembered<Modules> modules;
+    Modules modules;
     Remembered<Reassembly> reassembly;
     // Device list of the last audio configuration; shows again where a list is empty.
     Remembered<std::string> audio_devices;
@@ -103,6 +107,8 @@ struct HeState {
 
 // Object-protocol frames in segments.
 struct ObjectSegments {
+    bool operator==(const ObjectSegments&) const = default;
+
     std::vector<std::uint8_t> bytes;  // gathered so far; what a series claims but never sent is 0
     std::uint32_t filled = 0;         // how many the series has, also where they are too many to be kept
     std::uint32_t payload = 0;        // payload length of the first segment: every middle one counts as long
@@ -125,23 +131,55 @@ enum class Outcome {
                     // error line
 };
 
-// Everything that survives a message. Decoders keep nothing anywhere else, so sessions can decode side by
-// side, each on a thread of its own.
-struct Session {
-    Switches switches;
-    SideChannel* side = nullptr;  // null: side output is dropped
+// Everything that messages teach later ones.
+struct Memory {
     DigitalState digital;
     IpState ip;
     HeState he;
     ObjectState object;
+
+    // What happens from here on is noted anew.
+    void forget_uses() noexcept;
+    // `from` and `to`: the memory before and behind some messages, which were noted. Whether they would have
+    // said the same in this memory; and what they leave then.
+    bool would_say_the_same(const Memory& from, const Memory& to) const;
+    void learn(const Memory& to);
+
+  protected:
+    // With each thing that is remembered, in all of these memories.
+    template <class Action, class... Memories>
+    static void each_remembered(Action action, Memories&... memories) {
+        for (std::size_t k = 0; k < std::tuple_size_v<decltype(Modules::types)>; ++k)
+            action(memories.digital.modules.types[k]...);
+        action(memories.digital.modules.s0_to_system_total...);
+        action(memories.digital.modules.s0_from_system_total...);
+        action(memories.digital.reassembly...);
+        action(memories.digital.audio_devices...);
+        action(memories.ip.record_item...);
+        action(memories.he.window_command...);
+        action(memories.object.properties...);
+        action(memories.object.segments...);
+    }
+};
+
+// Everything that survives a message. Decoders keep nothing anywhere else, so sessions can decode side by
+// side, each on a thread of its own.
+struct Session : Memory {
+    Switches switches;
+    SideChannel* side = nullptr;  // null: side output is dropped
     Carrying carrying;
     Trail* trail = nullptr;  // set by who wants to know what a text says and where it comes from
 
-    // The way to write to what is remembered.
+    // The ways to write to what is remembered: to a part of it, or over all of it.
     template <class T>
     T& change(Remembered<T>& item) {
         changed_ = true;
         return item.change();
+    }
+    template <class T>
+    T& set_anew(Remembered<T>& item) {
+        changed_ = true;
+        return item.set_anew();
     }
 
     bool shows_output() const { return side != nullptr && side->shows_output(); }
@@ -167,17 +205,6 @@ struct Session {
 
   private:
     friend class Captured;
-    template <class Action>
-    void each_remembered(Action action) {
-        action(digital.modules);
-        action(digital.reassembly);
-        action(digital.audio_devices);
-        action(ip.record_item);
-        action(he.window_command);
-        action(object.properties);
-        action(object.segments);
-    }
-
     bool in_captured_ = false;
     bool changed_ = false;    // since the outermost one began
     bool cut_short_ = false;  // one inside it ended for want of memory

@@ -41,7 +41,7 @@ class Tried {
         session_.emplace();
         session_->trail = &trail_;
         session_->side = &silence_;
-        session_->digital.modules.now().types.fill(taught.module_type);
+        for (auto& type : session_->digital.modules.types) type.now() = taught.module_type;
         session_->object.properties.now() = taught.properties;
         asked_.clear();
         text_.clear();

@@ -74,7 +74,7 @@ void devices(Decoding& d, FieldName field, const Byte& bits) {
     if (bits.number != 0) {
         constexpr std::array<std::string_view, 5> names = {" internal", " rj9", " jack", " bluetooth",
                                                            " usb"};
-        std::string& list = d.session().change(d.session().digital.audio_devices);
+        std::string& list = d.session().set_anew(d.session().digital.audio_devices);
         list.clear();
         for (unsigned n = 0; n < names.size(); ++n) {
             if (bits.bit(n).holds) list += names[n];

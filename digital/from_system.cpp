@@ -36,7 +36,7 @@ constexpr std::array<Decoder, 14> module_decoders = {
 // gave
 void subdevice_command(Decoding& d) {
     module_label(d, d[1] | 0xF8);
-    const std::uint8_t type = d.session().digital.modules->types[d.on(d[1] & 7)];
+    const std::uint8_t type = *d.session().digital.modules.types[d.on(d[1] & 7)];
     const Decoder decoder = type < module_decoders.size() ? module_decoders[type] : nullptr;
     if (decoder != nullptr) {
         decoder(d);

@@ -31,7 +31,7 @@ void module_label(Decoding& d, const Byte& sub_device) {
     const Byte address = sub_device & 7;
     const bool from_memory = (sub_device.number & type_from_memory) == type_from_memory;
     const Byte type =
-        from_memory ? address.as(d.session().digital.modules->types[address.number]) : sub_device >> 3;
+        from_memory ? address.as(*d.session().digital.modules.types[address.number]) : sub_device >> 3;
     d.print("[opt {module} adr {module_address:x}] "_cf, module_types[type], address);
 }
 

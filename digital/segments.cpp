@@ -31,6 +31,7 @@ void start(Reassembly& whole, const Decoding& d) {
 // The bytes of the whole message as far as they are known, at every segment.
 void trace(Session& session, const Reassembly& whole) {
     if (!session.shows_output()) return;
+    session.digital.reassembly.now().stale_looked_at = true;
     const std::size_t size = std::size_t{3} * whole.length;
     if (!session.carrying.has_room_for(size)) return;
     session.carrying.use_text(size);
@@ -68,6 +69,24 @@ class Descent {
     bool open_;
 };
 
+// Takes note where a message shows what those before it left in the record.
+class StaleBytes {
+  public:
+    StaleBytes(Session& session, const Message& record) noexcept
+        : series_(session.digital.reassembly), record_(record) {
+        if (series_.value().length > series_.value().gathered) series_.now().stale_looked_at = true;
+    }
+    StaleBytes(const StaleBytes&) = delete;
+    StaleBytes& operator=(const StaleBytes&) = delete;
+    ~StaleBytes() {
+        if (record_.was_looked_at()) series_.now().stale_looked_at = true;
+    }
+
+  private:
+    Remembered<Reassembly>& series_;
+    const Message& record_;
+};
+
 // On a copy: the whole message may be a segment that goes on gathering. (Not on the stack, which has to hold
 // all that is carried inside each other.)
 void dispatch_whole(Decoding& d) {
@@ -76,8 +95,10 @@ void dispatch_whole(Decoding& d) {
     const Reassembly& whole = *d.session().digital.reassembly;
     const auto bytes = std::make_unique<const decltype(whole.bytes)>(whole.bytes);
     const std::vector<std::uint64_t> places = whole.places;
-    Message m(bytes->data(), whole.length, message_capacity);
-    m.direction = whole.direction;
+    Message record(bytes->data(), 0, message_capacity);
+    record.direction = whole.direction;
+    const StaleBytes stale(d.session(), record);
+    const Message m = record.in_used_record(whole.length, whole.gathered);
     d.add("\n");
     Decoding carried(d, m, places);
     dispatch_message(carried);
@@ -89,15 +110,17 @@ void dispatch_whole(Decoding& d) {
 // later one at 2. Nobody checks that the number of segments or of bytes comes out right.
 void segment_command(Decoding& d) {
     Session& session = d.session();
-    Reassembly& whole = session.change(session.digital.reassembly);
     const Byte to_come = d[1] & 0x7F;
     const bool first = d.on(d.bit(1, 7));
+    Remembered<Reassembly>& series = session.digital.reassembly;
+    Reassembly& whole = first ? session.set_anew(series) : session.change(series);
     if (first) {
         start(whole, d);
     } else {
         gather(whole, d, 2);
     }
     whole.to_come = to_come.number;
+    whole.written = std::max(whole.written, whole.gathered);
     if (session.side != nullptr) whole.last_place = session.side->place();
     // How many there are is what the first one said.
     const Number segments{static_cast<std::uint32_t>(whole.segments), first ? d[1].place : Place{}};

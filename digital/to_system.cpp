@@ -107,7 +107,8 @@ void subdevice_message(Decoding& d) {
     constexpr int module_report = 0x9F;
     const Byte subdevice = d[1];
     module_label(d, subdevice);
-    d.session().change(d.session().digital.modules).types[subdevice.number & 7] = subdevice.number >> 3;
+    Session& session = d.session();
+    session.set_anew(session.digital.modules.types[subdevice.number & 7]) = subdevice.number >> 3;
     const Decoder decoder = module_decoders[d.on(subdevice) >> 3 & 15];
     if (decoder != nullptr) {
         d.option_type = d[4].number;
@@ -201,7 +202,7 @@ constexpr Terminal unknown_terminal = {" ???", adapter_reset};
 // byte 1: 0 hard, 1 soft   byte 2: kind of terminal   bytes 3, 4: version; on the HE link byte 3 is the
 // terminal's type and the report ends there
 void reset(Decoding& d) {
-    d.session().change(d.session().digital.modules).types.fill(type_unknown);
+    for (auto& type : d.session().digital.modules.types) d.session().set_anew(type) = type_unknown;
     d.add("reset");
     d.value("reset_kind", either(d[1] == 0, " hard,", " soft,"));
     const Byte kind = d[2];

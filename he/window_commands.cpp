@@ -61,12 +61,13 @@ constexpr std::string_view unknown_mark = "???";
 }  // namespace
 
 void window_command(Decoding& d) {
-    std::string& last = d.session().change(d.session().he.window_command);
+    Session& session = d.session();
     const std::size_t begin = d.out().size();
     if (commands.write(d, d[1])) {
-        last.assign(d.out().from(begin));
+        session.set_anew(session.he.window_command).assign(d.out().from(begin));
         return;
     }
+    std::string& last = session.change(session.he.window_command);
     if (!last.empty()) d.value("repeated_text", std::string_view(last));
     if (last.size() + unknown_mark.size() > longest_remembered) return;
     last += unknown_mark;

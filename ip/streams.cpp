@@ -146,7 +146,7 @@ void record_list(Decoding& d, std::uint32_t first) {
         record_items.write(item, id);
         if (id.number == record_item_repeated) return;
         Session& session = item.session();
-        session.change(session.ip.record_item) = item.out().from(begin);
+        session.set_anew(session.ip.record_item) = item.out().from(begin);
     });
 }
 

@@ -4,7 +4,7 @@ namespace ztdecode::object {
 
 ObjectClass current_class(Decoding& d, const Byte& opcode) {
     const ObjectClass found = class_of(opcode.number);
-    d.session().change(d.session().object.properties) = found.properties.rows();
+    d.session().set_anew(d.session().object.properties) = found.properties.rows();
     if (!found.properties) {
         d.print("\n{class}"_cf, Word{"Error class lookup table ptr", opcode.number, false, opcode.place});
         throw UnknownClass{};

@@ -45,8 +45,7 @@ Display display(const Options& options) {
     return {.color = wants_color(options.color),
             .escapes_output = wants_escapes(options.control, STDOUT_FILENO),
             .escapes_diagnostics = wants_escapes(options.control, STDERR_FILENO),
-            .progress = options.progress && !options.several_at_once() && is_terminal(STDERR_FILENO) &&
-                        is_file(STDOUT_FILENO)};
+            .progress = options.progress && is_terminal(STDERR_FILENO) && is_file(STDOUT_FILENO)};
 }
 
 // The first of these that is set decides.

@@ -1,6 +1,7 @@
 #include "tool/files.hpp"
 
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <cstring>
 #include <new>
 #include <string_view>
+#include <thread>
 #include <vector>
 
 #include "tool/formats.hpp"
@@ -48,6 +50,15 @@ class Descriptor {
     int descriptor_;
 };
 
+// As many jobs as there are processors, unless somebody says how many: for what need not be waited for.
+Splitting fitting(Splitting splitting, int descriptor) {
+    if (splitting.jobs != 0) return splitting;
+    struct stat status {};
+    const bool regular = ::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode);
+    splitting.jobs = regular ? std::max(std::thread::hardware_concurrency(), 1U) : 1;
+    return splitting;
+}
+
 // Of a word that is no file and may have been meant otherwise.
 std::string nearest_subcommand(const std::string& word, int error) {
     if (error != ENOENT) return {};
@@ -66,16 +77,26 @@ int decode_opened(const std::string& file, const FileDecoding& decoding, Session
         diagnostics.flush();
         return status_failed;
     }
+    const Splitting splitting = fitting(decoding.splitting, descriptor.get());
     int status = first_status(options);
     const auto decode_trace = [&](const std::string& name, bool packed, Source& source) {
         const bool others_follow = packed || &file != &options.files.back();
         const auto own = joined == nullptr ? std::make_unique<Sessions>() : nullptr;
         Sessions& sessions = joined == nullptr ? *own : *joined;
-        const auto decoder =
-            std::make_unique<TraceDecoder>(name, decoding.make_report(name, out), options, decoding.display,
-                                           others_follow, sessions, out, diagnostics);
+        const auto make = [&](Sessions& with, Output& to, Output& complaints) {
+            return std::make_unique<TraceDecoder>(name, decoding.make_report(name, to), options,
+                                                  decoding.display, others_follow, with, to, complaints);
+        };
+        const auto decoder = make(sessions, out, diagnostics);
+        const int shown = packed || options.follow ? -1 : descriptor.get();
         try {
-            decoder->decode(source, packed || options.follow ? -1 : descriptor.get());
+            if (splitting.jobs > 1 && can_be_decoded_in_pieces(options, decoder->report())) {
+                Pieces pieces(*decoder, sessions.main(), out, diagnostics, splitting, make);
+                decoder->decode(
+                    source, shown, [&](Input& input) { pieces.decode(input); }, splitting.lines_alone);
+            } else {
+                decoder->decode(source, shown);
+            }
             status = both(options, status, status_of(*decoder, options));
         } catch (const FailedExpression& failed) {
             out.flush_and_release();

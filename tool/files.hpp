@@ -7,6 +7,7 @@
 #include "tool/display.hpp"
 #include "tool/options.hpp"
 #include "tool/output/output.hpp"
+#include "tool/pieces.hpp"
 #include "tool/report/report.hpp"
 #include "tool/sessions.hpp"
 
@@ -21,6 +22,7 @@ struct FileDecoding {
     const Options& options;
     const Display& display;
     const MakeReport& make_report;
+    Splitting splitting{};
 };
 
 // Exit statuses.

@@ -1,5 +1,6 @@
 #include "tool/jobs.hpp"
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <memory>
 #include <mutex>
 #include <new>
+#include <span>
 #include <string>
 #include <system_error>
 #include <thread>
@@ -45,14 +47,17 @@ constexpr std::size_t farthest_ahead = 100;
 // Several files at once. Nothing thrown leaves a thread.
 class Jobs {
   public:
-    explicit Jobs(const FileDecoding& decoding)
-        : options_(decoding.options), display_(decoding.display), decoding_(decoding) {
-        for (const std::string& file : options_.files) jobs_.push_back(std::make_unique<Job>(file, display_));
+    Jobs(const FileDecoding& decoding, std::span<const std::string> files)
+        : options_(decoding.options),
+          display_(decoding.display),
+          decoding_{options_, display_, decoding.make_report, {.jobs = 1}} {
+        display_.progress = false;
+        for (const std::string& file : files) jobs_.push_back(std::make_unique<Job>(file, display_));
     }
 
     // As many threads as there can be: false when there is none, and nothing is done then.
-    bool start() {
-        const std::size_t wanted = std::min<std::size_t>(options_.jobs, jobs_.size());
+    bool start(unsigned jobs) {
+        const std::size_t wanted = std::min<std::size_t>(jobs, jobs_.size());
         threads_.reserve(wanted);
         try {
             while (threads_.size() < wanted) threads_.emplace_back([this]() noexcept { work(); });
@@ -62,7 +67,11 @@ class Jobs {
         return !threads_.empty();
     }
 
-    int finish() noexcept {
+    struct Ended {
+        int status;
+        int error;  // of the output
+    };
+    Ended finish() noexcept {
         int status = first_status(options_);
         int error = 0;
         std::unique_lock lock(mutex_);
@@ -82,7 +91,7 @@ class Jobs {
         lock.unlock();
         turn_has_moved_.notify_all();
         for (std::thread& thread : threads_) thread.join();
-        return status_with_output(options_, status, error);
+        return {status, error};
     }
 
   private:
@@ -132,8 +141,8 @@ class Jobs {
     }
 
     const Options& options_;
-    const Display& display_;
-    const FileDecoding& decoding_;
+    Display display_;
+    FileDecoding decoding_;
     std::vector<std::unique_ptr<Job>> jobs_;
     std::vector<std::thread> threads_;
     std::size_t next_ = 0;
@@ -143,12 +152,85 @@ class Jobs {
     std::condition_variable turn_has_moved_;
 };
 
+// A file that is worth all processors by itself.
+constexpr off_t large = off_t{4} << 20;
+
+struct Size {
+    bool regular;
+    off_t bytes;
+};
+Size size_of(const std::string& file) {
+    struct stat status {};
+    const bool regular = file != "-" && ::stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+    return {regular, regular ? status.st_size : 0};
+}
+
+bool is_large(const std::string& file) { return size_of(file).bytes >= large; }
+
+// As many jobs as there are processors, where that serves and nobody says how many.
+unsigned jobs_for(std::span<const std::string> files, const Options& options) {
+    if (options.jobs != 0) return options.jobs;
+    off_t bytes = 0;
+    for (const std::string& file : files) {
+        const Size size = size_of(file);
+        if (!size.regular) return 1;
+        bytes += size.bytes;
+    }
+    return bytes >= large ? std::max(std::thread::hardware_concurrency(), 1U) : 1;
+}
+
+// Groups of files, one behind the other.
+class Groups {
+  public:
+    explicit Groups(const FileDecoding& decoding)
+        : decoding_(decoding),
+          options_(decoding.options),
+          out_(STDOUT_FILENO, decoding.display.escapes_output),
+          diagnostics_(STDERR_FILENO, decoding.display.escapes_diagnostics),
+          status_(first_status(options_)) {}
+
+    int decode() {
+        const std::span<const std::string> files(options_.files);
+        for (std::size_t k = 0; k < files.size() && error_ == 0;) {
+            const auto rest = files.subspan(k);
+            const auto small = std::find_if(rest.begin(), rest.end(), is_large) - rest.begin();
+            const auto group = rest.first(std::max<std::size_t>(static_cast<std::size_t>(small), 1));
+            if (group.size() == 1 || !at_once(group)) one_by_one(group);
+            k += group.size();
+        }
+        return status_with_output(options_, status_, error_);
+    }
+
+  private:
+    bool at_once(std::span<const std::string> files) {
+        const unsigned count = jobs_for(files, options_);
+        if (count < 2) return false;
+        Jobs jobs(decoding_, files);
+        if (!jobs.start(count)) return false;
+        const Jobs::Ended ended = jobs.finish();
+        status_ = both(options_, status_, ended.status);
+        error_ = ended.error;
+        return true;
+    }
+
+    void one_by_one(std::span<const std::string> files) {
+        for (const std::string& file : files) {
+            if (out_.error() != 0) break;
+            status_ = both(options_, status_, decode_file(file, decoding_, nullptr, out_, diagnostics_));
+        }
+        error_ = out_.error();
+    }
+
+    const FileDecoding& decoding_;
+    const Options& options_;
+    Output out_;
+    Output diagnostics_;
+    int status_;
+    int error_ = 0;
+};
+
 }  // namespace
 
-std::optional<int> decode_at_once(const FileDecoding& decoding) {
-    Jobs jobs(decoding);
-    if (!jobs.start()) return std::nullopt;
-    return jobs.finish();
-}
+int decode_by_jobs(const FileDecoding& decoding) { return Groups(decoding).decode(); }
 
 }  // namespace ztdecode::tool

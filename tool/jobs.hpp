@@ -1,13 +1,11 @@
 #pragma once
 
-#include <optional>
-
 #include "tool/files.hpp"
 
 namespace ztdecode::tool {
 
-// Several files at once, their outputs in their order; gives the exit status. None where no thread can be
-// had: nothing is done then.
-std::optional<int> decode_at_once(const FileDecoding& decoding);
+// All files by as many jobs as the options say, their outputs in their order: a large file in pieces, others
+// several at once. Gives the exit status.
+int decode_by_jobs(const FileDecoding& decoding);
 
 }  // namespace ztdecode::tool

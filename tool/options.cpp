@@ -22,10 +22,10 @@ constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none
 constexpr auto purpose = "Readable texts for the messages in traces of telephone terminal signalling.\n";
 
 constexpr auto footer = R"(Subcommands:
-  diff                   what two traces say differently
-  ladder                 who said what to whom, as a picture
   summary                what is in traces, on one page
   findings               what is wrong in traces, by rules
+  diff                   what two traces say differently
+  ladder                 who said what to whom, as a picture
   redact                 the same trace without names, numbers, addresses, keys
 "ztdecode summary --help" says more of one. A file of that name is ./summary.
 
@@ -189,7 +189,9 @@ Arguments parse_arguments(int argc, const char* const* argv) {
     line.add_output();
     line.add_terminal();
     add_number(line.app(), "-j,--jobs", o.jobs, 1U, most_jobs,
-               "decode N files at once; the output is the same")
+               "decode with N processors, large files in\n"
+               "pieces; the output is the same (default: all\n"
+               "for files, 1 for pipes)")
         ->group("Work");
     line.add_help();
     if (const auto status = line.parse(argc, argv)) return {std::nullopt, *status};

@@ -63,10 +63,9 @@ struct Options {
     bool append = false;             // what the database holds stays in it
     std::string output;              // file that the output goes to; empty: standard output
     bool quiet = false;              // no word of what is wrong with lines
-    unsigned jobs = 1;
+    unsigned jobs = 0;               // 0: as many as there are processors, where that serves
 
     bool asks() const noexcept { return sql.has_value() || !database.empty(); }
-    bool several_at_once() const noexcept { return jobs > 1 && files.size() > 1 && join == Join::none; }
 };
 
 // The options, or the exit status where the arguments ask for nothing more (help, version) or are wrong; what

@@ -43,10 +43,8 @@ int run(const Options& options) {
     const MakeReport make = [&](const std::string& name, Output& out) {
         return make_report(name, options, shown, out);
     };
-    const FileDecoding decoding{options, shown, make};
-    if (options.several_at_once()) {
-        if (const auto status = decode_at_once(decoding)) return *status;
-    }
+    const FileDecoding decoding{options, shown, make, {.jobs = options.jobs}};
+    if (options.join == Join::none) return decode_by_jobs(decoding);
     Output out(STDOUT_FILENO, shown.escapes_output);
     Output diagnostics(STDERR_FILENO, shown.escapes_diagnostics);
     const int status = decode_files(decoding, out, diagnostics);

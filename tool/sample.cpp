@@ -69,6 +69,12 @@ void Sample::add(Line line) {
     lines_.emplace_back(line.text, std::min(line.length, longest));
 }
 
+void Sample::add(const Sample& behind) {
+    for (const std::string& line : behind.lines_) {
+        if (wants_more()) lines_.push_back(line);
+    }
+}
+
 bool Sample::describe(Text& out) const {
     constexpr std::size_t shown = 60;
     const std::string_view first = lines_.front();

@@ -16,6 +16,9 @@ class Sample {
     bool wants_more() const noexcept { return lines_.size() < most_lines; }
     void add(Line line);
 
+    // Those of the lines behind, as far as they are wanted.
+    void add(const Sample& behind);
+
     bool empty() const noexcept { return lines_.empty(); }
     // Whether some option would read them; otherwise that none does.
     bool describe(Text& out) const;

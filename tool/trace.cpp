@@ -9,6 +9,9 @@ namespace ztdecode::tool {
 
 namespace {
 
+// Of text that is held until it may go out.
+constexpr std::size_t most_of_piece = std::size_t{8} << 20;
+
 std::optional<LineLayout> line_layout(Layout layout) {
     switch (layout) {
         case Layout::line:
@@ -74,6 +77,7 @@ TraceDecoder::TraceDecoder(std::string name, std::unique_ptr<Report> report, con
     if (options.columns == Columns::seconds || options.columns == Columns::milliseconds)
         reader_.columns_are_time();
     if (options.time != TimeShown::none) times_.emplace(options.time, options.columns);
+    progress_.emplace(name_, -1, false);
 }
 
 void TraceDecoder::begin_session(Session& session) {
@@ -92,7 +96,8 @@ Session& TraceDecoder::session_of(const CapturedMessage& captured) {
     return sessions_.of_terminal(name, [this](Session& session) { begin_session(session); });
 }
 
-void TraceDecoder::decode(Source& source, int descriptor) {
+void TraceDecoder::decode(Source& source, int descriptor, const InPieces& in_pieces,
+                          std::uint64_t lines_between) {
     Input input(source, [this] {
         out_.flush();
         return out_.error() == 0;
@@ -101,7 +106,7 @@ void TraceDecoder::decode(Source& source, int descriptor) {
     if (is_binary(options_.layout)) {
         decode_binary(input);
     } else {
-        decode_text(input);
+        while (decode_text(input, in_pieces ? number_ + lines_between : all_lines)) in_pieces(input);
     }
     progress_->hide();
     end();
@@ -113,12 +118,33 @@ void TraceDecoder::decode(Source& source, int descriptor) {
     diagnostics_.flush();
 }
 
-void TraceDecoder::decode_text(Input& input) {
+// False when nothing is left, or wanted.
+bool TraceDecoder::decode_text(Input& input, std::uint64_t last_line) {
     for (Input::Next next{}; goes_on() && input.next(next);) {
         if (!next.piece) ++number_;
         if (next.piece || !plain_line(next)) text_line(next);
         message_done(input);
+        if (number_ >= last_line) return true;
     }
+    return false;
+}
+
+void TraceDecoder::decode_piece(Input& lines, std::uint64_t lines_before) {
+    in_piece_ = true;
+    number_ = lines_before;
+    decode_text(lines, all_lines);
+}
+
+TraceDecoder::Found TraceDecoder::take_found() {
+    return {number_, std::exchange(totals_, {}), std::exchange(sample_, {}), report_->take_counts()};
+}
+
+bool TraceDecoder::add(const Found& found) {
+    if (!report_->add(found.counts)) return false;
+    number_ = found.lines;
+    totals_.add(found.totals);
+    sample_.add(found.sample);
+    return true;
 }
 
 inline bool TraceDecoder::plain_line(const Input::Next& next) {
@@ -148,6 +174,7 @@ inline void TraceDecoder::plain_text(Line line, const Message& m) {
             unfinished({reader_.captured(), trail_, {}, Outcome::unknown_class});
         }
     } catch (const std::bad_alloc&) {
+        if (in_piece_) throw;
         no_memory(line);
     }
 }
@@ -190,6 +217,7 @@ void TraceDecoder::with_memory(Line line, Action action) {
     try {
         action();
     } catch (const std::bad_alloc&) {
+        if (in_piece_) throw;
         no_memory(line);
     }
 }
@@ -204,7 +232,11 @@ void TraceDecoder::no_memory(Line line) {
 }
 
 bool TraceDecoder::message(const CapturedMessage& captured) {
-    if (report_->let_out(diagnostics_.size())) complaints_go_out();
+    if (in_piece_) {
+        if (out_.text.size() > most_of_piece) throw std::bad_alloc();
+    } else if (report_->let_out(diagnostics_.size())) {
+        complaints_go_out();
+    }
     Text& text = report_->begin_message(captured);
     const std::size_t begin = text.size();
     trail_.place = number_;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <span>
@@ -39,8 +41,34 @@ class TraceDecoder : private SideChannel {
                  Output& diagnostics);
 
     // Reads to the end, or until `out` cannot be written any more. `descriptor`: of the file that the source
-    // is, -1 when it is a part of one.
-    void decode(Source& source, int descriptor);
+    // is, -1 when it is a part of one. `in_pieces` is given the input wherever pieces of it may be decoded at
+    // once; what it leaves is decoded here.
+    using InPieces = std::function<void(Input& input)>;
+    void decode(Source& source, int descriptor, const InPieces& in_pieces = nullptr,
+                std::uint64_t lines_between = 0);
+
+    // --- for pieces of a trace (tool/pieces.hpp), which others of this kind decode besides
+
+    // Decodes lines of a trace, of which so many stand in front of them. Where something comes up that the
+    // trace's own decoder has to see to, it is thrown, and this one is of no use any more.
+    void decode_piece(Input& lines, std::uint64_t lines_before);
+    // Decodes lines of the trace that come next.
+    void decode_next(Input& lines) { decode_text(lines, all_lines); }
+    // What was found in lines besides their output, since the last time; and what another one has found in
+    // those that come next. False, and nothing is done, where it would have been something else here.
+    struct Found {
+        std::uint64_t lines = 0;  // up to here
+        LineTotals totals;
+        Sample sample;
+        Counts counts{};
+    };
+    Found take_found();
+    bool add(const Found& found);
+    void show_progress(std::uint64_t bytes_read) { progress_->at(bytes_read); }
+    bool goes_on() const noexcept {
+        return out_.error() == 0 && (selected_ == nullptr || !selected_->enough());
+    }
+    const Report& report() const noexcept { return *report_; }
 
     // Lines, or messages of a binary file.
     std::uint64_t lines() const noexcept { return number_; }
@@ -51,10 +79,8 @@ class TraceDecoder : private SideChannel {
     bool matched() const noexcept { return selected_ != nullptr && selected_->matched(); }
 
   private:
-    bool goes_on() const noexcept {
-        return out_.error() == 0 && (selected_ == nullptr || !selected_->enough());
-    }
-    void decode_text(Input& input);
+    static constexpr std::uint64_t all_lines = std::numeric_limits<std::uint64_t>::max();
+    bool decode_text(Input& input, std::uint64_t last_line);
     void decode_binary(Input& input);
     void binary_message(std::span<const std::uint8_t> bytes, const Refusal& cut);
     void cut_short(const Refusal& cut);
@@ -105,6 +131,7 @@ class TraceDecoder : private SideChannel {
     std::string traced_;        // side output of the message that is being decoded
     std::uint64_t number_ = 0;  // of the line, or of the message in a binary file
     bool in_long_line_ = false;
+    bool in_piece_ = false;
     LineTotals totals_;  // but for the lines themselves
     Sample sample_;      // of lines without a message, until there is one
     bool wanting_ = false;

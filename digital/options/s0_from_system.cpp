@@ -7,9 +7,7 @@ namespace ztdecode::s0 {
 
 namespace {
 
-void segment(Decoding& d) {
-    segment_message(d, d.session().change(d.session().digital.modules).s0_from_system_total);
-}
+void segment(Decoding& d) { segment_message(d, d.session().digital.modules.s0_from_system_total); }
 
 // byte 3: which one; an unknown one has no words
 void internal_software_status_request(Decoding& d) {

@@ -43,10 +43,11 @@ Word operating_mode(const Byte& mode) noexcept { return either(mode == 1, "full 
 Word internal_status(const Byte& code) noexcept { return internal_statuses[code]; }
 
 // Segments count down to 0. One that comes before any first segment is shown against a total of 0.
-void segment_message(Decoding& d, std::int32_t& total) {
+void segment_message(Decoding& d, Remembered<std::int32_t>& announced) {
     const bool first = d.bit(3, 7).holds;
     const std::int32_t to_come = d[3].number & 0x7F;
-    if (first) total = to_come + 1;
+    if (first) d.session().set_anew(announced) = to_come + 1;
+    const std::int32_t total = *announced;
     d.print("segment message {segment}/"_cf, d[3].as(total - to_come));
     d.on(d.bit(3, 7));
     d.value("segments", Value<std::int32_t>{total, first ? d[3].place : Place{}});

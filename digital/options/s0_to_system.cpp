@@ -33,9 +33,7 @@ constexpr auto release_causes = names({{0x00, "request ack."},
                                        {0x09, "internal ressource not available"}},
                                       "inconnue");
 
-void segment(Decoding& d) {
-    segment_message(d, d.session().change(d.session().digital.modules).s0_to_system_total);
-}
+void segment(Decoding& d) { segment_message(d, d.session().digital.modules.s0_to_system_total); }
 
 // byte 4: state of the star
 void state_response(Decoding& d) {

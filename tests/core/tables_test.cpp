@@ -38,7 +38,7 @@ void write_length(Decoding& d) { d.print("{-} bytes"_cf, d.length()); }
 
 void to_hub(Decoding& d) {
     d.route = route_hub;
-    d.session().change(d.session().digital.modules).types[0] = 5;
+    d.session().change(d.session().digital.modules.types[0]) = 5;
     d.add("to the hub");
 }
 
@@ -81,7 +81,7 @@ TEST(Opcodes, DecodersMayChangeRouteAndSession) {
     EXPECT_EQ(d.route, route_digital);
     EXPECT_TRUE(routed.write(d, d[1]));
     EXPECT_EQ(d.route, route_hub);
-    EXPECT_EQ(session.digital.modules->types[0], 5);
+    EXPECT_EQ(*session.digital.modules.types[0], 5);
     EXPECT_FALSE(routed.write(d, d[0]));
     EXPECT_EQ(out.view(), "staysto the hubother");
 }

@@ -71,8 +71,8 @@ TEST(OptionLabel, AllTypeBitsSetShowWhatIsRemembered) {
     Session session;
     for (unsigned type = 0; type < 32; ++type) {
         for (unsigned address = 0; address < 8; ++address) {
-            session.change(session.digital.modules).types.fill(31);
-            session.change(session.digital.modules).types[address] = static_cast<std::uint8_t>(type);
+            for (auto& each : session.digital.modules.types) session.change(each) = 31;
+            session.change(session.digital.modules.types[address]) = static_cast<std::uint8_t>(type);
             EXPECT_EQ(label_of(session, 0xF8 | address), label(type, address));
         }
     }
@@ -138,7 +138,7 @@ TEST(SubDeviceMessage, TheLabelShowsWhatWasRememberedBefore) {
     EXPECT_EQ(d.with(digital::to_system, "04 2a 01", to_dhs), "[opt Z adr 2] off hook");
     EXPECT_EQ(d.with(digital::to_system, "04 fa 01", to_dhs), "[opt Z adr 2] subdev message");
     EXPECT_EQ(d.with(digital::to_system, "04 fa 01", to_dhs), "[opt ??? adr 2] subdev message");
-    EXPECT_EQ(d.session().digital.modules->types[2], 31);
+    EXPECT_EQ(*d.session().digital.modules.types[2], 31);
     EXPECT_EQ(d.with(digital::to_system, "04 fa 9f 02", to_dhs), "[opt ??? adr 2] illegal command");
     EXPECT_EQ(d.with(digital::to_system, "04 fb 00", to_dhs), "[opt V24 adr 3] subdev message");
 }
@@ -148,7 +148,7 @@ TEST(SubDeviceMessage, EveryTypeIsRemembered) {
     for (unsigned type = 0; type < 32; ++type) {
         for (unsigned address = 0; address < 8; ++address) {
             d.with(digital::to_system, message(type, address, "00"), to_dhs);
-            EXPECT_EQ(d.session().digital.modules->types[static_cast<std::size_t>(address)], type);
+            EXPECT_EQ(*d.session().digital.modules.types[static_cast<std::size_t>(address)], type);
         }
         for (unsigned address = 0; address < 8; ++address) {
             EXPECT_EQ(d.with(digital::from_system, formatted("02 {-:02x} 7f"_cf, address))
@@ -322,8 +322,8 @@ TEST(SubDeviceCommand, RemembersNothing) {
     d.with(digital::to_system, "04 2a 00", to_dhs);
     EXPECT_EQ(d.with(digital::from_system, "02 0a 26"), "[opt Z adr 2] terminal type");
     EXPECT_EQ(d.with(digital::from_system, "02 fa 26"), "[opt Z adr 2] terminal type");
-    EXPECT_EQ(d.session().digital.modules->types[2], 5);
-    EXPECT_EQ(d.session().digital.modules->types[1], 0);
+    EXPECT_EQ(*d.session().digital.modules.types[2], 5);
+    EXPECT_EQ(*d.session().digital.modules.types[1], 0);
 }
 
 TEST(SubDeviceCommand, AddressesAreTheirOwn) {

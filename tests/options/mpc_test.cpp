@@ -95,12 +95,12 @@ TEST(DecodeMpc, EmulatedMessageIsReadInTheSameDirectionEitherWay) {
 TEST(DecodeMpc, EmulatedSetTeachesTheTypeOfItsModules) {
     TestSession d;
     EXPECT_EQ(d.with(mpc::to_system, "04 10 26 04 2d 01"), "VTA emulation: [opt Z adr 5] off hook");
-    EXPECT_EQ(d.session().digital.modules->types[5], 5);
+    EXPECT_EQ(*d.session().digital.modules.types[5], 5);
     // Bytes 5 to 7 of the set's message, which has five, are those of the carrying one: 00 03 04.
     EXPECT_EQ(
         d.with(mpc::to_system, "04 10 26 1f 01 00 03 04"),
         "VTA emulation: reset soft, set-03 alpha, soft=3.04, vta type=1, info1=4, info2=0, hard cfg=00, dec");
-    EXPECT_EQ(d.session().digital.modules->types[5], 31);
+    EXPECT_EQ(*d.session().digital.modules.types[5], 31);
 }
 
 TEST(DecodeMpc, EmulationInsideEmulationKeepsBothLabels) {
@@ -117,10 +117,10 @@ TEST(DecodeMpc, EmulationInsideEmulationKeepsBothLabels) {
 // inside.
 TEST(DecodeMpc, EmulationInsideEmulationRemembersInOrder) {
     TestSession d;
-    d.session().change(d.session().digital.modules).types[3] = 5;
+    d.session().change(d.session().digital.modules.types[3]) = 5;
     EXPECT_EQ(d.with(mpc::to_system, "04 10 26 04 13 26 04 fb 00"),
               "VTA emulation: [opt mac/pc adr 3] VTA emulation: [opt mac/pc adr 3] subdev message");
-    EXPECT_EQ(d.session().digital.modules->types[3], 31);
+    EXPECT_EQ(*d.session().digital.modules.types[3], 31);
 }
 
 // Dropping three bytes leaves those behind the message's end where they stood.
@@ -157,7 +157,7 @@ TEST(DecodeMpc, EmulationsFillTheLongestMessage) {
     data.insert(data.end(), {0x01, 0x00});
     ASSERT_EQ(data.size(), message_capacity);
     TestSession d;
-    d.session().change(d.session().digital.modules).types[0] = 2;
+    d.session().change(d.session().digital.modules.types[0]) = 2;
     Text out;
     decode_message(mpc::to_system, d, Message(data), out);
     EXPECT_EQ(out.view(), expected + "handset off hook");

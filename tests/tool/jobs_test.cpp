@@ -139,6 +139,79 @@ TEST_F(Jobs, AClosedPipeEndsItQuietly) {
     EXPECT_EQ(ended.error, "");
 }
 
+// Long enough for pieces, with messages that teach later ones and lines that are refused.
+std::string long_trace() {
+    std::string text;
+    for (int i = 0; i < 260000; ++i) {
+        char line[64];
+        std::snprintf(line, sizeof line, "%06dR 02 03 %02x\n", i % 1000000, i % 12);
+        text += line;
+        if (i % 1000 == 500) text += "000001R 05 04 08 0e 01 00\n000002S 03 02 00 0e\n";
+        if (i % 7000 == 600) text += "000003S 09 03\nlink up\n";
+        if (i % 7000 == 800) text += "000004S 05 0c 80 00 01 21\n";
+    }
+    return text + "000005S 07 0c 81 00 09 21 04 03";
+}
+
+TEST_F(Jobs, ALongTraceInPiecesIsTheSame) {
+    add(long_trace());
+    for (const char* asked : {"", " --format ndjson", " --check", " --count --link digital",
+                              " --max-count 150000 --to-system", " --time absolute", " -C 1 --refused"}) {
+        const Ended expected = shell(std::string("--jobs 1") + asked + list_);
+        for (const char* jobs : {"", "--jobs 2", "--jobs 5"}) {
+            const Ended ended = shell(jobs + std::string(asked) + list_);
+            EXPECT_TRUE(ended.output == expected.output) << jobs << asked;
+            EXPECT_EQ(ended.error, expected.error) << jobs << asked;
+            EXPECT_EQ(ended.status, expected.status) << jobs << asked;
+        }
+    }
+}
+
+// Text and complaints stand in the same order where both go to one place.
+TEST_F(Jobs, ALongTraceKeepsTheOrderOfBothOutputs) {
+    add(long_trace());
+    const std::string expected = shell("--jobs 1" + list_, "2>&1").output;
+    EXPECT_TRUE(shell("--jobs 2" + list_, "2>&1").output == expected);
+    EXPECT_TRUE(shell("--jobs 2", "2>&1 <" + list_ + " | sed 's/ztdecode: -:/ztdecode: /'").output ==
+                shell("--jobs 1", "2>&1 <" + list_ + " | sed 's/ztdecode: -:/ztdecode: /'").output);
+}
+
+TEST_F(Jobs, ALongTraceComesThroughAPipeOrIsPacked) {
+    add(long_trace());
+    const std::string expected = shell("--jobs 1 --quiet" + list_).output;
+    const std::string tool = quoted(ZTDECODE_TOOL_FILE) + " --jobs 2 --quiet";
+    EXPECT_TRUE(run({"/bin/sh", "-c", "cat" + list_ + " | " + tool}).output == expected);
+    EXPECT_TRUE(run({"/bin/sh", "-c", "gzip -1c" + list_ + " | " + tool}).output == expected);
+}
+
+TEST_F(Jobs, LongTracesAmongOthersKeepTheirOrder) {
+    add(trace(10, 0));
+    add(trace(10, 100));
+    add(long_trace());
+    add(trace(10, 200));
+    add(long_trace());
+    const Ended expected = shell("--jobs 1" + list_);
+    const Ended ended = shell("--jobs 2" + list_);
+    EXPECT_TRUE(ended.output == expected.output);
+    EXPECT_EQ(ended.error, expected.error);
+    EXPECT_EQ(ended.status, 1);
+    EXPECT_TRUE(shell("--jobs 2 --join" + list_).output == shell("--jobs 1 --join" + list_).output);
+}
+
+TEST_F(Jobs, AClosedPipeEndsALongTraceQuietly) {
+    add(long_trace());
+    const Ended ended = shell("--jobs 2 --quiet" + list_, "| head -n 1");
+    EXPECT_EQ(ended.output, "000000R 02 03 00\n");
+    EXPECT_EQ(ended.error, "");
+}
+
+TEST_F(Jobs, AFullDeviceEndsALongTrace) {
+    add(long_trace());
+    const Ended ended = shell("--jobs 2 --quiet" + list_, ">/dev/full");
+    EXPECT_EQ(ended.error, "ztdecode: standard output: No space left on device\n");
+    EXPECT_EQ(ended.status, 2);
+}
+
 // The second file has no end.
 TEST_F(Jobs, AClosedPipeEndsFilesThatAreBeingDecoded) {
     add(trace(100000, 0));

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <limits>
 #include <string_view>
 
 #include "core/text.hpp"
@@ -40,7 +41,13 @@ class Output {
         }
     }
 
-    void flush();
+    virtual void flush();
+    // What stands behind all that was written so far, without a copy.
+    void pass(std::string_view words) {
+        flush();
+        if (!words.empty() && error_ == 0) send(words);
+        sent_ += words.size();
+    }
     // Gives the memory of what has gone out back as well.
     void flush_and_release() {
         flush();
@@ -51,7 +58,7 @@ class Output {
     // Whole pages go out, the rest stays: a file takes those with less work than pieces of pages.
     void flush_when_full() {
         forget_kept();
-        if (text.size() >= enough) send_first(text.size() - (sent_ + text.size()) % page);
+        if (text.size() >= enough_) send_first(text.size() - (sent_ + text.size()) % page);
     }
     // 0, or the errno of the first write that failed; nothing is written any more then.
     int error() const noexcept { return error_; }
@@ -60,6 +67,8 @@ class Output {
     // The text's way out.
     virtual void send(std::string_view words) { write(words); }
 
+    // All that is written stays in `text`.
+    void hold_all() noexcept { enough_ = std::numeric_limits<std::size_t>::max(); }
     int descriptor() const noexcept { return descriptor_; }
     void write(std::string_view words) { fail(write_whole(descriptor_, words)); }
     void fail(int error) noexcept { error_ = error; }
@@ -77,6 +86,7 @@ class Output {
     int descriptor_;
     bool escapes_;
     int error_ = 0;
+    std::size_t enough_ = enough;
     std::size_t sent_ = 0;
     std::size_t kept_ = 0;  // characters at the front of `text` that have gone out
 };

@@ -1,5 +1,8 @@
 #include "tool/report/check.hpp"
 
+#include <algorithm>
+#include <numeric>
+
 #include "tool/output/control.hpp"
 
 namespace ztdecode::tool {
@@ -9,24 +12,24 @@ Text& CheckReport::begin_message(const CapturedMessage& /*captured*/) {
     return decoded_;
 }
 
-std::uint64_t& CheckReport::kind_of(const Said& said) {
-    if (said.captured.cut_short > 0) return totals_.cut_short;
-    if (said.captured.left_over > 0) return totals_.left_over;
+CheckReport::Kind CheckReport::kind_of(const Said& said) {
+    if (said.captured.cut_short > 0) return cut_short;
+    if (said.captured.left_over > 0) return left_over;
     record_.take(said.trail, said.text, *said.captured.message, said.outcome);
-    bool missing = said.captured.padded > 0;
+    bool lacks_bytes = said.captured.padded > 0;
     for (std::size_t k = 0; k < record_.size(); ++k) {
         const Record::Part& part = record_.part(k);
-        if (part.unknown > 0 || part.decoded == Decoded::unknown) return totals_.unknown;
-        missing = missing || part.missing > 0;
+        if (part.unknown > 0 || part.decoded == Decoded::unknown) return unknown;
+        lacks_bytes = lacks_bytes || part.missing > 0;
     }
-    return missing ? totals_.missing : totals_.decoded;
+    return lacks_bytes ? missing : decoded;
 }
 
 void CheckReport::message(const Said& said) {
-    std::uint64_t& kind = kind_of(said);
-    ++kind;
+    const Kind kind = kind_of(said);
+    ++totals_[kind];
     for (const NotedMessage& noted : said.trail.messages()) {
-        if (noted.name == "segment") last_segment_ = &kind;
+        if (noted.name == "segment") last_segment_ = kind;
     }
 }
 
@@ -38,10 +41,25 @@ void CheckReport::no_memory() {
     record_ = Record();
 }
 
+Counts CheckReport::take_counts() {
+    Counts counts{};
+    std::copy(totals_.begin(), totals_.end(), counts.begin());
+    counts.back() = last_segment_;
+    totals_ = {};
+    last_segment_ = no_segment;
+    return counts;
+}
+
+bool CheckReport::add(const Counts& counts) {
+    for (std::size_t k = 0; k < totals_.size(); ++k) totals_[k] += counts[k];
+    if (counts.back() != no_segment) last_segment_ = static_cast<std::size_t>(counts.back());
+    return true;
+}
+
 bool CheckReport::end(const LineTotals& totals, std::uint64_t cut) {
-    for (; cut > 0 && last_segment_ != nullptr && *last_segment_ > 0; --cut) {
-        --*last_segment_;
-        ++totals_.cut_short;
+    for (; cut > 0 && last_segment_ != no_segment && totals_[last_segment_] > 0; --cut) {
+        --totals_[last_segment_];
+        ++totals_[cut_short];
     }
     Text& out = out_.text;
     out_.add_name(file_);
@@ -50,13 +68,13 @@ bool CheckReport::end(const LineTotals& totals, std::uint64_t cut) {
     out.add("\n");
     out_.add_name(file_);
     out.add(": ");
-    add_count(totals_.messages(), "message", out);
+    add_count(std::accumulate(totals_.begin(), totals_.end(), std::uint64_t{0}), "message", out);
     out.print(
         " = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + {-} cut short by "
         "the "
         "file's end\n"_cf,
-        totals_.decoded, totals_.unknown, totals_.missing, totals_.left_over, totals_.cut_short);
-    return totals.refused + totals_.unknown + totals_.left_over + totals_.cut_short == 0;
+        totals_[decoded], totals_[unknown], totals_[missing], totals_[left_over], totals_[cut_short]);
+    return totals.refused + totals_[unknown] + totals_[left_over] + totals_[cut_short] == 0;
 }
 
 }  // namespace ztdecode::tool

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <string_view>
@@ -29,29 +31,23 @@ class CheckReport final : public Report {
     void end_line(std::uint64_t /*number*/, Line /*line*/) override {}
     bool let_out(std::size_t /*besides*/) override { return false; }
     void no_memory() override;
+    bool can_be_told_in_pieces() const override { return true; }
+    Counts take_counts() override;
+    bool add(const Counts& counts) override;
     bool end(const LineTotals& totals, std::uint64_t cut) override;
 
   private:
-    // What a message is counted as: the first of these that it is.
-    struct Totals {
-        std::uint64_t decoded = 0;
-        std::uint64_t unknown = 0;
-        std::uint64_t missing = 0;
-        std::uint64_t left_over = 0;
-        std::uint64_t cut_short = 0;
-
-        std::uint64_t messages() const noexcept {
-            return decoded + unknown + missing + left_over + cut_short;
-        }
-    };
-    std::uint64_t& kind_of(const Said& said);
+    // What a message is counted as: the first of these that it is, from the last one on.
+    enum Kind : std::size_t { decoded, missing, unknown, left_over, cut_short, kinds };
+    static constexpr std::size_t no_segment = kinds;
+    Kind kind_of(const Said& said);
 
     std::string_view file_;
     Output& out_;
     Text decoded_;  // the text of a message
     Record record_;
-    Totals totals_;
-    std::uint64_t* last_segment_ = nullptr;  // what the last segment of a message was counted as
+    std::array<std::uint64_t, kinds> totals_{};
+    std::size_t last_segment_ = no_segment;  // what the last segment of a message was counted as
 };
 
 }  // namespace ztdecode::tool

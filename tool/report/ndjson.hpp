@@ -37,6 +37,7 @@ class NdjsonReport final : public Report {
     void refused(std::uint64_t number, Line line, const Refusal& refusal) override;
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t besides) override;
+    bool can_be_told_in_pieces() const override { return true; }
     void no_memory() override;
     bool end(const LineTotals& /*totals*/, std::uint64_t /*cut*/) override { return true; }
 

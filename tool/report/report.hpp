@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <optional>
@@ -21,6 +22,9 @@ struct Said {
     std::string_view text;
     Outcome outcome;
 };
+
+// What a report counts, each in an order of its own.
+using Counts = std::array<std::uint64_t, 6>;
 
 // One form of what a trace says. It is told of everything in a trace, in the trace's order, and writes it.
 class Report {
@@ -60,6 +64,14 @@ class Report {
     virtual bool let_out(std::size_t besides) = 0;
     // There is no memory for the message: what was written of it is taken back, and the memory given back.
     virtual void no_memory() = 0;
+
+    // A trace may be told in pieces, each to a report of its own: whether what they write, one behind the
+    // other, is what one would have written.
+    virtual bool can_be_told_in_pieces() const { return false; }
+    // What was counted since the last time; and what another one has counted. False, and nothing is done,
+    // where this one would not have said the same.
+    virtual Counts take_counts() { return {}; }
+    virtual bool add(const Counts& /*counts*/) { return true; }
 
     // The trace is done: what became of its lines, and how many messages its end cuts between their segments.
     // False when the report asks for more than it got.

@@ -30,6 +30,13 @@ struct LineTotals {
         blank += verdict == LineVerdict::blank ? 1U : 0U;
         comment += verdict == LineVerdict::comment ? 1U : 0U;
     }
+    void add(const LineTotals& others) noexcept {
+        lines += others.lines;
+        refused += others.refused;
+        no_trace_line += others.no_trace_line;
+        blank += others.blank;
+        comment += others.comment;
+    }
 };
 
 // "1 byte", "2 bytes"

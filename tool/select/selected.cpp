@@ -198,6 +198,13 @@ void Selected::no_memory() {
     past_size_ = 0;
 }
 
+// The piece with the last one that is wanted is told to this one itself.
+bool Selected::add(const Counts& counts) {
+    if (counts.front() >= selection_options_.most - matched_) return false;
+    matched_ += static_cast<std::size_t>(counts.front());
+    return true;
+}
+
 bool Selected::end(const LineTotals& totals, std::uint64_t cut) {
     if (selection_options_.count) {
         if (options_.file_names) {

@@ -6,6 +6,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 
 #include "tool/output/output.hpp"
 #include "tool/report/report.hpp"
@@ -55,6 +56,12 @@ class Selected final : public Report {
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t besides) override;
     void no_memory() override;
+    // Context belongs to messages of other pieces.
+    bool can_be_told_in_pieces() const override {
+        return before_ == 0 && after_ == 0 && shown_->can_be_told_in_pieces();
+    }
+    Counts take_counts() override { return {std::exchange(matched_, 0)}; }
+    bool add(const Counts& counts) override;
     // Says how many messages there were, where that is what is asked for.
     bool end(const LineTotals& totals, std::uint64_t cut) override;
 
