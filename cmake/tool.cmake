@@ -19,7 +19,9 @@ set_source_files_properties(
 
 if(ZTDECODE_SANITIZED)
     # CLI11 is many templates that run once: optimising what the sanitizers add to them takes half a minute.
-    set_source_files_properties(${PROJECT_SOURCE_DIR}/tool/options.cpp PROPERTIES COMPILE_OPTIONS -O0)
+    file(GLOB command_lines CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/tool/*_command.cpp)
+    set_source_files_properties(${PROJECT_SOURCE_DIR}/tool/options.cpp ${PROJECT_SOURCE_DIR}/tool/command_line.cpp
+        ${command_lines} PROPERTIES COMPILE_OPTIONS -O0)
     # RapidJSON's stack adds to a null pointer before it has room.
     set_source_files_properties(${PROJECT_SOURCE_DIR}/tool/report/ndjson.cpp
         PROPERTIES COMPILE_OPTIONS -fno-sanitize=pointer-overflow)

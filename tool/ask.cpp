@@ -118,7 +118,7 @@ class Asking {
         Database database(connection);
         for (const std::string& file : options_.files) add_trace(file, database);
         if (options_.join != Join::none) {
-            Diagnostics of_last(options_.files.back(), diagnostics_);
+            Diagnostics of_last(options_.files.back(), diagnostics_, options_.quiet);
             complain_of_cuts(joined_, of_last, false);
             diagnostics_.flush();
         }

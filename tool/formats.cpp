@@ -36,7 +36,11 @@ std::unique_ptr<Report> make_whole_report(std::string_view file, const Options& 
 
 std::unique_ptr<Report> make_report(std::string_view file, const Options& options, const Display& display,
                                     Output& out) {
-    auto whole = make_whole_report(file, options, display, out);
+    return only_selected(file, options, make_whole_report(file, options, display, out), out);
+}
+
+std::unique_ptr<Report> only_selected(std::string_view file, const Options& options,
+                                      std::unique_ptr<Report> whole, Output& out) {
     if (!options.selection.any()) return whole;
     const bool member = !options.files.empty() && file != options.files.front();
     return std::make_unique<Selected>(file, options.selection,

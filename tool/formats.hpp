@@ -15,4 +15,8 @@ namespace ztdecode::tool {
 std::unique_ptr<Report> make_report(std::string_view file, const Options& options, const Display& display,
                                     Output& out);
 
+// A report that is told of the selected messages alone, where the options select some.
+std::unique_ptr<Report> only_selected(std::string_view file, const Options& options,
+                                      std::unique_ptr<Report> whole, Output& out);
+
 }  // namespace ztdecode::tool

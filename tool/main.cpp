@@ -1,5 +1,6 @@
 #include <sys/resource.h>
 
+#include <csignal>
 #include <cstddef>
 #include <cstdio>
 #include <exception>
@@ -7,6 +8,7 @@
 
 #include "tool/options.hpp"
 #include "tool/run.hpp"
+#include "tool/subcommands.hpp"
 
 namespace {
 
@@ -27,6 +29,10 @@ namespace {
 int main(int argc, char** argv) {
     ask_for_stack();
     try {
+        std::signal(SIGPIPE, SIG_IGN);
+        std::signal(SIGXFSZ, SIG_IGN);  // a file that may not grow any more is a write that fails
+        if (const auto* const one = ztdecode::tool::subcommand(argc, argv))
+            return one->run(argc - 1, argv + 1);
         const auto arguments = ztdecode::tool::parse_arguments(argc, argv);
         return arguments.options ? ztdecode::tool::run(*arguments.options) : arguments.status;
     } catch (const std::bad_alloc&) {

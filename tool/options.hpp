@@ -60,6 +60,8 @@ struct Options {
     std::optional<std::string> sql;  // a question to all files
     std::string database;            // where their messages go; empty: nowhere that stays
     bool append = false;             // what the database holds stays in it
+    std::string output;              // file that the output goes to; empty: standard output
+    bool quiet = false;              // no word of what is wrong with lines
     unsigned jobs = 1;
 
     bool asks() const noexcept { return sql.has_value() || !database.empty(); }
@@ -72,6 +74,6 @@ struct Arguments {
     std::optional<Options> options;
     int status = 0;
 };
-Arguments parse_arguments(int argc, char** argv);
+Arguments parse_arguments(int argc, const char* const* argv);
 
 }  // namespace ztdecode::tool

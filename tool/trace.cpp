@@ -60,7 +60,7 @@ TraceDecoder::TraceDecoder(std::string name, std::unique_ptr<Report> report, con
       display_(display),
       others_follow_(others_follow),
       out_(out),
-      diagnostics_(name_, diagnostics),
+      diagnostics_(name_, diagnostics, options.quiet),
       report_(std::move(report)),
       selected_(dynamic_cast<Selected*>(report_.get())),
       plain_(plain_report(*report_, options)),
@@ -108,11 +108,7 @@ void TraceDecoder::decode(Source& source, int descriptor) {
     out_.flush();
     if (!input.error().empty()) {
         unreadable_ = true;
-        if (number_ == 0) {
-            diagnostics_.of_file(input.error());
-        } else {
-            diagnostics_.of_line(number_, input.error());
-        }
+        diagnostics_.unreadable(number_, input.error());
     }
     diagnostics_.flush();
 }

@@ -13,6 +13,18 @@ void complain_of_file(std::string_view name, std::string_view why, Output& out) 
 }
 
 void Diagnostics::of_line(std::uint64_t number, std::string_view why, std::size_t column) {
+    if (!quiet_) say_of_line(number, why, column);
+}
+
+void Diagnostics::unreadable(std::uint64_t number, std::string_view why) {
+    if (number == 0) {
+        complain_of_file(name_, why, out_);
+    } else {
+        say_of_line(number, why, 0);
+    }
+}
+
+void Diagnostics::say_of_line(std::uint64_t number, std::string_view why, std::size_t column) {
     Text& text = out_.text;
     do {
         const std::string_view line = why.substr(0, why.find('\n'));

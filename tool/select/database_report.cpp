@@ -1,7 +1,5 @@
 #include "tool/select/database_report.hpp"
 
-#include "tool/output/control.hpp"
-
 namespace ztdecode::tool {
 
 namespace {
@@ -29,20 +27,9 @@ void DatabaseReport::begin_line(Line /*line*/) { said_ = false; }
 
 void DatabaseReport::begin_bytes(std::span<const std::uint8_t> /*bytes*/) { said_ = true; }
 
-Text& DatabaseReport::begin_message(const CapturedMessage& /*captured*/) {
-    decoded_.clear();
-    return decoded_;
-}
-
-void DatabaseReport::message(const Said& said) {
+void DatabaseReport::record(const CapturedMessage& captured, const Record& record) {
     said_ = true;
-    record_.take(said.trail, said.text, *said.captured.message, said.outcome);
-    database_.message(said.captured, record_);
-}
-
-void DatabaseReport::unfinished(const Said& said, Text& why) {
-    message(said);
-    add_uncoloured(said.text, why);
+    database_.message(captured, record);
 }
 
 void DatabaseReport::refused(std::uint64_t number, Line line, const Refusal& refusal) {
@@ -53,11 +40,6 @@ void DatabaseReport::refused(std::uint64_t number, Line line, const Refusal& ref
 // A trace line can be without a message: one that announces none.
 void DatabaseReport::end_line(std::uint64_t number, Line line) {
     if (!said_) database_.line(number, "no_message", {line.text, line.length});
-}
-
-void DatabaseReport::no_memory() {
-    decoded_ = Text();
-    record_ = Record();
 }
 
 }  // namespace ztdecode::tool

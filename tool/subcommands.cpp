@@ -1,0 +1,23 @@
+#include "tool/subcommands.hpp"
+
+#include <algorithm>
+#include <array>
+
+namespace ztdecode::tool {
+
+std::span<const Subcommand> subcommands() noexcept {
+    static constexpr auto all = std::to_array<Subcommand>({
+        {"summary", "what is in traces, on one page", run_summary},
+    });
+    return all;
+}
+
+const Subcommand* subcommand(int argc, const char* const* argv) noexcept {
+    if (argc < 2) return nullptr;
+    const auto all = subcommands();
+    const auto* const found = std::find_if(all.data(), all.data() + all.size(),
+                                           [&](const Subcommand& one) { return one.name == argv[1]; });
+    return found == all.data() + all.size() ? nullptr : found;
+}
+
+}  // namespace ztdecode::tool
