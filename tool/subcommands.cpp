@@ -8,6 +8,7 @@ namespace ztdecode::tool {
 std::span<const Subcommand> subcommands() noexcept {
     static constexpr auto all = std::to_array<Subcommand>({
         {"summary", "what is in traces, on one page", run_summary},
+        {"report", "traces as a page for any browser", run_report},
     });
     return all;
 }

@@ -20,5 +20,6 @@ std::span<const Subcommand> subcommands() noexcept;
 const Subcommand* subcommand(int argc, const char* const* argv) noexcept;
 
 int run_summary(int argc, const char* const* argv);
+int run_report(int argc, const char* const* argv);
 
 }  // namespace ztdecode::tool

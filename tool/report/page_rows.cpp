@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <concepts>
 #include <utility>
 
 #include "core/data.hpp"
@@ -88,11 +89,17 @@ std::uint64_t up_to_end(std::size_t begin, std::size_t end, std::size_t size) {
     return end == size ? 0 : 1 + (end - begin);
 }
 
+// What is the case, the first one as the lowest bit.
+template <std::same_as<bool>... Bits>
+std::uint64_t flags(Bits... bits) {
+    std::uint64_t all = 0;
+    std::uint64_t bit = 1;
+    ((all |= bits ? bit : 0, bit <<= 1), ...);
+    return all;
+}
+
 }  // namespace
 
-// Shapes of words and fields begin with such numbers.
-enum WordFlags : std::uint8_t { shows_value = 1, lacks_bytes = 2, has_source = 4, value_known = 8 };
-enum FieldFlags : std::uint8_t { field_known = 1, field_lacks_bytes = 2 };
 // How a field's value follows from the word that shows it.
 enum class Form : unsigned char { as_shown, hexadecimal, stored, flag, digits };
 
@@ -156,8 +163,8 @@ void PageRows::other(std::uint32_t kind, std::uint64_t line, std::string_view co
     });
 }
 
-// The columns in front of a message mostly count up. 0: there are none, 1: words, 2: the difference to the last
-// number. Then what a log wrote in front, and the time.
+// The columns in front of a message mostly count up. 0: there are none, 1: words, 2: the difference to the
+// last number. Then what a log wrote in front, and the time.
 void PageRows::place(const CapturedMessage& captured) {
     if (!captured.has_columns) {
         places_.number(0);
@@ -174,7 +181,8 @@ void PageRows::place(const CapturedMessage& captured) {
     behind(captured.time, time_);
 }
 
-// Words that mostly begin like the last ones: how many characters they have in common, and what stands behind.
+// Words that mostly begin like the last ones: how many characters they have in common, and what stands
+// behind.
 void PageRows::behind(std::string_view words, std::string& before) {
     const auto [mine, theirs] = std::ranges::mismatch(words, before);
     const auto common = static_cast<std::size_t>(mine - words.begin());
@@ -215,13 +223,13 @@ void PageRows::word(const Record& record, std::uint32_t index, const Stretch& st
     const auto own = has_bytes ? record.part(source).bytes : std::span<const std::uint8_t>();
     const auto bytes = has_bytes ? record.trail().bytes_of(stretch) : std::span<const ByteRange>();
     const bool known = shows && values[stretch.value].meaning.known;
-    shape_.number((shows ? shows_value : 0U) | (stretch.missing ? lacks_bytes : 0U) |
-                  (source != 0 && has_bytes ? has_source : 0U) | (known ? value_known : 0U));
+    shape_.number(flags(shows, stretch.missing, source != 0 && has_bytes, known));
     if (source != 0 && has_bytes) shape_.number(source);
     ranges(bytes, own.size());
     const Record::Part& whole = record.part(0);
     const std::uint32_t end = std::min(stretch.end, whole.end);
-    const std::string_view shown = record.text(whole).substr(stretch.begin - whole.begin, end - stretch.begin);
+    const std::string_view shown =
+        record.text(whole).substr(stretch.begin - whole.begin, end - stretch.begin);
     if (shows) {
         word_of_[stretch.value] = index + 1;
         value(values[stretch.value], shown, bytes_of(bytes, own));
@@ -259,7 +267,7 @@ void PageRows::value(const NotedValue& value, std::string_view shown, std::span<
     } else if (n > 0 && shown == characters(from)) {
         rule = Rule::same_bytes;
     } else if (n == 1) {
-        rule = decimal(from[0]) == shown                       ? Rule::decimal
+        rule = decimal(from[0]) == shown                      ? Rule::decimal
                : digits(from[0], "0123456789abcdef") == shown ? Rule::hex
                : digits(from[0], "0123456789ABCDEF") == shown ? Rule::upper_hex
                                                               : Rule::stored;
@@ -304,18 +312,18 @@ void PageRows::field(const Record& record, std::uint32_t part, std::uint32_t ind
     const std::string_view said = data::value(value.meaning, shown, room_.data());
     const bool has_word = word_of_[index] != 0;
     const Kind kind = value.meaning.kind;
-    const Form form = !has_word                          ? Form::stored
-                      : kind == Kind::flag               ? Form::flag
-                      : kind == Kind::bytes              ? Form::digits
-                      : said == without_punctuation(shown) ? Form::as_shown
-                      : kind == Kind::number && value.meaning.tenths == 0 &&
-                              is_hexadecimal_of(shown, value.meaning.number)
-                          ? Form::hexadecimal
-                          : Form::stored;
+    const Form form =
+        !has_word                            ? Form::stored
+        : kind == Kind::flag                 ? Form::flag
+        : kind == Kind::bytes                ? Form::digits
+        : said == without_punctuation(shown) ? Form::as_shown
+        : kind == Kind::number && value.meaning.tenths == 0 && is_hexadecimal_of(shown, value.meaning.number)
+            ? Form::hexadecimal
+            : Form::stored;
     shape_.number(part);
     shape_.number(name);
     shape_.number(static_cast<std::uint64_t>(kind));
-    shape_.number((value.meaning.known ? field_known : 0U) | (value.missing ? field_lacks_bytes : 0U));
+    shape_.number(flags(value.meaning.known, value.missing));
     shape_.number(word_of_[index]);
     shape_.number(static_cast<std::uint64_t>(form));
     if (form == Form::stored) values_.words(said);
@@ -335,7 +343,7 @@ void PageRows::part(const Record& record, std::uint32_t k) {
     shape_.number(noted.code == NotedMessage::no_code ? 0 : std::uint64_t{noted.code} + 1);
     shape_.number(part.unknown);
     shape_.number(part.missing);
-    if (k == 0) return; // The rest is known of its kind.
+    if (k == 0) return;  // The rest is known of its kind.
     shape_.number(part.carrier);
     shape_.words(noted.link);
     shape_.words(noted.name);
@@ -356,14 +364,15 @@ void PageRows::part(const Record& record, std::uint32_t k) {
     const std::uint32_t source = sources_[index] == NotedMessage::no_message ? 0 : sources_[index];
     shape_.number(source);
     shape_.number(noted.origin);
-    shape_.number(up_to_end(noted.origin, noted.origin + part.bytes.size(), record.part(source).bytes.size()));
+    shape_.number(
+        up_to_end(noted.origin, noted.origin + part.bytes.size(), record.part(source).bytes.size()));
 }
 
 void PageRows::write(PageBytes& out) const {
     out.number(rows_);
     out.number(first_line_);
-    for (const PageBytes* column : {&shapes_, &dictionary_, &shape_of_, &lines_, &places_, &lengths_,
-                                    &message_bytes_, &values_})
+    for (const PageBytes* column :
+         {&shapes_, &dictionary_, &shape_of_, &lines_, &places_, &lengths_, &message_bytes_, &values_})
         out.words(column->view());
 }
 

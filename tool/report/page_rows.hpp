@@ -12,8 +12,8 @@
 
 namespace ztdecode::tool {
 
-// Numbers and words as the page's script reads them: a number in groups of seven bits, the low ones first, and
-// words behind their number of bytes.
+// Numbers and words as the page's script reads them: a number in groups of seven bits, the low ones first,
+// and words behind their number of bytes.
 class PageBytes {
   public:
     void number(std::uint64_t n) {
@@ -62,7 +62,17 @@ class PageRows {
   private:
     enum class Row : unsigned char { message, refused, other };
     // Where a value comes from.
-    enum class Rule : unsigned char { stored, word, same_bytes, decimal, hex, upper_hex, big, little, dotted };
+    enum class Rule : unsigned char {
+        stored,
+        word,
+        same_bytes,
+        decimal,
+        hex,
+        upper_hex,
+        big,
+        little,
+        dotted
+    };
 
     template <class Write>
     void add_row(std::uint32_t kind, std::uint64_t line, Write write);
@@ -103,8 +113,9 @@ class PageRows {
 
     // Of the row at hand.
     PageBytes shape_;
-    std::vector<std::uint32_t> sources_;   // of each noted message: the part whose bytes offsets in it count in
-    std::vector<std::uint32_t> word_of_;   // of each value: the word that shows it, from 1 on; or 0
+    std::vector<std::uint32_t>
+        sources_;  // of each noted message: the part whose bytes offsets in it count in
+    std::vector<std::uint32_t> word_of_;  // of each value: the word that shows it, from 1 on; or 0
     std::vector<std::uint8_t> gathered_;
     std::string room_;
 };

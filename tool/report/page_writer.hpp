@@ -2,8 +2,9 @@
 
 #include <zlib.h>
 
+#include <array>
 #include <cstdint>
-#include <span>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -17,18 +18,17 @@
 
 namespace ztdecode::tool {
 
-// The page that shows a trace in a browser (web/), with the trace in it: packed blocks of rows, then as JSON what
-// has to be known of all of them. What is not being written is not kept, but for some bytes a block.
+// The page that shows a trace in a browser (web/), with the trace in it: packed blocks of rows, then as JSON
+// what has to be known of all of them. What is not being written is not kept, but for some bytes a block.
 class PageWriter {
   public:
-    // Writes what stands in front of the trace.
-    explicit PageWriter(Output& out);
+    PageWriter();
     PageWriter(const PageWriter&) = delete;
     PageWriter& operator=(const PageWriter&) = delete;
     ~PageWriter();
 
-    // The rows from here on are of this file.
-    void begin_file(std::string_view name);
+    // The rows from here on are of this file, and go to this output: the same for all files.
+    void begin_file(std::string_view name, Output& out);
 
     void message(const CapturedMessage& captured, const Record& record);
     void refused(std::uint64_t line, std::string_view content, std::size_t column, std::string_view why);
@@ -47,23 +47,23 @@ class PageWriter {
     void item(Tab tab, const Item& item);
 
     // Writes what is left, and what stands behind the trace.
-    void end();
+    void end(Output& out);
 
   private:
     std::uint32_t kind(std::string_view link, std::string_view name, std::uint32_t direction,
                        std::string_view status, std::uint32_t findings);
+    void begin(Output& out);
     void row_done();
     void finish_rows();
     void finish_kinds();
-    void block(std::string_view element, std::string_view content);
-    void about_trace();
-    void fields_used(Text& json) const;
+    void add_block(std::string_view element, std::string_view content);
+    void add_about_trace();
+    void add_fields(Text& json) const;
 
-    Output& out_;
+    Output* out_ = nullptr;
     z_stream packer_{};
     std::string packed_;
-    std::string encoded_;
-    PageRows rows_;
+    std::unique_ptr<PageRows> rows_ = std::make_unique<PageRows>();
     PageBytes kinds_of_rows_;
     std::uint64_t kinds_counted_ = 0;
     std::uint64_t all_rows_ = 0;
@@ -72,7 +72,7 @@ class PageWriter {
     Text kinds_json_;
     Text files_json_;
     Text blocks_json_;
-    Text items_json_[3];  // NOLINT: one a tab
+    std::array<Text, 3> items_json_;  // of each tab
     std::uint32_t files_ = 0;
     std::vector<bool> used_fields_ = std::vector<bool>(std::size(all_fields));
 };
