@@ -98,10 +98,19 @@ std::uint64_t flags(Bits... bits) {
     return all;
 }
 
-}  // namespace
-
 // How a field's value follows from the word that shows it.
-enum class Form : unsigned char { as_shown, hexadecimal, stored, flag, digits };
+enum class Form : unsigned char { as_shown, hexadecimal, stored, flag, digits, hidden_word };
+
+Form form_of(const Meaning& meaning, std::string_view shown, std::string_view said, bool has_word) {
+    if (!has_word) return meaning.kind == Kind::word ? Form::hidden_word : Form::stored;
+    if (meaning.kind == Kind::flag) return Form::flag;
+    if (meaning.kind == Kind::bytes) return Form::digits;
+    if (said == without_punctuation(shown)) return Form::as_shown;
+    const bool whole = meaning.kind == Kind::number && meaning.tenths == 0;
+    return whole && is_hexadecimal_of(shown, meaning.number) ? Form::hexadecimal : Form::stored;
+}
+
+}  // namespace
 
 std::size_t PageRows::bytes() const noexcept {
     return shapes_.size() + dictionary_.size() + message_bytes_.size() + values_.size() + places_.size();
@@ -310,23 +319,15 @@ void PageRows::field(const Record& record, std::uint32_t part, std::uint32_t ind
     const std::string_view shown = record.shown(value);
     room_.resize(data::room_for_value(value.meaning, shown));
     const std::string_view said = data::value(value.meaning, shown, room_.data());
-    const bool has_word = word_of_[index] != 0;
-    const Kind kind = value.meaning.kind;
-    const Form form =
-        !has_word                            ? Form::stored
-        : kind == Kind::flag                 ? Form::flag
-        : kind == Kind::bytes                ? Form::digits
-        : said == without_punctuation(shown) ? Form::as_shown
-        : kind == Kind::number && value.meaning.tenths == 0 && is_hexadecimal_of(shown, value.meaning.number)
-            ? Form::hexadecimal
-            : Form::stored;
+    const Form form = form_of(value.meaning, shown, said, word_of_[index] != 0);
     shape_.number(part);
     shape_.number(name);
-    shape_.number(static_cast<std::uint64_t>(kind));
+    shape_.number(static_cast<std::uint64_t>(value.meaning.kind));
     shape_.number(flags(value.meaning.known, value.missing));
     shape_.number(word_of_[index]);
     shape_.number(static_cast<std::uint64_t>(form));
     if (form == Form::stored) values_.words(said);
+    if (form == Form::hidden_word) values_.number(dictionary_word(said, value.meaning));
 }
 
 void PageRows::parts(const CapturedMessage& captured, const Record& record) {
