@@ -239,7 +239,14 @@ export class Block {
         this.lines = new Float64Array(this.size);
         const lines = new Reader(reader.raw());
         for (let k = 0, line = firstLine; k < this.size; ++k) this.lines[k] = line += lines.signedNumber();
+        /** @type {(string | null)[]} */
+        this.columns = [];
+        /** @type {string[]} */
+        this.prefixes = [];
+        /** @type {string[]} */
+        this.times = [];
         this.#readPlaces(new Reader(reader.raw()));
+        this.bytesAt = new Uint32Array(this.size + 1);
         this.#readLengths(new Reader(reader.raw()));
         this.bytes = reader.raw();
         this.values = reader.raw();
@@ -261,12 +268,6 @@ export class Block {
 
     /** @param {Reader} reader */
     #readPlaces(reader) {
-        /** @type {(string | null)[]} */
-        this.columns = [];
-        /** @type {string[]} */
-        this.prefixes = [];
-        /** @type {string[]} */
-        this.times = [];
         let number = 0;
         let prefix = "";
         let time = "";
@@ -291,7 +292,6 @@ export class Block {
 
     /** @param {Reader} reader */
     #readLengths(reader) {
-        this.bytesAt = new Uint32Array(this.size + 1);
         for (let k = 0; k < this.size; ++k) {
             const isMessage = this.shapes[this.shapeOf[k]].type === rowTypes.message;
             this.bytesAt[k + 1] = this.bytesAt[k] + (isMessage ? reader.number() : 0);
