@@ -6,10 +6,9 @@ import { rowTypes } from "../records/block.js";
  *
  * @typedef {object} Term
  * @property {boolean} not
- * @property {"words" | "pattern" | "value"} kind
- * @property {string} words in lower case
- * @property {RegExp | null} pattern
+ * @property {RegExp | null} pattern that a row is to have; null: a value
  * @property {string} name of the value
+ * @property {string} words of the value, in lower case
  */
 
 // What can be asked like a value.
@@ -27,14 +26,15 @@ export function termsOf(text) {
         const not = minus === "-";
         if (name !== undefined) {
             const words = (quoted ?? plain ?? "").toLowerCase();
-            terms.push({ not, kind: "value", words, pattern: null, name: name.toLowerCase() });
+            terms.push({ not, words, pattern: null, name: name.toLowerCase() });
         } else if (pattern !== undefined) {
-            terms.push({ not, kind: "pattern", words: "", pattern: new RegExp(pattern, "i"), name: "" });
-        } else {
-            terms.push({ not, kind: "words", words: (phrase ?? word).toLowerCase(), pattern: null, name: "" });
+            terms.push({ not, words: "", pattern: new RegExp(pattern, "i"), name: "" });
+        } else if (phrase ?? word) {
+            const literal = (phrase ?? word).replace(/[\\^$.*+?()[\]{}|]/g, "\\$&");
+            terms.push({ not, words: "", pattern: new RegExp(literal, "i"), name: "" });
         }
     }
-    return terms.filter((term) => term.kind !== "words" || term.words !== "");
+    return terms;
 }
 
 // Whether rows have what is asked for.
@@ -54,24 +54,25 @@ export class Query {
 
     /** @param {Block} block @param {number} k */
     holds(block, k) {
-        let text = "";
+        /** @type {string | null} */
+        let text = null;
         for (const term of this.terms) {
-            if (text === "" && term.kind !== "value") text = this.#searched(block, k);
-            if (this.#has(term, block, k, text) === term.not) return false;
+            if (term.pattern) text ??= block.text(k);
+            const has = term.pattern ? this.#finds(term.pattern, block, k, text ?? "") : this.#has(term, block, k);
+            if (has === term.not) return false;
         }
         return true;
     }
 
-    /** @param {Block} block @param {number} k */
-    #searched(block, k) {
+    /** @param {RegExp} pattern @param {Block} block @param {number} k @param {string} text */
+    #finds(pattern, block, k, text) {
+        if (pattern.test(text)) return true;
         const { name, link } = this.trace.kinds[block.kind(k)];
-        return `${block.prefixes[k]} ${block.time(k)} ${link} ${name}\n${block.text(k)}`.toLowerCase();
+        return pattern.test(name) || pattern.test(link) || pattern.test(block.time(k)) || pattern.test(block.prefixes[k]);
     }
 
-    /** @param {Term} term @param {Block} block @param {number} k @param {string} text */
-    #has(term, block, k, text) {
-        if (term.kind === "words") return text.includes(term.words);
-        if (term.pattern) return term.pattern.test(text);
+    /** @param {Term} term @param {Block} block @param {number} k */
+    #has(term, block, k) {
         if (columns.includes(term.name)) return this.#column(term, block, k);
         return this.#value(term, block, k);
     }
