@@ -281,7 +281,11 @@ class Page {
         if (this.tab === "summary" && this.selection.kindsKnown)
             drawSummary(byId("panel-summary"), this.selection, (facet, word) => this.#only(facet, word), (item) => this.#openItem(item));
         if (this.tab === "findings") this.#drawFindings();
-        if (this.tab === "ladder") this.ladder.measure();
+        if (this.tab === "ladder") {
+            this.ladder.current = this.list.current;
+            this.ladder.measure();
+            if (this.ladder.current >= 0) this.ladder.show(this.ladder.current);
+        }
         if (this.tab === "messages") this.list.measure();
     }
 
