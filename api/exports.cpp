@@ -13,7 +13,7 @@ static_assert(std::string_view(ZT_VERSION) == ZTDECODE_VERSION, "the header's ve
 
 namespace {
 
-constexpr std::uint32_t all_flags = ZT_COLOR | ZT_AUDIO_ONLY | ZT_DEBUG;
+constexpr std::uint32_t all_flags = ZT_COLOR | ZT_AUDIO_ONLY | ZT_DEBUG | ZT_PAD;
 // No structure of options was smaller, and none will be larger.
 constexpr std::size_t smallest_options = sizeof(zt_options);
 constexpr std::size_t largest_options = 4096;

@@ -1,10 +1,10 @@
 #include "api/session.hpp"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 #include "decode/line_texts.hpp"
-#include "decode/trace_lines.hpp"
 
 using namespace ztdecode;
 using ztdecode::api::as_string;
@@ -14,20 +14,10 @@ namespace {
 // A longer one is no trace line.
 constexpr std::size_t longest_line = std::size_t{1} << 20;
 
-constexpr std::string_view blanks = " \t\r";
-
-std::string_view without_blanks_behind(std::string_view line) {
-    return line.substr(0, line.find_last_not_of(blanks) + 1);
-}
-
-zt_line_kind kind_of(std::string_view line) {
-    const std::size_t first = line.find_first_not_of(blanks);
-    if (first == std::string_view::npos) return ZT_LINE_BLANK;
-    return line[first] == '#' ? ZT_LINE_COMMENT : ZT_LINE_OTHER;
-}
-
-LineLayout reader_layout(zt_layout layout) {
+std::optional<LineLayout> reader_layout(zt_layout layout) {
     switch (layout) {
+        case ZT_LAYOUT_AUTO:
+            break;
         case ZT_LAYOUT_LINE:
             return LineLayout::line;
         case ZT_LAYOUT_LNG2:
@@ -37,9 +27,40 @@ LineLayout reader_layout(zt_layout layout) {
         case ZT_LAYOUT_SPZT_LNG2:
             return LineLayout::spzt_lng2;
         case ZT_LAYOUT_SPZT:
-        default:
             return LineLayout::spzt;
     }
+    return std::nullopt;
+}
+
+zt_layout layout_of(LineLayout layout) {
+    switch (layout) {
+        case LineLayout::line:
+            return ZT_LAYOUT_LINE;
+        case LineLayout::line_lng2:
+        case LineLayout::line_any_length:
+            return ZT_LAYOUT_LNG2;
+        case LineLayout::tagged:
+            return ZT_LAYOUT_ZT;
+        case LineLayout::spzt:
+            return ZT_LAYOUT_SPZT;
+        case LineLayout::spzt_lng2:
+            return ZT_LAYOUT_SPZT_LNG2;
+    }
+    return ZT_LAYOUT_AUTO;
+}
+
+zt_line_kind kind_of(LineVerdict verdict) {
+    switch (verdict) {
+        case LineVerdict::blank:
+            return ZT_LINE_BLANK;
+        case LineVerdict::comment:
+            return ZT_LINE_COMMENT;
+        case LineVerdict::trace_line:
+            return ZT_LINE_MESSAGES;
+        case LineVerdict::no_trace_line:
+            break;
+    }
+    return ZT_LINE_OTHER;
 }
 
 std::uint32_t reader_direction(zt_direction direction) {
@@ -73,10 +94,17 @@ zt_refusal refusal_of(Refusal::Reason reason) {
 }
 
 Line as_line(std::string_view s) { return {s.data(), s.size()}; }
+std::string_view view(Line line) { return {line.text, line.length}; }
+
+TraceReader reader_for(const zt_options& options) {
+    return TraceReader(reader_layout(options.layout), reader_direction(options.direction),
+                       (options.flags & ZT_PAD) != 0 ? MissingBytes::padded : MissingBytes::refused);
+}
 
 }  // namespace
 
-zt_session::zt_session(const zt_options& options) noexcept : options_(options), trail_(new_trail()) {
+zt_session::zt_session(const zt_options& options) noexcept
+    : options_(options), trail_(new_trail()), reader_(reader_for(options)) {
     session_.side = this;
     session_.trail = &trail_;
     set(options);
@@ -92,6 +120,7 @@ void zt_session::set(const zt_options& options) noexcept {
     session_.switches.audio_only = (options.flags & ZT_AUDIO_ONLY) != 0;
     session_.switches.debug = (options.flags & ZT_DEBUG) != 0;
     trail_ = new_trail();
+    reader_is_old_ = true;
 }
 
 void zt_session::standard_output(std::string_view text) {
@@ -108,7 +137,7 @@ void zt_session::release() noexcept {
 }
 
 // The message counts as decoded when its record is there.
-const zt_record* zt_session::record(const Message& m, std::uint64_t place, std::uint64_t padded) {
+const zt_record* zt_session::record(const Message& m, std::uint64_t place, InLine in_line) {
     text_.clear();
     traced_.clear();
     complaints_.clear();
@@ -118,7 +147,8 @@ const zt_record* zt_session::record(const Message& m, std::uint64_t place, std::
     record_.take(trail_, text_.view(), m, outcome);
     zt_record& made =
         records_.make(record_, options_.detail == ZT_WORDS, (options_.flags & ZT_AUDIO_ONLY) != 0);
-    made.padded = padded;
+    made.padded = in_line.padded;
+    made.left_over = in_line.left_over;
     made.trace = as_string(traced_);
     made.complaints = as_string(complaints_);
     captured.done();
@@ -130,89 +160,70 @@ const zt_record* zt_session::decode(std::span<const std::uint8_t> bytes, zt_dire
     std::copy_n(bytes.begin(), kept, bytes_.begin());
     Message m(std::span<const std::uint8_t>(bytes_.data(), kept));
     m.direction = reader_direction(direction);
-    const zt_record* const made = record(m, place_ + 1, 0);
+    const zt_record* const made = record(m, place_ + 1, {});
     ++place_;
     return made;
 }
 
-// What kind of trace line it is, ZT_LAYOUT_AUTO for none.
-zt_layout zt_session::layout_of(Line line) const {
-    if (line.length >= longest_line) return ZT_LAYOUT_AUTO;
-    if (options_.layout != ZT_LAYOUT_AUTO) return options_.layout;
-    switch (recognise(line)) {
-        case LineKind::none:
-            break;
-        case LineKind::bare:
-            return has_two_length_bytes(line) ? ZT_LAYOUT_LNG2 : ZT_LAYOUT_LINE;
-        case LineKind::tagged:
-            return ZT_LAYOUT_ZT;
-        case LineKind::spzt:
-            return ZT_LAYOUT_SPZT;
-    }
-    return ZT_LAYOUT_AUTO;
-}
-
 const zt_line* zt_session::feed(std::string_view line) {
-    line_open_ = refused_ = false;
-    pending_ = nullptr;
+    pending_ = goes_on_ = refused_ = false;
     line_ = {};
+    if (std::exchange(reader_is_old_, false)) reader_ = reader_for(options_);
     if (line.ends_with('\n')) line.remove_suffix(1);
     line_text_ = line;
-    line_.kind = kind_of(line_text_);
     line_.content = as_string(line_text_);
-    line_.columns = line_.reason = as_string({});
+    line_.columns = line_.reason = line_.prefix = line_.time = line_.terminal = as_string({});
     line_.place = place_ + 1;
-    if (line_.kind == ZT_LINE_OTHER) begin_line();
+    line_.kind = begin(as_line(line_text_));
+    if (line_.kind == ZT_LINE_MESSAGES) begin_trace_line();
     ++place_;
     return &line_;
 }
 
-void zt_session::begin_line() {
-    const std::string_view body = without_blanks_behind(line_text_);
-    line_.layout = layout_of(as_line(body));
-    if (line_.layout == ZT_LAYOUT_AUTO) return;
-    reader_.begin(as_line(body), reader_layout(line_.layout), reader_direction(options_.direction));
-    pending_ = reader_.next();
-    if (pending_ != nullptr) {
-        line_.kind = ZT_LINE_MESSAGES;
-    } else if (reader_.refusal()) {
-        note_refusal(as_line(body));
-        line_.kind = ZT_LINE_REFUSED;
-    } else {
-        line_.layout = ZT_LAYOUT_AUTO;
-        return;
-    }
-    line_.content = as_string(body);
-    const bool has_columns = line_.layout == ZT_LAYOUT_SPZT || line_.layout == ZT_LAYOUT_SPZT_LNG2;
-    if (has_columns && has_sr_column(as_line(body))) line_.columns = as_string(body.substr(0, 6));
-    line_open_ = true;
+zt_line_kind zt_session::begin(Line line) {
+    if (line.length >= longest_line) return kind_of(without_message(line));
+    const Message* const only = reader_.plain(line);
+    pending_ = only != nullptr;
+    if (!pending_) return kind_of(reader_.begin(line, line_.place));
+    reader_.begin_plain(line, line_.place, *only);
+    return ZT_LINE_MESSAGES;
 }
 
-void zt_session::note_refusal(Line line) {
+void zt_session::begin_trace_line() {
+    const CapturedMessage& captured = reader_.captured();
+    line_.layout = layout_of(reader_.layout());
+    line_.content = as_string(view(reader_.whole_line()));
+    line_.columns = as_string(captured.columns);
+    line_.prefix = as_string(captured.prefix);
+    line_.time = as_string(captured.time);
+    line_.terminal = as_string(captured.terminal);
+    if (!pending_) find_message();
+    if (!pending_) line_.kind = ZT_LINE_REFUSED;
+}
+
+// Behind the last one shows whether the line is refused.
+void zt_session::find_message() {
+    pending_ = goes_on_ = reader_.next();
+    if (pending_ || !reader_.refusal()) return;
     const Refusal& refusal = reader_.refusal();
-    reason_.clear();
-    write_refusal(refusal, line, reason_);
     line_.refusal = refusal_of(refusal.reason);
-    line_.column = refusal.column + 1;
+    line_.column = reader_.whole_column(refusal.column) + 1;
     line_.expected = refusal.expected;
     line_.found = refusal.found;
+    refused_ = true;
+    reason_.clear();
+    write_refusal(refusal, reader_.line(), reason_);
     line_.reason = as_string(reason_.view());
 }
 
 const zt_record* zt_session::next() {
-    if (!line_open_) return nullptr;
-    if (pending_ == nullptr) pending_ = reader_.next();
-    if (pending_ == nullptr) {
-        if (reader_.refusal()) note_refusal({line_.content.data, line_.content.size});
-        refused_ = line_.refusal != ZT_NOT_REFUSED;
-        line_open_ = false;
-        return nullptr;
-    }
-    const Refusal& figures = reader_.refusal();
-    const std::uint64_t padded = reader_.padded() ? figures.expected - figures.found : 0;
-    const zt_record* const made = record(*pending_, line_.place, padded);
-    pending_ = nullptr;
-    if (made->outcome == ZT_UNKNOWN_CLASS) line_open_ = false;
+    if (!pending_ && goes_on_) find_message();
+    if (!pending_) return nullptr;
+    const CapturedMessage& captured = reader_.captured();
+    const zt_record* const made =
+        record(*captured.message, line_.place, {captured.padded, captured.left_over});
+    pending_ = false;
+    if (made->outcome == ZT_UNKNOWN_CLASS) goes_on_ = false;
     return made;
 }
 

@@ -9,7 +9,7 @@
 #include "api/records.hpp"
 #include "core/session.hpp"
 #include "core/trail.hpp"
-#include "decode/readers.hpp"
+#include "decode/trace_lines.hpp"
 #include "ztdecode_session.h"
 
 // A host's session. What throws is std::bad_alloc, and then it is as if nothing had been asked.
@@ -34,10 +34,15 @@ struct zt_session final : private ztdecode::SideChannel {
     void standard_error(std::string_view text) override { complaints_ += text; }
 
     ztdecode::Trail new_trail() const noexcept;
-    void begin_line();
-    zt_layout layout_of(ztdecode::Line line) const;
-    void note_refusal(ztdecode::Line line);
-    const zt_record* record(const ztdecode::Message& m, std::uint64_t place, std::uint64_t padded);
+    zt_line_kind begin(ztdecode::Line line);
+    void begin_trace_line();
+    void find_message();
+    // What the line of a message says of it.
+    struct InLine {
+        std::uint64_t padded = 0;
+        std::uint64_t left_over = 0;
+    };
+    const zt_record* record(const ztdecode::Message& m, std::uint64_t place, InLine in_line);
 
     zt_options options_;
     ztdecode::Session session_;
@@ -50,11 +55,12 @@ struct zt_session final : private ztdecode::SideChannel {
     std::array<std::uint8_t, ztdecode::message_capacity> bytes_;  // what a host's pointer led to
     std::uint64_t place_ = 0;                                     // calls so far
 
-    ztdecode::LineReader reader_{ztdecode::LineReader::Behind::zeros};
+    ztdecode::TraceReader reader_;
+    bool reader_is_old_ = false;  // options have changed since it was made
     std::string line_text_;
     ztdecode::Text reason_;
     zt_line line_{};
-    const ztdecode::Message* pending_ = nullptr;  // the line's next message, where it was looked for
-    bool line_open_ = false;
-    bool refused_ = false;
+    bool pending_ = false;  // the reader has found the next message
+    bool goes_on_ = false;  // ... and may find another one behind it
+    bool refused_ = false;  // the line is, and that has not been told
 };

@@ -121,6 +121,7 @@ LineVerdict TraceReader::begin(Line line, std::uint64_t number) {
                  .terminal = prefix_.terminal};
     if (captured_.has_columns) captured_.columns = {line_.text, 6};
     if (captured_.has_columns && columns_are_time_) captured_.time = captured_.columns;
+    line_layout_ = *layout;
     reader_.begin(line_, *layout, prefix_.direction.value_or(direction_));
     given_ = false;
     refusal_ = {};
@@ -217,6 +218,7 @@ void TraceReader::begin_plain(Line line, std::uint64_t number, const Message& m)
     whole_line_ = line_ = line;
     is_spelled_ = false;
     prefix_ = {};
+    line_layout_ = LineLayout::spzt;
     captured_ = {
         .message = &m, .number = number, .columns = {line.text, 6}, .has_columns = true, .column = 8};
     if (columns_are_time_) captured_.time = captured_.columns;
@@ -234,6 +236,7 @@ bool TraceReader::next() {
     given_ = true;
     captured_.goes_on = reader_.goes_on();
     captured_.shortage = reader_.padded() ? &reader_.refusal() : nullptr;
+    captured_.padded = bytes_lacking();
     captured_.column = reader_.place().column;
     look_behind_message();
     return true;
@@ -255,6 +258,19 @@ bool TraceReader::message_is_whole() {
                 .length = line_.length};
     if (found < place.length_bytes) refusal_.reason = Refusal::Reason::no_length_byte;
     return false;
+}
+
+LineLayout TraceReader::layout() const noexcept {
+    if (line_layout_ != LineLayout::line_any_length) return line_layout_;
+    return has_two_length_bytes(line_) ? LineLayout::line_lng2 : LineLayout::line;
+}
+
+// Fields that a line of two length bytes ends before.
+std::uint64_t TraceReader::bytes_lacking() const noexcept {
+    const LineReader::Place& place = reader_.place();
+    const std::uint64_t fields = place.length_bytes + place.bytes;
+    const std::uint64_t present = (line_.length - std::min(place.column, line_.length) + 1) / 3;
+    return fields - std::min(fields, present);
 }
 
 void TraceReader::look_behind_message() {

@@ -33,6 +33,7 @@ struct CapturedMessage {
     bool goes_on = false;         // others may stand behind it in its line
     // Its line ends too early, and it was filled up: the figures; null for any other one.
     const Refusal* shortage = nullptr;
+    std::uint64_t padded = 0;          // bytes that its line lacks, and that were filled up
     std::size_t column = 0;            // of its length, from 0 on
     std::uint64_t left_over = 0;       // words behind it that the length does not count,
     std::size_t left_over_column = 0;  // from here on
@@ -69,6 +70,8 @@ class TraceReader {
     const CapturedMessage& captured() const noexcept { return captured_; }
     // Behind the last message: why the line is refused, if it is.
     const Refusal& refusal() const noexcept { return refusal_; }
+    // How it is written.
+    LineLayout layout() const noexcept;
     // The trace line as it is read, without the blanks at its end: not always as it came, and without what a
     // log wrote in front of it.
     Line line() const noexcept { return line_; }
@@ -92,6 +95,7 @@ class TraceReader {
     bool find_prefix(Line line, LinePrefix& prefix) const;
     LineKind wanted(LineKind kind) const noexcept;
     bool message_is_whole();
+    std::uint64_t bytes_lacking() const noexcept;
     void look_behind_message();
     void refuse_what_is_missing();
 
@@ -99,6 +103,7 @@ class TraceReader {
     std::uint32_t direction_;
     MissingBytes missing_;
     bool plain_lines_;
+    LineLayout line_layout_ = LineLayout::spzt;
     bool given_ = false;  // a message of the line
     Refusal refusal_;
     LineReader reader_{LineReader::Behind::zeros};

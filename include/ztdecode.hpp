@@ -118,6 +118,7 @@ struct Options {
     bool color = false;
     bool audio_only = false;
     bool debug = false;
+    bool pad = false;
     Detail detail = Detail::fields;
     Layout layout = Layout::recognised;
     Direction direction = Direction::from_system;
@@ -246,6 +247,7 @@ class Record {
     std::uint32_t unknown() const { return record_->unknown; }
     std::uint32_t missing() const { return record_->missing; }
     std::uint64_t padded() const { return record_->padded; }
+    std::uint64_t left_over() const { return record_->left_over; }
     std::uint64_t place() const { return record_->place; }
     std::span<const std::uint8_t> bytes() const { return {record_->bytes.data, record_->bytes.size}; }
     std::string_view trace() const { return detail::view(record_->trace); }
@@ -287,6 +289,9 @@ class Line {
     std::uint64_t expected() const { return line_->expected; }
     std::uint64_t found() const { return line_->found; }
     std::string_view reason() const { return detail::view(line_->reason); }
+    std::string_view prefix() const { return detail::view(line_->prefix); }
+    std::string_view time() const { return detail::view(line_->time); }
+    std::string_view terminal() const { return detail::view(line_->terminal); }
 
   private:
     const zt_line* line_;
@@ -373,7 +378,7 @@ class Session {
     static zt_options as_c(const Options& options) {
         zt_options c = ZT_OPTIONS_INIT;
         c.flags = (options.color ? ZT_COLOR : 0U) | (options.audio_only ? ZT_AUDIO_ONLY : 0U) |
-                  (options.debug ? ZT_DEBUG : 0U);
+                  (options.debug ? ZT_DEBUG : 0U) | (options.pad ? ZT_PAD : 0U);
         c.detail = static_cast<zt_detail>(options.detail);
         c.layout = static_cast<zt_layout>(options.layout);
         c.direction = static_cast<zt_direction>(options.direction);

@@ -88,11 +88,11 @@ extern "C" {
 
 /* Of this header. */
 #define ZT_VERSION_MAJOR 5
-#define ZT_VERSION_MINOR 1
+#define ZT_VERSION_MINOR 2
 #define ZT_VERSION_PATCH 0
-#define ZT_VERSION "5.1.0"
+#define ZT_VERSION "5.2.0"
 
-/* Of the library that is running: "5.1.0". A library of the same major version and the same or a higher minor
+/* Of the library that is running: "5.2.0". A library of the same major version and the same or a higher minor
  * one has all that this header declares. */
 ZTDECODE_API const char* zt_version(void);
 
@@ -140,6 +140,7 @@ typedef enum zt_detail ZT_INT {
 #define ZT_COLOR 0x1U      /* each message's text stands in ANSI colours: red to the system, else green */
 #define ZT_AUDIO_ONLY 0x2U /* messages that are no audio messages are left out (ZT_LEFT_OUT) */
 #define ZT_DEBUG 0x4U      /* what the decoders trace on the side is given as zt_record::trace */
+#define ZT_PAD 0x8U        /* bytes that a line lacks, or that are no hexadecimal, are taken as 0xff */
 
 typedef struct zt_options {
     size_t size;            /* sizeof(zt_options) */
@@ -211,13 +212,14 @@ typedef struct zt_record {
     uint32_t missing;  /* so many bytes were asked for that it does not have */
     uint32_t segments; /* it was put together from so many; see zt_segment_at */
     zt_bytes bytes;    /* as many as there are of `length` */
-    uint64_t padded;   /* so many bytes lacked on its line, and were taken as 0xff */
+    uint64_t padded;   /* with ZT_PAD: so many bytes lacked on its line, and were taken as 0xff */
     uint64_t place;    /* see zt_decode */
     size_t fields;     /* how many there are: see zt_field_at, zt_word_at, zt_part_at */
     size_t words;
     size_t parts;
     zt_string trace;      /* of the captured message: with ZT_DEBUG what the decoders traced */
     zt_string complaints; /* of the captured message: what is wrong with its lengths, in lines */
+    uint64_t left_over;   /* words behind the message in its line that its length does not count */
 } zt_record;
 
 typedef enum zt_kind ZT_INT {
@@ -304,7 +306,7 @@ ZTDECODE_API zt_status zt_decode(zt_session* session, const uint8_t* bytes, size
 
 typedef enum zt_line_kind ZT_INT {
     ZT_LINE_BLANK = 0,
-    ZT_LINE_COMMENT = 1,  /* its first character is a # */
+    ZT_LINE_COMMENT = 1,  /* its first character that is no blank is a # */
     ZT_LINE_OTHER = 2,    /* no trace line: words of a log; or longer than 1 MiB */
     ZT_LINE_MESSAGES = 3, /* zt_next_message gives them */
     ZT_LINE_REFUSED = 4,  /* a trace line that cannot be read */
@@ -324,7 +326,7 @@ typedef enum zt_refusal ZT_INT {
 typedef struct zt_line {
     zt_line_kind kind;
     zt_layout layout;  /* of a trace line: as it was recognised, or told */
-    zt_string content; /* the line; of a trace line without the blanks at its end */
+    zt_string content; /* the line as it came; of a trace line without the blanks at its end */
     zt_string columns; /* what stands in front of S or R; empty in other layouts */
     uint64_t place;    /* see zt_decode */
     /* Where it was refused: at once, or (then zt_next_message gives ZT_REFUSED) behind its first messages. */
@@ -333,11 +335,17 @@ typedef struct zt_line {
     uint64_t expected; /* bytes of the message, as far as the line says */
     uint64_t found;    /* bytes that the line has room for */
     zt_string reason;  /* the text of the readers in ztdecode.h */
+    /* What a log wrote in front of the message, and what of that is the time and the terminal's name; empty
+     * where there is none. */
+    zt_string prefix;
+    zt_string time;
+    zt_string terminal;
 } zt_line;
 
 /* Takes one line of a trace, `length` characters with or without a newline at the end; nothing of it is
- * decoded yet. Lines have their usual spelling and nothing in front of them (no time of a log, no tabs); a
- * byte that a line of two length bytes lacks, or that is no hexadecimal there, is 0xff. What the line before
+ * decoded yet. Lines are read as the command reads them: behind the time or the [words] of a log, with tabs,
+ * several blanks, capitals, 0x in front of bytes. One whose message lacks bytes, or has something else in the
+ * place of one, is refused; with ZT_PAD those of a line of two length bytes are 0xff. What the line before
  * has not been asked for is dropped. `line` may be null. ZT_BAD_ARGUMENT (`session` is null, or `text` while
  * `length` is not 0), ZT_NO_MEMORY (the line is not counted; the one before is gone). */
 ZTDECODE_API zt_status zt_feed_line(zt_session* session, const char* text, size_t length,

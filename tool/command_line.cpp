@@ -146,7 +146,7 @@ CLI::Option* add_switch(CLI::App& app, const std::string& option, bool& on, cons
 }
 
 CLI::Option* add_file(CLI::App& app, const std::string& option, std::string& file, const std::string& help) {
-    auto name = [&file, option](const std::string& word) {
+    auto name = [&file, option = long_name(option)](const std::string& word) {
         if (word.empty()) throw CLI::ValidationError(option, "its value is empty");
         file = word;
     };

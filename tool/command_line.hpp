@@ -21,6 +21,9 @@ struct Named {
 template <class T>
 using Names = std::span<const Named<T>>;
 
+// What an option is called where something is wrong with it: "-j,--jobs" is --jobs.
+inline std::string long_name(const std::string& option) { return option.substr(option.find(',') + 1); }
+
 template <class T>
 std::string listed(Names<T> names) {
     std::string list;
@@ -32,7 +35,7 @@ std::string listed(Names<T> names) {
 template <class T>
 CLI::Option* add_choice(CLI::App& app, const std::string& option, T& chosen,
                         std::type_identity_t<Names<T>> names, const std::string& help) {
-    auto choose = [&chosen, names, option](const std::string& word) {
+    auto choose = [&chosen, names, option = long_name(option)](const std::string& word) {
         for (const auto& [name, value] : names) {
             if (name != word) continue;
             chosen = value;
@@ -47,7 +50,7 @@ CLI::Option* add_choice(CLI::App& app, const std::string& option, T& chosen,
 template <class T>
 CLI::Option* add_number(CLI::App& app, const std::string& option, T& chosen, T least, T most,
                         const std::string& help) {
-    auto choose = [&chosen, option, least, most](const std::string& word) {
+    auto choose = [&chosen, option = long_name(option), least, most](const std::string& word) {
         const char* const end = word.data() + word.size();
         T n = 0;
         const auto read = std::from_chars(word.data(), end, n);

@@ -86,7 +86,8 @@ int decode_opened(const std::string& file, const FileDecoding& decoding, Session
     };
     std::unique_ptr<Source> source;
     if (options.follow) {
-        source = std::make_unique<FollowedSource>(file, descriptor.get(), !is_binary(options.layout));
+        source = std::make_unique<FollowedSource>(file, descriptor.get(), !is_binary(options.layout),
+                                                  STDOUT_FILENO);
     } else {
         source = std::make_unique<DescriptorSource>(descriptor.get());
     }

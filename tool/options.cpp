@@ -21,9 +21,9 @@ constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none
 
 constexpr auto purpose = "Readable texts for the messages in traces of telephone terminal signalling.\n";
 
-constexpr auto footer = R"(Questions with an answer of their own; "ztdecode summary --help" says more of one:
+constexpr auto footer = R"(Subcommands:
   summary                what is in traces, on one page
-A file called like one of them is given as ./summary.
+"ztdecode summary --help" says more of one. A file of that name is ./summary.
 
 Layouts of trace lines, each with the two bytes 03 0a for its message:
   000042R 02 03 0a       spzt: six characters of the trace's own (a number, a

@@ -206,9 +206,10 @@ class Objects {
     rapidjson::Document object_;
 };
 
-void expect_records(const fs::path& trace, const fs::path& expected, zt::Detail detail) {
+void expect_records(const fs::path& trace, const fs::path& expected, zt::Detail detail, bool pad = false) {
     zt::Options options = options_of(trace);
     options.detail = detail;
+    options.pad = pad;
     zt::Session session(options);
     Objects objects(expected);
     std::istringstream lines(contents(trace));
@@ -224,6 +225,8 @@ void expect_records(const fs::path& trace, const fs::path& expected, zt::Detail 
             ASSERT_EQ(string_in(object["kind"]), "message");
             EXPECT_EQ(object["line"].GetUint64(), number);
             EXPECT_EQ(line.columns(), name_in(object["columns"]));
+            EXPECT_EQ(line.prefix(), object.HasMember("prefix") ? name_in(object["prefix"]) : "");
+            EXPECT_EQ(line.time(), name_in(object["time"]));
             EXPECT_EQ(record.place(), number);
             expect_record(record, object);
             said = true;
@@ -273,13 +276,20 @@ TEST(ApiGolden, RefusedLines) {
     const std::string lines =
         "# comment\n\nline 12 is up\n081231S 03 21 04\n01 00 2a 00 00 21 04 03\nzt 03 00 21 04\nzt xx\n"
         "123456S zz\n081211S 64 00 21 04 03\n00 00\n00 00 00 \r\n01 00 2a 03 00 21 04 03   \n\xff\xfe words\n"
-        "081231R 04 15 01 ff 00\n03 00 21 04\nff 21 04 03\n";
+        "081231R 04 15 01 ff 00\n03 00 21 04\nff 21 04 03\n2026-11-21T07:45:02 link up\n"
+        "2026-11-21T07:45:02 [set 4] 081231s\t0x03 0x21  04 03\n[a] ZT 03 00 21 04 03\n[a] zt 03 00 21 zz "
+        "03\n"
+        " \t# comment\n 01 00 2a 03 00 21\n";
     const TemporaryFile trace(lines);
-    const Ended ended = run({ZTDECODE_TOOL_FILE, "--pad", "--format", "ndjson", trace.path()});
-    EXPECT_EQ(ended.status, 1);
-    const TemporaryFile expected(ended.output);
-    expect_records(trace.path(), expected.path(), zt::Detail::fields);
-    EXPECT_NE(ended.output.find("\"refused\""), std::string::npos);
+    for (const bool pad : {false, true}) {
+        std::vector<std::string> command{ZTDECODE_TOOL_FILE, "--format", "ndjson", trace.path()};
+        if (pad) command.insert(command.begin() + 1, "--pad");
+        const Ended ended = run(command);
+        EXPECT_EQ(ended.status, 1);
+        const TemporaryFile expected(ended.output);
+        expect_records(trace.path(), expected.path(), zt::Detail::fields, pad);
+        EXPECT_NE(ended.output.find("\"refused\""), std::string::npos);
+    }
 }
 #endif
 

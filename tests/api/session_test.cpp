@@ -334,12 +334,52 @@ TEST(SessionLine, MayBeRefusedBehindItsFirstMessage) {
 }
 
 TEST(SessionLine, SaysHowManyBytesWereFilledUp) {
-    zt::Session session({.layout = zt::Layout::lng2});
+    zt::Session session({.pad = true, .layout = zt::Layout::lng2});
     session.feed("03 00 21 04");
     const auto record = session.next();
     ASSERT_TRUE(record.has_value());
     EXPECT_EQ(record->padded(), 1U);
     EXPECT_EQ(record->find("led")->value(), "255");
+
+    session.feed("01 00 2a 03 00 21");
+    EXPECT_EQ(session.next()->padded(), 0U);
+    EXPECT_EQ(session.next()->padded(), 2U);
+}
+
+TEST(SessionLine, InventsNoBytes) {
+    zt::Session session;
+    for (const std::string_view words : {"03 00 21 04", "zt 05 00 21 zz 03 04 05"}) {
+        const zt::Line line = session.feed(words);
+        EXPECT_EQ(line.kind(), zt::LineKind::refused) << words;
+        EXPECT_FALSE(session.next().has_value()) << words;
+    }
+    EXPECT_EQ(session.feed("zt 05 00 21 zz 03 04 05").refusal(), zt::Refusal::no_hexadecimal);
+}
+
+TEST(SessionLine, ReadsWhatLogsWrite) {
+    zt::Session session;
+    const zt::Line line = session.feed("[set 12] 07:45:02.5 000119s\t0x03  0x21 0X04 0x03 0a");
+    EXPECT_EQ(line.kind(), zt::LineKind::messages);
+    EXPECT_EQ(line.prefix(), "[set 12] 07:45:02.5");
+    EXPECT_EQ(line.time(), "07:45:02.5");
+    EXPECT_EQ(line.terminal(), "[set 12]");
+    EXPECT_EQ(line.columns(), "000119");
+    EXPECT_EQ(line.layout(), zt::Layout::spzt);
+    EXPECT_EQ(line.content(), "[set 12] 07:45:02.5 000119s\t0x03  0x21 0X04 0x03 0a");
+    const auto record = session.next();
+    ASSERT_TRUE(record.has_value());
+    EXPECT_EQ(record->text(), "\t- green led 3 ON");
+    EXPECT_EQ(record->left_over(), 1U);
+    EXPECT_FALSE(session.next().has_value());
+}
+
+TEST(SessionLine, KeepsItsMessagesWhenOptionsChange) {
+    zt::Session session({.layout = zt::Layout::lng2});
+    session.feed("01 00 2a 03 00 21 04 03");
+    EXPECT_EQ(session.next()->text(), "\t- version inquiry");
+    session.set({.layout = zt::Layout::spzt});
+    EXPECT_EQ(session.next()->text(), "\t- green led 3 ON");
+    EXPECT_EQ(session.feed("01 00 2a").kind(), zt::LineKind::refused);
 }
 
 // What a record leads to may be handed over again.
@@ -357,7 +397,7 @@ TEST(SessionLine, TakesWhatItGave) {
 TEST(SessionErrors, OptionsThatAreNotKnown) {
     zt_session* session = nullptr;
     zt_options options = ZT_OPTIONS_INIT;
-    options.flags = 0x8;
+    options.flags = 0x10;
     EXPECT_EQ(zt_session_create(&options, &session), ZT_BAD_OPTIONS);
     EXPECT_EQ(session, nullptr);
     options = ZT_OPTIONS_INIT;

@@ -239,7 +239,7 @@ texts() { # LINE TEXT: what is printed for one line, given on standard input
 # Waits until a file holds a line as often as it should, for a second at most.
 expect_line() { # FILE LINE TIMES
     for ((k = 0; k < 100; ++k)); do
-        [ "$(grep -cFx -- "$2" "$1")" = "$3" ] && return
+        [ "$(tr '\r' '\n' <"$1" | grep -cFx -- "$2")" = "$3" ] && return
         sleep 0.01
     done
     cat "$1"
@@ -267,6 +267,65 @@ expect_line() { # FILE LINE TIMES
     wait $child
     [ "$(cat err)" = 'ztdecode: x: 8 lines = 5 with messages + 0 refused + 1 no trace line + 1 blank + 1 comment' ]
     run -2 "$ZTDECODE" --follow x x.1
+}
+
+@test "follows UTF-16 and carriage returns over a rotation in the middle of a line" {
+    for from in UTF-16LE UTF-16BE; do
+        : >out
+        printf '000001S 02 21 07\n000002S 02 2' | iconv -f UTF-8 -t $from >x
+        "$ZTDECODE" --follow x >out 2>err 3>&- &
+        child=$!
+        expect_line out '000001S 02 21 07' 1
+        mv x x.1
+        printf '000003S 01 2a\n' | iconv -f UTF-8 -t $from >x.new
+        mv x.new x
+        expect_line out '	- version inquiry' 1
+        kill -INT $child
+        wait $child || true
+        [ "$(head -n 4 out)" = "$(printf '%s\n' '000001S 02 21 07' '	- all leds OFF' '000002S 02 2' '000003S 01 2a')" ]
+        grep -q 'x:2:9: the length says 2 bytes' err
+    done
+    printf '000001S 02 21 07\r000002S 02 21 07\r' >x
+    "$ZTDECODE" --follow x >out 2>err 3>&- &
+    child=$!
+    expect_line out '	- all leds OFF' 2
+    mv x x.1
+    printf '000003S 01 2a\r' >x
+    expect_line out '	- version inquiry' 1
+    kill -INT $child
+    wait $child
+    grep -q '^ztdecode: x: 3 lines = 3 with messages' err
+}
+
+# The median of some, since the machine may have other things to do.
+@test "a line that is added to a followed file is out within a tenth of a second" {
+    : >x
+    "$ZTDECODE" --follow --no-input x >out 2>err 3>&- &
+    child=$!
+    sleep 0.2
+    for k in 1 2 3 4 5 6 7 8 9; do
+        begin=$(date +%s%3N)
+        echo '000001S 01 2a' >>x
+        while [ "$(wc -l <out)" -lt "$k" ] && [ $(($(date +%s%3N) - begin)) -lt 5000 ]; do :; done
+        echo $(($(date +%s%3N) - begin))
+    done >waits
+    kill -INT $child
+    wait $child
+    [ "$(sort -n waits | sed -n 5p)" -lt 100 ]
+}
+
+@test "following ends when nobody reads the output any more" {
+    cp plain x
+    mkfifo output
+    "$ZTDECODE" --follow x >output 2>err 3>&- &
+    child=$!
+    head -n 1 <output
+    (sleep 10; kill -KILL $child) >/dev/null 2>&1 3>&- &
+    watchdog=$!
+    status=0
+    wait $child || status=$?
+    kill $watchdog 2>/dev/null || true
+    [ "$status" != 137 ]
 }
 
 @test "a line of brackets or words takes no time" {

@@ -49,10 +49,22 @@ installed() {
 
     command=$(find "$1" -type f -path '*/bin/ztdecode')
     "$command" --version
-    if [ -z "$(find "$1" -path '*/man1/ztdecode.1')" ]; then
-        echo "the manual page is not installed"
+    for file in man1/ztdecode.1 man3/ztdecode.3 man5/ztdecode-trace.5 man5/ztdecode-record.5 completions/ztdecode \
+        _ztdecode vendor_completions.d/ztdecode.fish ztdecode/_library.py ztdecode/py.typed; do
+        [ -n "$(find "$1" -path "*/$file")" ] || {
+            echo "$file is not installed"
+            exit 1
+        }
+    done
+
+    # Without a word on where the library is.
+    package=$(dirname "$(dirname "$(find "$1" -path '*/ztdecode/_library.py')")")
+    words=$(PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$package python3 -c 'import ztdecode
+print(ztdecode.version(), ztdecode.decode(bytes.fromhex("210403")).fields)')
+    [ "$words" = "$version {'led': 3}" ] || {
+        echo "the installed Python package says $words"
         exit 1
-    fi
+    }
 }
 
 logged env DESTDIR="$dir/root" cmake --install "$build"

@@ -116,7 +116,7 @@ TEST(Command, BadUsage) {
 }
 
 TEST(Command, HelpAndVersion) {
-    EXPECT_EQ(ztdecode({"--version"}).output, "ztdecode 5.1.0\n");
+    EXPECT_EQ(ztdecode({"--version"}).output, "ztdecode 5.2.0\n");
     EXPECT_EQ(ztdecode({"--version"}).status, 0);
     const Ended help = ztdecode({"--help"});
     EXPECT_EQ(help.status, 0);

@@ -78,7 +78,7 @@ constexpr std::size_t tar_name = 100;
 
 }  // namespace
 
-// A tar file tells itself late; but no text has a zero in its first line.
+// A tar file tells itself late; but no text has nothing but zeros behind the first words of its first line.
 Packed is_packed(std::string_view first) {
     for (const std::string_view beginning : beginnings) {
         if (first.starts_with(beginning)) return Packed::yes;
@@ -87,6 +87,7 @@ Packed is_packed(std::string_view first) {
     const std::string_view name = first.substr(0, tar_name);
     const std::size_t zero = name.find('\0');
     if (zero == std::string_view::npos || zero == 0 || name.find('\n') < zero) return Packed::no;
+    if (name.find_first_not_of('\0', zero) != std::string_view::npos) return Packed::no;
     if (first.size() < tar_mark_at + tar_mark.size()) return Packed::unsure;
     return first.substr(tar_mark_at).starts_with(tar_mark) ? Packed::yes : Packed::no;
 }

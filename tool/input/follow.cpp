@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <csignal>
 #include <cstring>
+#include <iterator>
 #include <utility>
 
 namespace ztdecode::tool {
@@ -32,12 +33,13 @@ sigset_t ending_signals() {
 
 }  // namespace
 
-FollowedSource::FollowedSource(std::string file, int descriptor, bool lines)
+FollowedSource::FollowedSource(std::string file, int descriptor, bool lines, int output)
     : file_(std::move(file)),
       given_(descriptor),
       descriptor_(descriptor),
       events_(::inotify_init1(IN_NONBLOCK | IN_CLOEXEC)),
-      lines_(lines) {
+      lines_(lines),
+      output_(output) {
     // The first one ends the following, a second one the process.
     struct sigaction action {};
     action.sa_handler = interrupt;
@@ -64,25 +66,50 @@ void FollowedSource::watch() {
 std::size_t FollowedSource::read(char* to, std::size_t n) {
     for (;;) {
         if (interrupted != 0) return 0;
+        if (!line_end_.empty()) {
+            const std::size_t given = line_end_.copy(to, n);
+            line_end_.erase(0, given);
+            return given;
+        }
         const ssize_t got = ::read(descriptor_, to, n);
         if (got < 0 && errno != EINTR) {
             fail(std::strerror(errno));
             return 0;
         }
         if (got > 0) {
-            in_line_ = lines_ && to[got - 1] != '\n';
+            learn({to, static_cast<std::size_t>(got)});
             return static_cast<std::size_t>(got);
         }
         if (is_truncated() || is_made_anew()) {
-            // The rest of a line never comes.
-            if (std::exchange(in_line_, false)) {
-                *to = '\n';
-                return 1;
-            }
-            continue;
+            end_line();
+        } else if (!wait()) {
+            return 0;
         }
-        if (!wait()) return 0;
     }
+}
+
+// How the text is written, and whether it stands at the end of a line.
+void FollowedSource::learn(std::string_view bytes) {
+    if (!encoding_) encoding_ = encoding_of(bytes);
+    bytes_ += bytes.size();
+    has_newlines_ = has_newlines_ || bytes.find('\n') != std::string_view::npos;
+    while (encoding_ != Encoding::bytes && bytes.ends_with('\0')) bytes.remove_suffix(1);
+    if (!bytes.empty()) in_line_ = lines_ && bytes.back() != '\n' && (has_newlines_ || bytes.back() != '\r');
+}
+
+// The rest of the line never comes, nor that of a character: what follows belongs to another file.
+void FollowedSource::end_line() {
+    const bool half = encoding_.value_or(Encoding::bytes) != Encoding::bytes && bytes_ % 2 != 0;
+    const bool little = encoding_ == Encoding::utf16_little;
+    if (half && little) line_end_ += '\0';
+    if (half && !little) line_end_ += '\n';
+    if (in_line_ && (!half || little)) {
+        if (encoding_ == Encoding::utf16_big) line_end_ += '\0';
+        line_end_ += '\n';
+        if (little) line_end_ += '\0';
+    }
+    in_line_ = false;
+    bytes_ = 0;
 }
 
 bool FollowedSource::is_truncated() const {
@@ -113,13 +140,15 @@ bool FollowedSource::wait() {
     const sigset_t ending = ending_signals();
     sigset_t before;
     ::sigprocmask(SIG_BLOCK, &ending, &before);
-    pollfd events{events_, POLLIN, 0};
-    if (interrupted == 0) ::ppoll(&events, events_ >= 0 ? 1 : 0, &between_looks, &before);
+    // Of the output only what nobody has to ask for: that it is closed on the other side. A descriptor below
+    // zero is passed over.
+    pollfd watched[] = {{events_, POLLIN, 0}, {output_, 0, 0}};
+    if (interrupted == 0) ::ppoll(watched, std::size(watched), &between_looks, &before);
     ::sigprocmask(SIG_SETMASK, &before, nullptr);
     std::array<char, 4096> heard;
     while (events_ >= 0 && ::read(events_, heard.data(), heard.size()) > 0) {
     }
-    return interrupted == 0;
+    return interrupted == 0 && (watched[1].revents & (POLLERR | POLLHUP)) == 0;
 }
 
 }  // namespace ztdecode::tool

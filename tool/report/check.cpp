@@ -13,7 +13,7 @@ std::uint64_t& CheckReport::kind_of(const Said& said) {
     if (said.captured.cut_short > 0) return totals_.cut_short;
     if (said.captured.left_over > 0) return totals_.left_over;
     record_.take(said.trail, said.text, *said.captured.message, said.outcome);
-    bool missing = said.captured.shortage != nullptr;
+    bool missing = said.captured.padded > 0;
     for (std::size_t k = 0; k < record_.size(); ++k) {
         const Record::Part& part = record_.part(k);
         if (part.unknown > 0 || part.decoded == Decoded::unknown) return totals_.unknown;
@@ -49,12 +49,13 @@ bool CheckReport::end(const LineTotals& totals, std::uint64_t cut) {
     write_totals(totals, out);
     out.add("\n");
     out_.add_name(file_);
+    out.add(": ");
+    add_count(totals_.messages(), "message", out);
     out.print(
-        ": {-} messages = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + "
-        "{-} cut "
-        "short by the file's end\n"_cf,
-        totals_.messages(), totals_.decoded, totals_.unknown, totals_.missing, totals_.left_over,
-        totals_.cut_short);
+        " = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + {-} cut short by "
+        "the "
+        "file's end\n"_cf,
+        totals_.decoded, totals_.unknown, totals_.missing, totals_.left_over, totals_.cut_short);
     return totals.refused + totals_.unknown + totals_.left_over + totals_.cut_short == 0;
 }
 

@@ -568,8 +568,8 @@ void NdjsonReport::message(const Said& said) {
     if (options_.only_texts && said.text.empty()) return;
     record_.take(said.trail, said.text, *said.captured.message, said.outcome);
     writer_->message(message_, said.captured, record_, 0, options_.words);
-    if (const Refusal* shortage = said.captured.shortage; shortage != nullptr) {
-        writer_->add("\"padded\"", shortage->expected - shortage->found);
+    if (said.captured.padded > 0) {
+        writer_->add("\"padded\"", said.captured.padded);
     }
     if (!said.captured.prefix.empty()) writer_->add("\"prefix\"", said.captured.prefix);
     if (said.captured.left_over > 0) writer_->add("\"left_over\"", said.captured.left_over);

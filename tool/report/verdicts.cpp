@@ -6,12 +6,6 @@ namespace ztdecode::tool {
 
 namespace {
 
-// "1 byte", "2 bytes"
-void add_count(std::uint64_t n, std::string_view noun, Text& out) {
-    out.print("{-} {-}"_cf, n, noun);
-    if (n != 1) out.add("s");
-}
-
 void add_bytes(std::uint64_t announced, std::uint64_t found, std::string_view holder, Text& out) {
     out.add("the length says ");
     add_count(announced, "byte", out);
@@ -41,6 +35,11 @@ void add_no_length(std::string_view wanted, Line line, std::size_t column, Text&
 }
 
 }  // namespace
+
+void add_count(std::uint64_t n, std::string_view noun, Text& out) {
+    out.print("{-} {-}"_cf, n, noun);
+    if (n != 1) out.add("s");
+}
 
 void write_totals(const LineTotals& totals, Text& out) {
     add_count(totals.lines, "line", out);

@@ -32,6 +32,9 @@ struct LineTotals {
     }
 };
 
+// "1 byte", "2 bytes"
+void add_count(std::uint64_t n, std::string_view noun, Text& out);
+
 void write_totals(const LineTotals& totals, Text& out);
 
 // Why a line is refused, in bytes.

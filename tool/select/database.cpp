@@ -118,8 +118,8 @@ void Database::part(const CapturedMessage& captured, const Record& record, std::
     message_.bind(9, as_utf8(record.text(part), text_));
     message_.bind(10, std::int64_t{part.unknown});
     message_.bind(11, std::int64_t{part.missing});
-    if (captured.shortage != nullptr && index == 0) {
-        message_.bind(12, wide(captured.shortage->expected - captured.shortage->found));
+    if (captured.padded > 0 && index == 0) {
+        message_.bind(12, wide(captured.padded));
     } else {
         message_.bind_null(12);
     }

@@ -16,7 +16,8 @@ Texts hold bytes of messages as they came. What of them is not UTF-8 is in the s
 text.encode("utf-8", "surrogateescape") gives the bytes back. Offsets count in these bytes.
 
 The words for kinds, outcomes, directions and so on are those of `ztdecode --format ndjson`, see docs/records.md. The
-shared object is libztdecode.so.5 as the loader finds it, or what the environment variable ZTDECODE_LIBRARY names.
+shared object is what the environment variable ZTDECODE_LIBRARY names, that under the prefix where the package is
+installed, or libztdecode.so.5 as the loader finds it.
 """
 
 from __future__ import annotations
@@ -112,6 +113,7 @@ class Record:
     unknown: int
     missing: int
     padded: int
+    left_over: int  # words behind the message in its line that its length does not count
     place: int  # the line of a trace, or how many calls of Session came before
     segments: tuple[int, ...]  # the places of the segments that it was put together from
     details: tuple[Field, ...]
@@ -151,6 +153,9 @@ class Line:
     place: int
     records: tuple[Record, ...]
     refusal: Refusal | None  # behind the records, where there are any
+    prefix: str | None = None  # what a log wrote in front of the message, and what of it is the time ...
+    time: str | None = None
+    terminal: str | None = None
 
 
 def version() -> str:
@@ -226,6 +231,7 @@ def _record(pointer: Any) -> Record:
         unknown=record.unknown,
         missing=record.missing,
         padded=record.padded,
+        left_over=record.left_over,
         place=record.place,
         segments=tuple(_lib.zt_segment_at(pointer, k) for k in range(record.segments)),
         details=tuple(_field(_lib.zt_field_at(pointer, k).contents) for k in range(record.fields)),
@@ -255,14 +261,18 @@ class Session:
         audio_only: bool = False,
         debug: bool = False,
         color: bool = False,
+        pad: bool = False,
     ) -> None:
         """`layout` and `direction` are those of lines, and of those lines whose layout does not say it; `words`:
-        records have words."""
+        records have words; `pad`: bytes that a line lacks are taken as 0xff."""
         if layout not in _library.LAYOUTS:
             raise ValueError(f"layout is one of {', '.join(_library.LAYOUTS)}, not {layout!r}")
         options = _library.Options(
             size=ctypes.sizeof(_library.Options),
-            flags=(color and _library.COLOR) | (audio_only and _library.AUDIO_ONLY) | (debug and _library.DEBUG),
+            flags=(color and _library.COLOR)
+            | (audio_only and _library.AUDIO_ONLY)
+            | (debug and _library.DEBUG)
+            | (pad and _library.PAD),
             detail=_library.WORDS if words else _library.FIELDS,
             layout=_library.LAYOUTS.index(layout),
             direction=_direction(direction),
@@ -324,6 +334,9 @@ def _line(line: Any, records: tuple[Record, ...]) -> Line:
         place=line.place,
         records=records,
         refusal=refusal,
+        prefix=str(line.prefix) or None,
+        time=str(line.time) or None,
+        terminal=str(line.terminal) or None,
     )
 
 

@@ -4,13 +4,15 @@ from __future__ import annotations
 
 import ctypes
 import os
+import pathlib
+import sysconfig
 from ctypes import POINTER, Structure, c_char_p, c_int, c_int64, c_size_t, c_uint8, c_uint32, c_uint64, c_void_p
 
 # The enumerators that this package speaks of.
 OK, DONE, REFUSED, NO_MEMORY = range(4)
 FROM_SYSTEM, TO_SYSTEM = range(2)
 LAYOUTS = ("auto", "line", "lng2", "zt", "spzt", "spzt-lng2")
-COLOR, AUDIO_ONLY, DEBUG = 1, 2, 4
+COLOR, AUDIO_ONLY, DEBUG, PAD = 1, 2, 4, 8
 FIELDS, WORDS = range(2)
 NUMBER, WORD, FLAG = 0, 1, 5
 LINE_KINDS = ("blank", "comment", "other", "messages", "refused")
@@ -62,6 +64,7 @@ class Record(Structure):
         ("parts", c_size_t),
         ("trace", String),
         ("complaints", String),
+        ("left_over", c_uint64),
     ]
 
 
@@ -106,12 +109,29 @@ class Line(Structure):
         ("expected", c_uint64),
         ("found", c_uint64),
         ("reason", String),
+        ("prefix", String),
+        ("time", String),
+        ("terminal", String),
     ]
 
 
+SONAME = "libztdecode.so.5"
+
+
+def _name() -> str:
+    """The library that ZTDECODE_LIBRARY names, that under the prefix of this package, or as the loader finds it."""
+    if named := os.environ.get("ZTDECODE_LIBRARY"):
+        return named
+    # PREFIX/lib/python3.11/dist-packages/ztdecode/_library.py
+    folder = pathlib.Path(__file__).resolve().parents[3]
+    for place in (folder / str(sysconfig.get_config_var("MULTIARCH")), folder):
+        if (place / SONAME).exists():
+            return str(place / SONAME)
+    return SONAME
+
+
 def _load() -> ctypes.CDLL:
-    """The library that ZTDECODE_LIBRARY names, or the installed one."""
-    library = ctypes.CDLL(os.environ.get("ZTDECODE_LIBRARY") or "libztdecode.so.5")
+    library = ctypes.CDLL(_name())
     record = POINTER(Record)
     declarations: dict[str, tuple[object, list[object]]] = {
         "zt_version": (c_char_p, []),
