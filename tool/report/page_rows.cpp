@@ -352,7 +352,7 @@ void PageRows::part(const Record& record, std::uint32_t k) {
     shape_.number(static_cast<std::uint64_t>(part.decoded));
     shape_.number(part.first_stretch - record.part(0).first_stretch);
     shape_.number(part.stretches);
-    const bool own = !noted.bytes.empty();
+    const bool own = !noted.bytes.empty() || (!noted.segments.empty() && part.bytes.empty());
     shape_.number(own ? 1 : 0);
     if (own) {
         values_.words(characters(part.bytes));

@@ -1,7 +1,32 @@
 // What the page holds, as the command packed it.
 
-const decoder = new TextDecoder();
+const decoder = new TextDecoder("utf-8", { ignoreBOM: true });
+const strict = new TextDecoder("utf-8", { ignoreBOM: true, fatal: true });
 const mostPlain = 64;
+
+/** @param {Uint8Array} bytes */
+function decoded(bytes) {
+    const text = decoder.decode(bytes);
+    return text.includes("\ufffd") ? decodedByteByByte(bytes) : text;
+}
+
+// Decoders make one U+FFFD of the beginning of a character, however many bytes it has.
+/** @param {Uint8Array} bytes */
+function decodedByteByByte(bytes) {
+    let text = "";
+    for (let at = 0; at < bytes.length; ) {
+        const first = bytes[at];
+        const length = first < 0x80 ? 1 : first < 0xe0 ? 2 : first < 0xf0 ? 3 : 4;
+        try {
+            text += strict.decode(bytes.subarray(at, at + length));
+            at += length;
+        } catch {
+            text += "\ufffd";
+            ++at;
+        }
+    }
+    return text;
+}
 
 /**
  * Characters of UTF-8; each byte that is none becomes U+FFFD.
@@ -10,10 +35,10 @@ const mostPlain = 64;
  * @param {number} end
  */
 export function textOf(bytes, begin, end) {
-    if (end - begin > mostPlain) return decoder.decode(bytes.subarray(begin, end));
+    if (end - begin > mostPlain) return decoded(bytes.subarray(begin, end));
     let text = "";
     for (let k = begin; k < end; ++k) {
-        if (bytes[k] >= 0x80) return decoder.decode(bytes.subarray(begin, end));
+        if (bytes[k] >= 0x80) return decoded(bytes.subarray(begin, end));
         text += String.fromCharCode(bytes[k]);
     }
     return text;
