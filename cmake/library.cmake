@@ -45,6 +45,10 @@ set_target_properties(ztdecode_api PROPERTIES
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
 
+if(EMSCRIPTEN)
+    return() # There is no shared object: web.cmake makes a module.
+endif()
+
 add_library(ztdecode SHARED ${abi_sources} $<TARGET_OBJECTS:ztdecode_api>)
 add_library(ztdecode::ztdecode ALIAS ztdecode)
 target_link_libraries(ztdecode PRIVATE ztdecode_core)

@@ -73,7 +73,7 @@ class Page {
 
     /** @param {List} list @param {number} row @param {HTMLElement} shown */
     #fill(list, row, shown) {
-        const there = fillRow(this.trace, row, shown, () => list.draw());
+        const there = fillRow(this.trace, row, shown, () => list.draw(), list === this.findings);
         shown.classList.toggle("hit", !this.selection.onlyMatches && this.selection.hit(row));
         return there;
     }

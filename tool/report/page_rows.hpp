@@ -45,7 +45,7 @@ class PageBytes {
 class PageRows {
   public:
     // `kind`: what it is counted as (PageWriter::Kinds).
-    void message(std::uint32_t kind, const CapturedMessage& place, const Record& record);
+    void message(std::uint32_t kind, const CapturedMessage& captured, const Record& record);
     void refused(std::uint32_t kind, std::uint64_t line, std::string_view content, std::size_t column,
                  std::string_view why);
     void other(std::uint32_t kind, std::uint64_t line, std::string_view content);
@@ -76,7 +76,7 @@ class PageRows {
 
     template <class Write>
     void add_row(std::uint32_t kind, std::uint64_t line, Write write);
-    void place(const CapturedMessage& place);
+    void place(const CapturedMessage& captured);
     void behind(std::string_view words, std::string& before);
     void words(const Record& record);
     void word(const Record& record, std::uint32_t index, const Stretch& stretch);
@@ -87,7 +87,7 @@ class PageRows {
     void ranges(std::span<const ByteRange> ranges, std::size_t length);
     void fields(const Record& record);
     void field(const Record& record, std::uint32_t part, std::uint32_t index);
-    void parts(const CapturedMessage& place, const Record& record);
+    void parts(const CapturedMessage& captured, const Record& record);
     void part(const Record& record, std::uint32_t k);
     void find_sources(const Record& record);
 

@@ -66,7 +66,7 @@ void add_policy(Text& out) {
 // The template between two of its marks; its beginning and its end have empty names.
 std::string_view between(std::string_view mark, std::string_view next) {
     const std::size_t begin = mark.empty() ? 0 : page_template.find(mark) + mark.size();
-    return page_template.substr(begin, next.empty() ? page_template.npos : page_template.find(next) - begin);
+    return page_template.substr(begin, next.empty() ? std::string_view::npos : page_template.find(next) - begin);
 }
 
 // JSON that stands in an element of the page: nothing in it looks like the element's end.
@@ -263,7 +263,7 @@ void PageWriter::add_about_trace() {
         json.add("]");
     }
     json.add("}");
-    out_->text.add("<script type=\"application/json\" id=\"trace\">");
+    out_->text.add(R"(<script type="application/json" id="trace">)");
     add_json_in_page(json.view(), out_->text);
     out_->text.add("</script>\n");
 }

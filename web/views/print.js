@@ -21,7 +21,7 @@ export function fillPrint(box, selection, from) {
         const head = [String(block.lines[index]), harmless(block.time(index)), arrows[kind.direction], kind.link, kind.name];
         entries.append(element("article", {},
             element("p", { class: "head" }, head.filter(Boolean).join("  ")),
-            element("pre", {}, harmless(block.text(index, 4000)).replace(/^\t- /, ""))));
+            element("pre", {}, harmless(block.text(index, 4000)).replace(/^\t(- )?/, ""))));
     }
     const whole = begin === 0 && place === selection.size;
     const what = whole ? countOf(selection.size, "line") : `${countOf(place - begin, "line")} of ${countOf(selection.size, "line")}`;

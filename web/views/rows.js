@@ -1,5 +1,6 @@
 import { element, oneLine } from "./dom.js";
 import { rowTypes } from "../records/block.js";
+import { wordsOf } from "../selection/selection.js";
 
 // Rows of the trace as lists show them.
 
@@ -36,8 +37,19 @@ export function makeRow() {
     return element("div", { class: "row" }, ...cells.map((name) => element("span", { class: `cell ${name}` })));
 }
 
-/** @param {Trace} trace @param {number} row @param {HTMLElement} shown @param {() => void} later */
-export function fillRow(trace, row, shown, later) {
+/** What is wrong with rows of a kind, in words.
+ * @param {import("../records/trace.js").Kind} kind */
+function problems(kind) {
+    const words = wordsOf(kind, "finding");
+    if (kind.status === "unknown") words.unshift("unknown message");
+    if (kind.status === "refused") words.unshift("unknown class");
+    if (kind.status === "refused line") words.unshift("refused");
+    return words;
+}
+
+/** @param {Trace} trace @param {number} row @param {HTMLElement} shown @param {() => void} later
+ * @param {boolean} [withProblems] in front of the text */
+export function fillRow(trace, row, shown, later, withProblems = false) {
     const there = found(trace, row, later);
     const spans = /** @type {HTMLCollectionOf<HTMLElement>} */ (shown.children);
     if (!there) {
@@ -51,6 +63,7 @@ export function fillRow(trace, row, shown, later) {
         String(block.lines[index]), oneLine(block.time(index)), arrows[kind.direction], kind.link,
         kind.direction === 2 ? "" : kind.name || "unknown", rowText(block, index),
     ];
+    if (withProblems) words[5] = `${problems(kind).join(", ")} · ${words[5]}`;
     for (let k = 0; k < words.length; ++k) {
         if (spans[k].textContent !== words[k]) spans[k].textContent = words[k];
     }
