@@ -52,3 +52,29 @@ export function goldenTraces() {
     const traces = readdirSync(golden).filter((name) => name.endsWith(".spzt")).map((name) => join(golden, name));
     return [...traces, join(root, "examples", "office.spzt")];
 }
+
+// Lines of the golden traces with bytes of other values in them, the same ones each time.
+export function changedLines(count) {
+    const lines = goldenTraces().flatMap((file) => readFileSync(file, "latin1").split("\n"));
+    const traceLines = lines.filter((line) => /^\w{6}[SR] /.test(line));
+    let seed = 20261122;
+    const random = (n) => {
+        seed = (Math.imul(seed, 1664525) + 1013904223) >>> 0;
+        return Math.floor((seed / 2 ** 32) * n);
+    };
+    return Array.from({ length: count }, () => {
+        const [head, ...bytes] = traceLines[random(traceLines.length)].trim().split(" ");
+        for (let left = 1 + random(3); left > 0; --left)
+            bytes[1 + random(bytes.length - 1)] = random(256).toString(16).padStart(2, "0");
+        return [head, ...bytes].join(" ");
+    });
+}
+
+// What the command says of each line where no library knows names of characters: the loader finds an empty file.
+export function unnamedRows(trace) {
+    written("libuninameslist.so", "");
+    const done = spawnSync(command, ["--format", "ndjson", "--explain", trace], {
+        maxBuffer: most, cwd: root, env: { ...process.env, LD_LIBRARY_PATH: folder },
+    });
+    return done.stdout.toString().trim().split("\n").map((line) => JSON.parse(line));
+}
