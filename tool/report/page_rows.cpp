@@ -134,6 +134,7 @@ void PageRows::add_row(std::uint32_t kind, std::uint64_t line, Write write) {
         lines_.signed_number(static_cast<std::int64_t>(line - (rows_ == 0 ? line : line_)));
     } catch (...) {
         for (std::size_t k = 0; k < columns.size(); ++k) columns[k]->cut(sizes[k]);
+        closed_ = true;
         throw;
     }
     if (rows_ == 0) first_line_ = line;

@@ -51,6 +51,8 @@ class PageRows {
     void other(std::uint32_t kind, std::uint64_t line, std::string_view content);
 
     std::uint32_t size() const noexcept { return rows_; }
+    // There was no memory for a row: what is there stands, and nothing more may be added.
+    bool closed() const noexcept { return closed_; }
     std::size_t bytes() const noexcept;
     std::uint64_t first_line() const noexcept { return first_line_; }
     std::string_view kinds() const noexcept { return kinds_.view(); }
@@ -91,6 +93,7 @@ class PageRows {
     void part(const Record& record, std::uint32_t k);
     void find_sources(const Record& record);
 
+    bool closed_ = false;
     std::uint32_t rows_ = 0;
     std::uint64_t first_line_ = 0;
     std::uint64_t line_ = 0;

@@ -66,7 +66,8 @@ void add_policy(Text& out) {
 // The template between two of its marks; its beginning and its end have empty names.
 std::string_view between(std::string_view mark, std::string_view next) {
     const std::size_t begin = mark.empty() ? 0 : page_template.find(mark) + mark.size();
-    return page_template.substr(begin, next.empty() ? std::string_view::npos : page_template.find(next) - begin);
+    return page_template.substr(begin,
+                                next.empty() ? std::string_view::npos : page_template.find(next) - begin);
 }
 
 // JSON that stands in an element of the page: nothing in it looks like the element's end.
@@ -137,18 +138,18 @@ void PageWriter::message(const CapturedMessage& captured, const Record& record) 
     if (captured.shortage != nullptr) findings |= padded_bytes;
     const std::uint32_t counted = kind(whole.noted->link, whole.noted->name, whole.noted->direction,
                                        data::name_of(whole.decoded), findings);
-    rows_->message(counted, captured, record);
+    open_rows().message(counted, captured, record);
     row_done();
 }
 
 void PageWriter::refused(std::uint64_t line, std::string_view content, std::size_t column,
                          std::string_view why) {
-    rows_->refused(kind("", "", no_direction, "refused line", 0), line, content, column, why);
+    open_rows().refused(kind("", "", no_direction, "refused line", 0), line, content, column, why);
     row_done();
 }
 
 void PageWriter::other(std::uint64_t line, std::string_view content) {
-    rows_->other(kind("", "", no_direction, "no message", 0), line, content);
+    open_rows().other(kind("", "", no_direction, "no message", 0), line, content);
     row_done();
 }
 
@@ -169,6 +170,14 @@ std::uint32_t PageWriter::kind(std::string_view link, std::string_view name, std
     add_json(status, kinds_json_);
     kinds_json_.print(",{-}]"_cf, findings);
     return known->second;
+}
+
+PageRows& PageWriter::open_rows() {
+    if (rows_->closed()) {
+        finish_rows();
+        rows_ = std::make_unique<PageRows>();
+    }
+    return *rows_;
 }
 
 void PageWriter::row_done() {

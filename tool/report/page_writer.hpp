@@ -53,6 +53,7 @@ class PageWriter {
     std::uint32_t kind(std::string_view link, std::string_view name, std::uint32_t direction,
                        std::string_view status, std::uint32_t findings);
     void begin(Output& out);
+    PageRows& open_rows();
     void row_done();
     void finish_rows();
     void finish_kinds();

@@ -1,4 +1,5 @@
 import assert from "node:assert/strict";
+import { readFileSync } from "node:fs";
 import { join } from "node:path";
 import { test } from "node:test";
 import { comesTo, count, lit, opened, phone, place, title, wordHandle } from "./browser.js";
@@ -175,6 +176,31 @@ test("tabs lead to messages", async () => {
     assert.ok(arrows > 0);
     await page.evaluate(() => [...document.querySelectorAll("#ladder-list .rung")].find((r) => r.firstChild.textContent === "47").click());
     await comesTo(page, "#message .place", `line 47 of ${office}`);
+    assert.deepEqual(page.problems, []);
+    await page.close();
+});
+
+test("what other analyses found stands in its tab and leads to its message", async () => {
+    const item = (text, severity, line, message = 0) => ({ text, severity, line, message, file: office });
+    const items = {
+        summary: [item("69 messages in an hour", "note", 0)],
+        findings: [item("<b>reset</b> without a reason", "error", 5), item("slow answer", "warning", 58)],
+        ladder: [item("a call", "note", 76)],
+    };
+    const html = readFileSync(officePage, "utf8");
+    const json = JSON.stringify(items).slice(1, -1).replaceAll("<", "\\u003c");
+    const page = await opened(written("items.html", html.replace('id="trace">{', () => `id="trace">{${json},`)));
+    await page.click("#tab-findings");
+    assert.deepEqual(await page.$$eval("#finding-items button", (all) => all.map((b) => [...b.children].map((c) => c.textContent))), [
+        ["error", "<b>reset</b> without a reason", "line 5"], ["warning", "slow answer", "line 58"],
+    ]);
+    await page.click("#finding-items li:nth-child(2) button");
+    await comesTo(page, "#message .place", `line 58 of ${office}`);
+    await page.click("#tab-summary");
+    assert.match(await page.$eval("#panel-summary .items", (e) => e.textContent), /69 messages in an hour/);
+    await page.click("#tab-ladder");
+    await page.click("#ladder-items button");
+    await comesTo(page, "#message .place", `line 76 of ${office}`);
     assert.deepEqual(page.problems, []);
     await page.close();
 });
