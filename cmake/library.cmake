@@ -2,7 +2,7 @@
 
 # The folders of sources: the one list, which is written down for scripts too.
 set(core_folders core decode/tables digital digital/options ip he object convert decode/routes decode)
-set(tool_folders tool/output tool/input tool/report tool/analysis tool/select tool)
+set(tool_folders tool/output tool/input tool/report tool/analysis tool/redact tool/select tool)
 set(ZTDECODE_SOURCE_FOLDERS ${core_folders} abi api ${tool_folders})
 list(JOIN ZTDECODE_SOURCE_FOLDERS "\n" lines)
 file(WRITE ${PROJECT_BINARY_DIR}/source_folders.txt "${lines}\n")

@@ -7,7 +7,9 @@ namespace ztdecode::tool {
 
 std::span<const Subcommand> subcommands() noexcept {
     static constexpr auto all = std::to_array<Subcommand>({
+        {"redact", "the same trace without names, numbers, addresses and keys", run_redact},
         {"summary", "what is in traces, on one page", run_summary},
+        {"findings", "what is wrong in traces", run_findings},
         {"report", "traces as a page for any browser", run_report},
     });
     return all;
