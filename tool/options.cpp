@@ -27,6 +27,7 @@ constexpr auto footer = R"(Subcommands:
   diff                   what two traces say differently
   ladder                 who said what to whom, as a picture
   redact                 the same trace without names, numbers, addresses, keys
+  report                 traces as a page for any browser
 "ztdecode summary --help" says more of one. A file of that name is ./summary.
 
 Layouts of trace lines, each with the two bytes 03 0a for its message:

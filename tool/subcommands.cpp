@@ -12,6 +12,7 @@ std::span<const Subcommand> subcommands() noexcept {
         {"diff", "what two traces say differently", run_diff},
         {"ladder", "who said what to whom, as a picture", run_ladder},
         {"redact", "the same trace without names, numbers, addresses and keys", run_redact},
+        {"report", "traces as a page for any browser", run_report},
     });
     return all;
 }

@@ -24,5 +24,6 @@ int run_diff(int argc, const char* const* argv);
 int run_ladder(int argc, const char* const* argv);
 int run_summary(int argc, const char* const* argv);
 int run_findings(int argc, const char* const* argv);
+int run_report(int argc, const char* const* argv);
 
 }  // namespace ztdecode::tool
