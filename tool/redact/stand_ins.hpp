@@ -43,7 +43,7 @@ class StandIns {
   private:
     class Stream;
 
-    void text_of_bytes(Bytes characters, unsigned attempt) const;
+    void text_of_bytes(Bytes text, unsigned attempt) const;
     std::uint8_t in_cycle(std::string_view label, std::string_view before, unsigned attempt,
                           std::uint32_t index, std::uint32_t count) const;
     void digits(std::span<std::uint8_t> digits, unsigned attempt) const;
