@@ -37,8 +37,8 @@ void prepare(TraceReader& reader, const Options& options) {
 }
 
 TraceReader reader_for(const Options& options) {
-    return TraceReader(line_layout(options.layout), options.direction,
-                       options.pad ? MissingBytes::padded : MissingBytes::refused);
+    return {line_layout(options.layout), options.direction,
+            options.pad ? MissingBytes::padded : MissingBytes::refused};
 }
 
 // One character of UTF-8 and how many bytes it has; what is none counts as one of Latin 1.
