@@ -23,10 +23,10 @@ namespace ztdecode::tool {
 namespace {
 
 constexpr auto purpose =
-    "The same trace, line for line, with stand-ins for what tells about somebody: numbers,\n"
-    "names, what displays show, addresses, serial numbers, keys. It still decodes, and says\n"
-    "everything else as before. What cannot be judged is blanked. What was replaced, never by\n"
-    "what, is said on standard error.\n";
+    "The same trace, line for line, with stand-ins for what tells about somebody:\n"
+    "numbers, names, what displays show, addresses, serial numbers, keys. It still\n"
+    "decodes, and says everything else as before. What cannot be judged is blanked.\n"
+    "How much of what was replaced is said on standard error.\n";
 
 constexpr auto footer = R"(Kinds for --keep:
   number                 dialled and calling numbers
@@ -34,7 +34,7 @@ constexpr auto footer = R"(Kinds for --keep:
   address                addresses of the network
   hardware_address       and serial numbers
   unknown                messages that no table knows, but for their codes
-  unread                 bytes of other messages that their texts do not speak of
+  unread                 bytes of others that their texts do not speak of
   left_over              words behind a message that its length does not count
   refused                what is refused of a trace line
   line                   lines that are no trace line
@@ -45,7 +45,7 @@ Passwords and keys are never kept.
 Examples:
   ztdecode redact trace.spzt -o for-the-vendor.spzt
   ztdecode redact --key case-4711.key monday.spzt -o monday-redacted.spzt
-  ztdecode redact --keep comment --keep prefix --report what.txt trace.log >out.log
+  ztdecode redact --keep comment,prefix --report what.txt trace.log >out.log
 
 Exit status: 0, 1 when lines were refused or blanked whole, or a message says
 something else besides, 2 for bad usage, a file that cannot be read or an output

@@ -37,8 +37,8 @@ void prepare(TraceReader& reader, const Options& options) {
 }
 
 TraceReader reader_for(const Options& options) {
-    return TraceReader(line_layout(options.layout), options.direction,
-                       options.pad ? MissingBytes::padded : MissingBytes::refused);
+    return {line_layout(options.layout), options.direction,
+            options.pad ? MissingBytes::padded : MissingBytes::refused};
 }
 
 // One character of UTF-8 and how many bytes it has; what is none counts as one of Latin 1.
@@ -212,7 +212,7 @@ Outcome Redaction::decode_before(std::span<const std::uint8_t> bytes, std::uint3
     m.put_by = bytes_of_segments(trail_before_);
     m.link = record_.part(0).noted->link;
     m.name = record_.part(0).noted->name;
-    HiddenValues(record_, messages_, redacting_.kept, typing_, edits_).find();
+    HiddenValues(trail_before_, messages_, redacting_.kept, typing_, edits_).find();
     m.said = what_is_said(record_, outcome, text_.view(), m.hidden);
     const Reassembly& series = *session.digital.reassembly;
     const std::uint64_t first = series.places.empty() ? 0 : series.places.front();

@@ -93,14 +93,9 @@ std::string Typing::before(const std::string& who, char character) {
     return before;
 }
 
-HiddenValues::HiddenValues(const Record& record, std::vector<HiddenMessage>& messages, const Kept& kept,
+HiddenValues::HiddenValues(const Trail& trail, std::vector<HiddenMessage>& messages, const Kept& kept,
                            Typing& typing, std::vector<Edit>& edits)
-    : record_(record),
-      trail_(record.trail()),
-      messages_(messages),
-      kept_(kept),
-      typing_(typing),
-      edits_(edits) {}
+    : trail_(trail), messages_(messages), kept_(kept), typing_(typing), edits_(edits) {}
 
 void HiddenValues::find() {
     typing_.message();

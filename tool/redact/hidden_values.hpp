@@ -69,11 +69,11 @@ class Typing {
     std::uint64_t messages_ = 0;
 };
 
-// Finds what is hidden in the last one of the messages, whose record this is, and in those before it whose
+// Finds what is hidden in the last one of the messages, whose trail this is, and in those before it whose
 // segments it puts together.
 class HiddenValues {
   public:
-    HiddenValues(const Record& record, std::vector<HiddenMessage>& messages, const Kept& kept, Typing& typing,
+    HiddenValues(const Trail& trail, std::vector<HiddenMessage>& messages, const Kept& kept, Typing& typing,
                  std::vector<Edit>& edits);
     void find();
 
@@ -96,7 +96,6 @@ class HiddenValues {
     std::string typist(std::uint32_t message) const;
     void listen_for_ends();
 
-    const Record& record_;
     const Trail& trail_;
     std::vector<HiddenMessage>& messages_;
     const Kept& kept_;

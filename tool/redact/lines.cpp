@@ -81,9 +81,9 @@ LineVerdict RedactedLine::read(TraceReader& reader, std::string_view line, std::
         m.direction = captured.message->direction;
         m.column = reader.place().column + 3 * reader.place().length_bytes;
         m.announced = reader.place().bytes;
-        for (const std::uint64_t fact :
-             {std::uint64_t{m.direction}, std::uint64_t{m.column}, m.announced, captured.left_over,
-              std::uint64_t{captured.left_over_column}, std::uint64_t{captured.shortage != nullptr}})
+        for (const std::uint64_t fact : {std::uint64_t{m.direction}, std::uint64_t{m.column}, m.announced,
+                                         captured.left_over, std::uint64_t{captured.left_over_column},
+                                         std::uint64_t{captured.shortage != nullptr ? 1U : 0U}})
             add_number(fact, shape_);
         if (captured.left_over > 0) {
             left_over_ = captured.left_over;

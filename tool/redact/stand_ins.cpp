@@ -61,6 +61,14 @@ std::optional<Class> class_of(const Character& c) {
     return Class{code / row * row, row};
 }
 
+// What a display acts on, but for what ends lines and texts. (A text whose length is wrong holds other
+// values.)
+std::optional<Class> class_of_control(std::uint8_t byte) {
+    if (byte >= 0x01 && byte < 0x09) return Class{0x01, 8};
+    if (byte >= 0x0E && byte < 0x20) return Class{0x0E, 18};
+    return std::nullopt;
+}
+
 Character character_at(std::span<const std::uint8_t> bytes, std::size_t at) {
     const std::uint32_t lead = bytes[at];
     const std::uint32_t count = lead < 0xC2   ? 1U
@@ -323,6 +331,9 @@ void StandIns::text_of_bytes(Bytes text, unsigned attempt) const {
             at += c.bytes;
         }
         if (at == begin) {
+            if (const auto control = class_of_control(text[at]))
+                text[at] = static_cast<std::uint8_t>(control->code(
+                    in_cycle("control", "", attempt, control->index(text[at]), control->count)));
             at += character_at(text, at).bytes;
             continue;
         }

@@ -12,7 +12,7 @@ namespace ztdecode::tool {
 // What stands in the place of a value that is hidden: made of the value and a key, so that the same value has
 // the same stand-in wherever it stands, and nobody without the key can go back. A stand-in has the length of
 // its value, and of each character the class: a digit for a digit, a capital for a capital, as many bytes of
-// UTF-8. What is no letter and no digit stays.
+// UTF-8, a control code for a control code. Blanks, signs and the ends of lines stay.
 //
 // Digits are replaced from left to right, each by the digits in front of it: so a number that is dialled key
 // by key becomes the same number as one that comes whole, and numbers that begin alike still do. So do
@@ -43,7 +43,7 @@ class StandIns {
   private:
     class Stream;
 
-    void text_of_bytes(Bytes characters, unsigned attempt) const;
+    void text_of_bytes(Bytes text, unsigned attempt) const;
     std::uint8_t in_cycle(std::string_view label, std::string_view before, unsigned attempt,
                           std::uint32_t index, std::uint32_t count) const;
     void digits(std::span<std::uint8_t> digits, unsigned attempt) const;

@@ -48,7 +48,9 @@ void Tally::write(Text& out) const {
     for (const auto& [key, count] : counts_) {
         const auto& [kind, link, message] = key;
         pad(name_of(kind), kind_width + 2, out);
-        pad(link.empty() ? "(the line)" : link + " " + message, message_width + 2, out);
+        std::string name = link.empty() ? "(the line)" : link;
+        if (!link.empty()) name.append(" ").append(message);
+        pad(name, message_width + 2, out);
         pad_front(std::to_string(count.times), 5, out);
         pad_front(std::to_string(count.bytes), 7, out);
         out.add("\n");

@@ -127,6 +127,19 @@ TEST(StandIns, CharactersBeyondAsciiKeepTheirLengths) {
     EXPECT_EQ(latin[3] & '\xF0', '\xE0');
 }
 
+TEST(StandIns, ControlCodesStayControlCodesAndEndsOfLinesWhatTheyAre) {
+    const std::string_view words("\x04\x1B\n\0\r\t\x02", 7);
+    const std::string stand_in = text(words);
+    ASSERT_EQ(stand_in.size(), words.size());
+    for (const std::size_t k : {0U, 6U}) {
+        EXPECT_NE(stand_in[k], words[k]);
+        EXPECT_TRUE(stand_in[k] >= 0x01 && stand_in[k] < 0x09) << k;
+    }
+    EXPECT_NE(stand_in[1], '\x1B');
+    EXPECT_TRUE(stand_in[1] >= 0x0E && stand_in[1] < 0x20);
+    EXPECT_EQ(stand_in.substr(2, 4), words.substr(2, 4));
+}
+
 TEST(StandIns, AnAddressIsTheSameInBytesAndInWords) {
     std::vector<std::uint8_t> address = {10, 0, 0, 25};
     stand_ins().address(address, 0);
