@@ -93,7 +93,7 @@ codes() { "$ZTDECODE" findings --rules | cut -d' ' -f1; }
 }
 
 @test "--fail-on tells scripts" {
-    printf '000001R 01 01\n000002R 0f 1f 00 00 02 15 20 31 02 01 08 01 01 05 01 08\n' >note
+    printf '000000S 01 2b\n000001R 01 22\n000002R 0f 1f 00 00 02 15 20 31 02 01 08 01 01 05 01 08\n' >note
     printf '000001R 03 1f 04 01\n' >warning
     printf '000001R 03 1f 03 01\n' >error
     for row in "note note 1" "note warning 0" "warning note 1" "warning warning 1" "warning error 0" "error error 1"; do

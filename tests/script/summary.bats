@@ -26,21 +26,21 @@ data() {
 @test "the page of the example" {
     cp "$EXAMPLE" office.spzt
     "$ZTDECODE" summary office.spzt >page
-    is "$(head -5 page)" "file                      office.spzt
-lines                     91: 69 with messages, 0 refused, 0 no trace line,
-                          6 blank, 16 comments
-messages                  69
-columns                   074502 to 081516"
-    is "$(section "Terminals and modules" page | head -2)" "  digital                 type set-49, design beta, software 2.21, boot 1.08,
-                          data 1.05"
-    section "Terminals and modules" page | grep -q 'presentation_server     type 3, software 2.04.1, serial number A41207'
+    is "$(head -5 page)" "file                       office.spzt
+lines                      91: 69 with messages, 0 refused, 0 no trace line,
+                           6 blank, 16 comments
+messages                   69
+columns                    074502 to 081516"
+    is "$(section "Terminals and modules" page | head -2)" "  digital                  type set-49, design beta, software 2.21, boot 1.08,
+                           data 1.05"
+    section "Terminals and modules" page | grep -q 'presentation_server      type 3, software 2.04.1, serial number A41207'
     section "Messages by link, direction and name" page | grep -q '  hub to  *status_response 1, version_response 1$'
-    is "$(section Calls page)" '  081236 to 081512        lines 76 to 86, G.711 A law, to 10.0.0.2 port 32000,
-                          from port 30000, "4712" with "01632960123", 156 s,
-                          3 packets lost (0.04 %), delay up to 40 ms'
+    is "$(section Calls page)" '  081236 to 081512         lines 76 to 86, G.711 A law, to 10.0.0.2 port 32000,
+                           from port 30000, "4712" with "01632960123", 156 s,
+                           3 packets lost (0.04 %), delay up to 40 ms'
     is "$(section Findings page)" "  1 error, 3 warnings, 0 notes
-  error                   reported-error 1
-  warning                 refused-command 1, unknown-message 1, missing-bytes 1"
+  error                    reported-error 1
+  warning                  refused-command 1, unknown-message 1, missing-bytes 1"
 }
 
 @test "the same as data" {
@@ -76,7 +76,7 @@ columns                   074502 to 081516"
 @test "times, where the trace gives them" {
     printf '23:59:59.500 000001S 01 2b\n00:00:01.250 000002R 01 22\n' >night
     "$ZTDECODE" summary night >page
-    grep -qx 'time                      23:59:59.500 to 00:00:01.250, 0:00:01.750 in all' page
+    grep -qx 'time                       23:59:59.500 to 00:00:01.250, 0:00:01.750 in all' page
     is "$(data summary .microseconds night)" 1750000
     printf '001000S 01 2b\n003500R 01 22\n' >columns
     is "$(data summary .microseconds --columns ms columns)" 2500000
@@ -87,7 +87,7 @@ columns                   074502 to 081516"
     cp "$EXAMPLE" one
     cp "$EXAMPLE" two
     "$ZTDECODE" summary one two >page
-    is "$(head -1 page)" "files                     one, two"
+    is "$(head -1 page)" "files                      one, two"
     grep -q '^messages  *138$' page
     is "$(section Calls page | grep -c 'one, lines 76\|two, lines 76')" 2
     grep -q '2 errors, 6 warnings, 0 notes' page
@@ -114,7 +114,7 @@ columns                   074502 to 081516"
 
 @test "no line is longer than the page, and nothing is cut" {
     "$ZTDECODE" summary "$SOURCE"/tests/golden/every-*.spzt >page 2>/dev/null
-    is "$(awk 'length($0) > 80 && $0 !~ /^ {26}[^ ]*$/ && $0 !~ /\// { print }' page)" ""
+    is "$(awk 'length($0) > 80 && $0 !~ /^ {27}[^ ]*$/ && $0 !~ /\// { print }' page)" ""
     for name in $("$ZTDECODE" --format ndjson "$SOURCE/tests/golden/every-digital.spzt" 2>/dev/null | jq -r '.message // empty' | sort -u); do
         grep -q "[ ]$name [0-9]" page || {
             echo "no $name"

@@ -21,8 +21,9 @@
 namespace ztdecode::tool {
 
 // How long something may take that has no limit of its own: an answer, a last segment.
-inline constexpr std::int64_t patience_time = 10 * 1000000;  // microseconds, where times are known;
-inline constexpr std::uint64_t patience_messages = 50;       // of the same speaker, where not
+inline constexpr std::int64_t patience_time =
+    std::int64_t{10} * 1000000;                         // microseconds, where times are known;
+inline constexpr std::uint64_t patience_messages = 50;  // of the same speaker, where not
 
 inline bool too_late(const Moment& since, const Moment& now) noexcept {
     if (since.time && now.time) return *now.time - *since.time > patience_time;

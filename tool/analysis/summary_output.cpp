@@ -11,7 +11,7 @@ namespace ztdecode::tool {
 
 namespace {
 
-constexpr std::size_t label_width = 26;
+constexpr std::size_t label_width = 27;
 
 std::string with_noun(std::uint64_t n, std::string_view noun) {
     return std::to_string(n) + " " + std::string(noun) + (n == 1 ? "" : "s");
