@@ -132,7 +132,11 @@ int run_ladder(int argc, const char* const* argv) {
     wanted.delta = [&times](const CapturedMessage& captured) { return short_delta(times.of(captured)); };
     Ladder ladder(std::move(wanted));
     return analyse_files(
-        options, [&](const std::string& name, Output& /*out*/) { return ladder.report(name); },
+        options,
+        [&](const std::string& name, Output& /*out*/) {
+            if (options.join == Join::none) times = TimeColumn(TimeShown::delta, options.columns);
+            return ladder.report(name);
+        },
         [&](const Display& shown, Output& out) {
             ladder.end();
             switch (wishes.picture) {

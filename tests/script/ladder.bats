@@ -86,6 +86,14 @@ END_PYTHON
     "$ZTDECODE" ladder --fields all,led call | grep -q 'set_number: 2'
 }
 
+@test "times of one trace are no times of the next, unless they are joined" {
+    sed 's/^07:45/07:50/' call >later
+    is "$("$ZTDECODE" ladder --format mermaid call later | grep -o ', [+-][0-9.]* s$' | tr -d '\n')" \
+        ', +0 s, +0.25 s, +1 s, +0 s, +0.25 s, +1 s'
+    is "$("$ZTDECODE" ladder --join --format mermaid call later | grep -o ', [+-][0-9.]* s$' | tr -d '\n')" \
+        ', +0 s, +0.25 s, +1 s, +298.75 s, +0.25 s, +1 s'
+}
+
 @test "terminals that are told apart have lifelines of their own" {
     printf '%s\n' '[4711] 000001S 01 2a' '[4712] 000002S 01 2a' >two
     is "$("$ZTDECODE" ladder --terminal prefix two)" '      system

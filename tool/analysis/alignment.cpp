@@ -164,7 +164,7 @@ class Aligner {
 
     // As many of them as can be in the order of both: the longest rising sequence.
     static std::vector<Anchor> in_order(const std::vector<Anchor>& anchors) {
-        constexpr std::size_t none = static_cast<std::size_t>(-1);
+        constexpr auto none = static_cast<std::size_t>(-1);
         std::vector<std::size_t> ends;  // of the sequences of each length the one that ends first
         std::vector<std::size_t> before(anchors.size(), none);
         for (std::size_t k = 0; k < anchors.size(); ++k) {

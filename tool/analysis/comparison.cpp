@@ -71,6 +71,7 @@ std::vector<Term> terms_of(const Statement& statement) {
 // The same of two messages that one message carries is not the same.
 std::vector<std::uint32_t> numbers_of(const std::vector<Term>& terms, Numbered& numbered) {
     std::vector<std::uint32_t> numbers;
+    numbers.reserve(terms.size());
     for (const Term& term : terms) numbers.push_back(numbered(term.of, term.whole));
     return numbers;
 }

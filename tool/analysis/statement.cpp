@@ -83,7 +83,7 @@ void add_value(std::uint8_t depth, const Record& record, const NotedValue& value
               meaning.kind,
               meaning.tenths,
               static_cast<std::uint16_t>(IgnoredFields::index(*value.field)),
-              value.missing,
+              static_cast<std::uint16_t>(value.missing ? 1 : 0),
               sizeof meaning.number};
     if (is_number(meaning.kind)) {
         to.written_to(put(put(to.room(sizeof head + sizeof meaning.number), head), meaning.number));
