@@ -18,7 +18,7 @@ target_link_libraries(decoder PRIVATE ztdecode_core)
 set_target_properties(decoder PROPERTIES SUFFIX .mjs RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/package)
 # Messages that carry each other need most of a MiB of stack.
 target_link_options(decoder PRIVATE -O2 -fwasm-exceptions --no-entry -sMODULARIZE -sEXPORT_ES6 -sSINGLE_FILE -sUSE_ES6_IMPORT_META=0
-    -sENVIRONMENT=web,worker,node -sALLOW_MEMORY_GROWTH -sTOTAL_STACK=2097152 -sFILESYSTEM=0
+    -sENVIRONMENT=web,worker -sALLOW_MEMORY_GROWTH -sTOTAL_STACK=2097152 -sFILESYSTEM=0
     -sEXPORTED_FUNCTIONS=${exports})
 
 set(module ${PROJECT_SOURCE_DIR}/web/module)
