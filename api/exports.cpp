@@ -135,9 +135,9 @@ const zt_record* zt_part_at(const zt_record* record, std::size_t index) {
 const zt_field* zt_find_field(const zt_record* record, const char* name) {
     if (record == nullptr || name == nullptr) return nullptr;
     const std::span<const zt_field> fields(own(record).first_field, record->fields);
-    const auto found = std::ranges::find_if(
-        fields, [name](const zt_string& s) { return std::string_view(s.data, s.size) == name; },
-        &zt_field::name);
+    const auto found = std::find_if(fields.begin(), fields.end(), [name](const zt_field& field) {
+        return std::string_view(field.name.data, field.name.size) == name;
+    });
     return found != fields.end() ? &*found : nullptr;
 }
 

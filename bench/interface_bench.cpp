@@ -7,9 +7,11 @@
 
 #include "bench/hex.hpp"
 #include "ztdecode.h"
+#include "ztdecode_session.h"
 
 // The C interface against what a host would pay anyway: reading a line's hexadecimal, taking a record of 5140
-// bytes by value, and a fresh heap block for the result.
+// bytes by value, and a fresh heap block for the result. Sessions stand beside it: they give values as well,
+// and no heap block.
 
 namespace {
 
@@ -121,6 +123,43 @@ void only_take_and_copy(benchmark::State& state, const Row& row) {
     }
 }
 
+class BenchSession {
+  public:
+    explicit BenchSession(zt_detail detail) {
+        zt_options options = ZT_OPTIONS_INIT;
+        options.detail = detail;
+        zt_session_create(&options, &session_);
+    }
+    ~BenchSession() { zt_session_destroy(session_); }
+    BenchSession(const BenchSession&) = delete;
+    BenchSession& operator=(const BenchSession&) = delete;
+    zt_session* get() const { return session_; }
+
+  private:
+    zt_session* session_ = nullptr;
+};
+
+void session_feed(benchmark::State& state, const Row& row) {
+    const BenchSession session(ZT_FIELDS);
+    const std::string text = (row.direction == 0 ? "000000S " : "000000R ") + std::string(row.line);
+    for (auto _ : state) {
+        const zt_record* record = nullptr;
+        zt_feed_line(session.get(), text.data(), text.size(), nullptr);
+        while (zt_next_message(session.get(), &record) == ZT_OK) benchmark::DoNotOptimize(record->fields);
+    }
+}
+
+void session_decode(benchmark::State& state, const Row& row, zt_detail detail) {
+    const BenchSession session(detail);
+    const MessageRecord message = record_of(row);
+    const auto direction = static_cast<zt_direction>(row.direction);
+    for (auto _ : state) {
+        const zt_record* record = nullptr;
+        zt_decode(session.get(), message.data, message.length, direction, &record);
+        benchmark::DoNotOptimize(record->fields);
+    }
+}
+
 const bool rows_registered = [] {
     for (const Row& row : rows) {
         const std::string name = row.name;
@@ -130,6 +169,10 @@ const bool rows_registered = [] {
         benchmark::RegisterBenchmark(("exported_decode/" + name).c_str(), call_decode, row);
         benchmark::RegisterBenchmark(("exported_decode/" + name + "/only_take_and_copy").c_str(),
                                      only_take_and_copy, row);
+        benchmark::RegisterBenchmark(("session_feed/" + name).c_str(), session_feed, row);
+        benchmark::RegisterBenchmark(("session_decode/" + name).c_str(), session_decode, row, ZT_FIELDS);
+        benchmark::RegisterBenchmark(("session_decode/" + name + "/words").c_str(), session_decode, row,
+                                     ZT_WORDS);
     }
     return true;
 }();

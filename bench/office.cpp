@@ -4,7 +4,7 @@
 
 namespace ztdecode::bench {
 
-Office::Office(std::uint64_t seed) : random_(seed) { following_.push_front({set_reset(*this), to_dhs}); }
+Office::Office(std::uint64_t seed) : random_(seed) { set_starts(*this); }
 
 Captured Office::next() {
     if (!following_.empty()) {

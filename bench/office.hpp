@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <deque>
 #include <initializer_list>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -43,6 +44,11 @@ class Random {
     std::uint64_t state_;
 };
 
+// The voice stream of a call that is going on.
+struct Call {
+    std::uint32_t remote_address;
+};
+
 class Office {
   public:
     // The traffic begins with a set that starts.
@@ -54,6 +60,9 @@ class Office {
     Random& random() noexcept { return random_; }
     // A message that follows the one that is being made.
     void then(std::uint32_t direction, Bytes bytes) { following_.push_back({std::move(bytes), direction}); }
+
+    // The IP set has one at a time.
+    std::optional<Call> call;
 
   private:
     Random random_;

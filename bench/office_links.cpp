@@ -8,9 +8,11 @@ namespace ztdecode::bench {
 
 namespace {
 
-Bytes ip_init(Office& o) { return of({0x13, 0, o.random().below(24), o.random().below(4)}); }
-Bytes ip_get_param(Office& o) { return of({0x13, 9, 0, 3, 4, o.random().between(5, 13)}); }
-Bytes ip_stop_rtp(Office& /*o*/) { return of({0x13, 2}); }
+Bytes ip_reset(Office& o) {
+    o.call.reset();
+    o.then(to_dhs, of({0x13, 0, o.random().below(24), o.random().below(4)}));
+    return of({0x13, 0, 0, 1, 0});
+}
 Bytes ip_key(Office& o) { return of({0x13, 11, o.random().below(12)}); }
 Bytes ip_tone(Office& o) {
     Bytes m = of({0x13, 5, 0x41, o.random().between(1, 20)});
@@ -28,11 +30,17 @@ Bytes ip_parameters(Office& o) {
     return m;
 }
 
+Bytes ip_get_param(Office& o) {
+    o.then(to_dhs, ip_parameters(o));
+    return of({0x13, 9, 0, 3, 4, o.random().between(5, 13)});
+}
+
 Bytes ip_start_rtp(Office& o) {
     Random& r = o.random();
+    o.call = Call{address(r)};
     Bytes m = of({0x13, 1, 2});
     add_item(m, 0, 2, port(r));
-    add_item(m, 1, 4, address(r));
+    add_item(m, 1, 4, o.call->remote_address);
     add_item(m, 2, 2, port(r));
     add_item(m, 3, 1, 0x2E);
     add_item(m, 4, 1, r.one_of({0, 1, 16, 17}));
@@ -61,26 +69,39 @@ void add_ticket_item(Bytes& m, std::uint32_t tag, unsigned width, std::uint32_t 
     add_number(m, width, value);
 }
 
-Bytes ip_ticket(Office& o) {
+// Of a call that lost little, and nothing came late.
+Bytes ip_ticket(Office& o, std::uint32_t remote) {
     Random& r = o.random();
+    const std::uint32_t packets = r.between(1000, 100000);
     Bytes m = of({0x13, 3});
     add_ticket_item(m, 1, 4, 0x5F000000 | r.below(0x1000000));
     add_ticket_item(m, 2, 2, r.below(16));
     add_ticket_item(m, 6, 2, 0x0201 + r.below(4));
     add_ticket_item(m, 8, 4, address(r));
-    add_ticket_item(m, 9, 4, address(r));
+    add_ticket_item(m, 9, 4, remote);
     for (const std::uint32_t tag : {10U, 11U}) {
         const std::string who = number(r);
         add(m, {tag, 0, static_cast<std::uint32_t>(who.size())});
         add(m, who);
     }
-    add_ticket_item(m, 12, 4, r.below(3600));
-    for (const std::uint32_t tag : {22U, 23U, 24U}) add_ticket_item(m, tag, 4, r.below(100000));
+    add_ticket_item(m, 12, 4, packets / 50);
+    add_ticket_item(m, 22, 4, packets);
+    add_ticket_item(m, 23, 4, packets + r.below(10));
+    add_ticket_item(m, 24, 4, r.below(10));
     add(m, {27, 0, 6});
     for (int k = 0; k < 3; ++k) add_number(m, 2, r.below(200));
+    add_ticket_item(m, 28, 1, r.between(20, 60));
     add(m, {32, 0, 12});
     for (int k = 0; k < 3; ++k) add_number(m, 4, r.below(200));
     return m;
+}
+
+// A call begins, or the one that is going on ends.
+Bytes ip_call(Office& o) {
+    if (!o.call) return ip_start_rtp(o);
+    o.then(to_dhs, ip_ticket(o, o.call->remote_address));
+    o.call.reset();
+    return of({0x13, 2, 20, 1, 0});
 }
 
 // HE sets: the link's three routing bytes in front.
@@ -141,8 +162,11 @@ Bytes widget(Office& o, std::uint32_t method, std::uint32_t widget_class) {
     return of({0x16, method, widget_class, 0, o.random().between(0x10, 0x40)});
 }
 
+// Frames and the screen are asked to say that they took it.
+
 Bytes create_frame(Office& o) {
     Random& r = o.random();
+    o.then(to_dhs, of({0x16, 4, 0x0F}));
     Bytes m = widget(o, 0x80, 0x80);
     add_item(m, 0x24, 2, 0);
     add_item(m, 0x26, 1, r.below(100));
@@ -175,6 +199,7 @@ Bytes set_value(Office& o) {
 }
 
 Bytes set_screen(Office& o) {
+    o.then(to_dhs, of({0x16, 4, 0x11}));
     Bytes m = of({0x16, 0x82, 6});
     add_item(m, 0x14, 1, o.random().below(16));
     add_item(m, 0x5C, 4, o.random().between(1000, 60000));
@@ -187,7 +212,15 @@ Bytes delete_item(Office& o) {
     return m;
 }
 
-Bytes delete_widget(Office& o) { return widget(o, 1, o.random().one_of({0x80, 0x82, 0x84, 0x86})); }
+// One is deleted when another one takes its place.
+Bytes replace_widget(Office& o) {
+    const Bytes deleted = widget(o, 1, o.random().one_of({0x80, 0x82, 0x84, 0x86}));
+    Bytes created = deleted;
+    created[1] = 0;
+    add_item(created, 0x28, 1, 1);
+    o.then(from_dhs, created);
+    return deleted;
+}
 
 Bytes key_event(Office& o) { return of({0x16, 4, o.random().between(2, 4), '0' + o.random().below(10)}); }
 
@@ -203,24 +236,25 @@ Bytes terminal_properties(Office& o) {
     Bytes m = of({0x15, 4, 0x94, 0, 1});
     add_item(m, 0x62, "0080A1" + number(o.random()));
     add_item(m, 3, 2, 1500);
-    return m;
+    o.then(to_dhs, m);
+    return of({0x15, 3, 1, 0x62, 3});
 }
 
-Bytes base_to_system(Office& o) { return of({0x12, 0xE0 | o.random().below(10), o.random().below(256)}); }
-Bytes base_anomaly(Office& o) { return of({0x12, 0x13, o.random().below(8), o.random().below(16)}); }
+// All but the failure of a handover.
+Bytes base_to_system(Office& o) {
+    return of({0x12, 0xE0 | o.random().one_of({0, 1, 2, 3, 4, 5, 6, 8, 9}), o.random().below(256)});
+}
+Bytes base_operational(Office& o) { return of({0x12, 0x15, o.random().below(8), o.random().below(16)}); }
 Bytes base_command(Office& o) { return of({0x12, 0x20 | o.random().between(1, 10), o.random().below(256)}); }
 
 constexpr auto kinds = std::to_array<Kind>({
     // IP sets
-    {3, to_dhs, ip_init},
-    {12, to_dhs, ip_parameters},
-    {15, to_dhs, ip_ticket},
+    {1, from_dhs, ip_reset},
     {12, from_dhs, ip_get_param},
-    {20, from_dhs, ip_start_rtp},
-    {15, from_dhs, ip_stop_rtp},
-    {8, from_dhs, ip_set_param},
-    {5, from_dhs, ip_key},
-    {10, from_dhs, ip_tone},
+    {35, from_dhs, ip_call},
+    {12, from_dhs, ip_set_param},
+    {10, from_dhs, ip_key},
+    {30, from_dhs, ip_tone},
     // HE sets
     {8, to_dhs, he_hook},
     {20, to_dhs, he_digit},
@@ -240,13 +274,13 @@ constexpr auto kinds = std::to_array<Kind>({
     {12, from_dhs, set_value},
     {2, from_dhs, set_screen},
     {4, from_dhs, delete_item},
-    {4, from_dhs, delete_widget},
+    {4, from_dhs, replace_widget},
     {30, to_dhs, key_event},
     {10, to_dhs, list_event},
-    {2, to_dhs, terminal_properties},
+    {2, from_dhs, terminal_properties},
     // DECT bases
     {18, to_dhs, base_to_system},
-    {2, to_dhs, base_anomaly},
+    {2, to_dhs, base_operational},
     {10, from_dhs, base_command},
 });
 static_assert(share(kinds) == 330);

@@ -28,7 +28,7 @@ std::span<const Kind> set_kinds();   // digital sets, modules, hubs: 670
 std::span<const Kind> link_kinds();  // IP sets, HE sets, widgets, DECT bases: 330
 
 // A set that starts; its modules report behind it, since it has forgotten them.
-Bytes set_reset(Office& o);
+void set_starts(Office& o);
 
 Bytes of(std::initializer_list<std::uint32_t> bytes);
 void add(Bytes& m, std::initializer_list<std::uint32_t> bytes);

@@ -6,12 +6,12 @@
 
 namespace ztdecode::bench {
 
-Bytes set_reset(Office& o) {
+void set_starts(Office& o) {
     Random& r = o.random();
+    o.then(to_dhs, of({0x1F, 0, 0, 2, r.below(32), 0, 0x31, 2, 1, 0x0A, 1, 1, 5, 0, r.below(256)}));
     o.then(to_dhs, of({4, 0x2A, 0x1F, 0, 5, 1, r.below(32), 0, 0, 3}));
     o.then(to_dhs, of({4, 0x0B, 0x1F, 1, 1, 2, r.below(16), 0, 1}));
     o.then(to_dhs, of({4, 0x24, 0x1F, 0, 4, 1, r.below(16), 0, 40}));
-    return of({0x1F, 0, 0, 2, r.below(32), 0, 0x31, 2, 1, 0x0A, 1, 1, 5, 0, r.below(256)});
 }
 
 namespace {
@@ -20,12 +20,25 @@ Bytes hook(Office& o) { return of({o.random().between(1, 2)}); }
 Bytes digit(Office& o) { return of({3, o.random().below(12)}); }
 Bytes key_pushed(Office& o) { return of({0x20, o.random().below(40)}); }
 Bytes key_released(Office& o) { return of({0x2A, o.random().below(40)}); }
-Bytes here(Office& /*o*/) { return of({0x22}); }
-Bytes version_response(Office& o) {
-    return of({0x21, 0, 2, o.random().below(64), o.random().between(0x2F, 0x31)});
+
+// The system tells a set to start anew.
+Bytes software_reset(Office& o) {
+    set_starts(o);
+    return of({3});
 }
 
-Bytes inquiry(Office& o) { return of({o.random().one_of({0x2A, 0x2B, 0x2D})}); }
+Bytes version_inquiry(Office& o) {
+    o.then(to_dhs, of({0x21, 0, 2, o.random().below(64), o.random().between(0x2F, 0x31)}));
+    return of({0x2A});
+}
+Bytes are_you_there(Office& o) {
+    o.then(to_dhs, of({0x22}));
+    return of({0x2B});
+}
+Bytes status_inquiry(Office& o) {
+    o.then(to_dhs, of({0x23}));
+    return of({0x2D});
+}
 Bytes plain_command(Office& o) { return of({o.random().one_of({0x24, 0x25, 0x26, 0x39, 0x3A, 0x46})}); }
 Bytes led(Office& o) { return of({0x21, o.random().below(7), o.random().below(24)}); }
 Bytes voice_channel(Office& o) { return of({0x32, o.random().below(4), o.random().below(4)}); }
@@ -112,20 +125,21 @@ Bytes hub_to_set(Office& o) {
 }
 Bytes hub_from_set(Office& o) { return of({0x14, o.random().between(0x10, 0x12), 3, o.random().below(12)}); }
 Bytes hub_status(Office& o) {
-    return of({0x14, 0x21, o.random().below(8), o.random().below(8), o.random().below(8)});
+    o.then(to_dhs, of({0x14, 0x21, o.random().below(8), o.random().below(8), o.random().below(8)}));
+    return of({0x14, 0x21});
 }
 Bytes hub_data(Office& o) { return of({0x14, 4, o.random().below(256), o.random().below(256), 0, 0}); }
 
 constexpr auto kinds = std::to_array<Kind>({
     // digital sets
     {40, to_dhs, hook},
-    {90, to_dhs, digit},
-    {60, to_dhs, key_pushed},
-    {40, to_dhs, key_released},
-    {20, to_dhs, here},
-    {5, to_dhs, version_response},
-    {1, to_dhs, set_reset},
-    {25, from_dhs, inquiry},
+    {100, to_dhs, digit},
+    {66, to_dhs, key_pushed},
+    {46, to_dhs, key_released},
+    {1, from_dhs, software_reset},
+    {8, from_dhs, version_inquiry},
+    {12, from_dhs, are_you_there},
+    {8, from_dhs, status_inquiry},
     {40, from_dhs, plain_command},
     {80, from_dhs, led},
     {80, from_dhs, display_line},
@@ -153,7 +167,7 @@ constexpr auto kinds = std::to_array<Kind>({
     // hubs
     {12, from_dhs, hub_to_set},
     {10, to_dhs, hub_from_set},
-    {4, to_dhs, hub_status},
+    {4, from_dhs, hub_status},
     {4, from_dhs, hub_data},
 });
 static_assert(share(kinds) == 670);

@@ -32,6 +32,8 @@ class TraceFile {
     // Writes the next message.
     void write(Text& out);
 
+    Office& office() noexcept { return office_; }
+
   private:
     Captured next_fitting();
     bool has_two_length_bytes(const Bytes& message) const;

@@ -2,7 +2,7 @@
 
 # The folders of sources: the one list, which is written down for scripts too.
 set(core_folders core decode/tables digital digital/options ip he object convert decode/routes decode)
-set(tool_folders tool/output tool/input tool/report tool/analysis tool/select tool)
+set(tool_folders tool/output tool/input tool/report tool/analysis tool/redact tool/select tool)
 set(ZTDECODE_SOURCE_FOLDERS ${core_folders} abi api ${tool_folders})
 list(JOIN ZTDECODE_SOURCE_FOLDERS "\n" lines)
 file(WRITE ${PROJECT_BINARY_DIR}/source_folders.txt "${lines}\n")
@@ -14,6 +14,12 @@ endforeach()
 file(GLOB core_sources CONFIGURE_DEPENDS ${core_globs})
 file(GLOB abi_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/abi/*.cpp)
 file(GLOB api_sources CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/api/*.cpp)
+
+if(EMSCRIPTEN)
+    # The catalogue is the command's, and its ranges are more than this standard library has.
+    list(REMOVE_ITEM core_sources ${PROJECT_SOURCE_DIR}/decode/catalog.cpp)
+    add_compile_options(-fwasm-exceptions -Wno-sign-conversion) # -Wconversion has that here, other than with g++
+endif()
 
 add_library(ztdecode_core STATIC ${core_sources})
 target_include_directories(ztdecode_core PUBLIC ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
@@ -44,6 +50,10 @@ target_compile_definitions(ztdecode_api PRIVATE ZTDECODE_VERSION="${PROJECT_VERS
 set_target_properties(ztdecode_api PROPERTIES
     CXX_VISIBILITY_PRESET hidden
     VISIBILITY_INLINES_HIDDEN ON)
+
+if(EMSCRIPTEN)
+    return() # There is no shared object: web.cmake makes a module.
+endif()
 
 add_library(ztdecode SHARED ${abi_sources} $<TARGET_OBJECTS:ztdecode_api>)
 add_library(ztdecode::ztdecode ALIAS ztdecode)

@@ -257,7 +257,7 @@ void Trail::look_at_tested() {
         literal_missing_ = literal_missing_ || tested_[k].missing;
         if (tested_[k].some) ranges_.push_back(tested_[k].bytes);
     }
-    const auto first = ranges_.begin() + literal_first_range_;
+    const auto first = ranges_.begin() + static_cast<std::ptrdiff_t>(literal_first_range_);
     std::sort(first, ranges_.end(), [](auto a, auto b) { return a.first < b.first; });
     auto joined = first;
     for (auto r = first; r != ranges_.end(); ++r) {
@@ -289,9 +289,11 @@ void Trail::add_stretch(Stretch s) {
     s.message = message_;
     if (!stretches_.empty()) {
         Stretch& last = stretches_.back();
+        const auto its = bytes_of(last);
+        const auto these = bytes_of(s);
         const bool same = last.value == Stretch::no_value && s.value == Stretch::no_value &&
                           last.end == s.begin && last.message == s.message && last.missing == s.missing &&
-                          std::ranges::equal(bytes_of(last), bytes_of(s));
+                          std::equal(its.begin(), its.end(), these.begin(), these.end());
         if (same || stretches_.size() > most_stretches) {
             last.end = s.end;
             return;
@@ -382,20 +384,21 @@ Trail::Notes Trail::notes(std::size_t begin, std::size_t end) noexcept {
     };
     note([&] {
         notes.size_ = to - from;
-        const auto stretch =
-            std::ranges::partition_point(stretches_, [from](auto& s) { return s.end <= from; });
+        const auto stretch = std::partition_point(stretches_.begin(), stretches_.end(),
+                                                  [from](auto& s) { return s.end <= from; });
         const auto stretches_end =
             std::partition_point(stretch, stretches_.end(), [to](auto& s) { return s.begin < to; });
         notes.stretches_.reserve(static_cast<std::size_t>(stretches_end - stretch));
         std::transform(stretch, stretches_end, std::back_inserter(notes.stretches_), inside);
-        const auto value = std::ranges::partition_point(values_, [from](auto& v) { return v.begin < from; });
+        const auto value =
+            std::partition_point(values_.begin(), values_.end(), [from](auto& v) { return v.begin < from; });
         notes.first_value_ = static_cast<std::uint32_t>(value - values_.begin());
         const auto values_end =
             std::partition_point(value, values_.end(), [to](auto& v) { return v.end <= to; });
         notes.values_.reserve(static_cast<std::size_t>(values_end - value));
         std::transform(value, values_end, std::back_inserter(notes.values_), inside);
-        const auto message =
-            std::ranges::partition_point(messages_, [from](auto& m) { return m.begin < from; });
+        const auto message = std::partition_point(messages_.begin(), messages_.end(),
+                                                  [from](auto& m) { return m.begin < from; });
         for (auto m = message; m != messages_.end() && m->begin < to; ++m) {
             if (m->end > to) continue;
             const auto number = static_cast<std::uint32_t>(m - messages_.begin());

@@ -202,6 +202,8 @@ class Trail {
     std::span<const ByteRange> bytes_of(const NotedValue& v) const noexcept {
         return {ranges_.data() + v.first_range, v.ranges};
     }
+    // Runs of bytes of the captured message that were put by, in their order.
+    const std::vector<ByteRange>& put_by() const noexcept { return put_by_; }
     // The runs of bytes of the captured message that no stretch names and that were not put by.
     std::vector<ByteRange> unused() const;
 

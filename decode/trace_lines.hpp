@@ -68,6 +68,8 @@ class TraceReader {
     // The next message of the trace line, false behind the last one; valid until the next call.
     bool next();
     const CapturedMessage& captured() const noexcept { return captured_; }
+    // Where in the line it stands, as it is read.
+    const LineReader::Place& place() const noexcept { return reader_.place(); }
     // Behind the last message: why the line is refused, if it is.
     const Refusal& refusal() const noexcept { return refusal_; }
     // How it is written.

@@ -96,8 +96,8 @@ constexpr auto ticket_items = items({{0x01, "date de fin com   ", "call_end_date
                                     unknown_label);
 
 static_assert(unknown_label.size() == label_width);
-static_assert(std::ranges::all_of(ticket_items.rows(),
-                                  [](const Item& row) { return row.label.size() == label_width; }));
+static_assert(std::all_of(ticket_items.rows().begin(), ticket_items.rows().end(),
+                          [](const Item& row) { return row.label.size() == label_width; }));
 
 void ticket_item(Decoding& d, const Byte& tag) {
     if (ticket_items.write(d, tag)) return;

@@ -11,10 +11,14 @@
 namespace ztdecode::object {
 
 CharacterNames::CharacterNames(const char* file) {
+#ifndef __EMSCRIPTEN__  // There is nothing to open.
     errno = 0;
     library_ = dlopen(file, RTLD_LAZY);
     if (library_ == nullptr && errno == ENOMEM) throw std::bad_alloc();
     if (library_ != nullptr) name_ = reinterpret_cast<decltype(name_)>(dlsym(library_, "uniNamesList_name"));
+#else
+    static_cast<void>(file);
+#endif
 }
 
 CharacterNames::~CharacterNames() {

@@ -79,7 +79,7 @@ std::string_view notification_name(std::uint8_t event) noexcept {
 
 const Field* field_of_property(std::string_view name) noexcept {
     for (const Field& field : all_fields) {
-        if (std::ranges::equal(field.name, SnakeCase(name).view())) return &field;
+        if (field.name == SnakeCase(name).view()) return &field;
     }
     return FieldName("property_value").get();
 }

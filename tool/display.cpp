@@ -4,7 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cstdlib>
+#include <string>
 
 namespace ztdecode::tool {
 
@@ -43,6 +46,19 @@ Display display(const Options& options) {
             .escapes_output = wants_escapes(options.control, STDOUT_FILENO),
             .escapes_diagnostics = wants_escapes(options.control, STDERR_FILENO),
             .progress = options.progress && is_terminal(STDERR_FILENO) && is_file(STDOUT_FILENO)};
+}
+
+// The first of these that is set decides.
+bool locale_is_utf8() {
+    for (const char* name : {"LC_ALL", "LC_CTYPE", "LANG"}) {
+        const char* value = std::getenv(name);  // NOLINT(concurrency-mt-unsafe): before any thread starts
+        if (value == nullptr || *value == '\0') continue;
+        std::string words(value);
+        std::transform(words.begin(), words.end(), words.begin(),
+                       [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+        return words.find("utf-8") != std::string::npos || words.find("utf8") != std::string::npos;
+    }
+    return false;
 }
 
 std::size_t terminal_width(int descriptor) {

@@ -19,5 +19,7 @@ Display display(const Options& options);
 bool is_terminal(int descriptor);
 // Its columns; 80 where it does not say.
 std::size_t terminal_width(int descriptor);
+// Whether the user's locale is one of UTF-8, by the environment.
+bool locale_is_utf8();
 
 }  // namespace ztdecode::tool

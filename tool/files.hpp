@@ -28,6 +28,7 @@ struct FileDecoding {
 // Exit statuses.
 constexpr int status_refused = 1;
 constexpr int status_nothing = 1;  // of what was asked for
+constexpr int status_found = 1;    // what the command is asked to fail on
 constexpr int status_failed = 2;
 
 // Of several files: the worst. Where something is asked for one file that has it is enough, but for errors.

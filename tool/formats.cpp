@@ -1,5 +1,7 @@
 #include "tool/formats.hpp"
 
+#include "tool/analysis/finding_remarks.hpp"
+#include "tool/finding_options.hpp"
 #include "tool/report/check.hpp"
 #include "tool/report/ndjson.hpp"
 #include "tool/report/text.hpp"
@@ -25,11 +27,12 @@ std::unique_ptr<Report> make_whole_report(std::string_view file, const Options& 
         case Format::table:
             break;
     }
-    return std::make_unique<TextReport>(TextReport::Options{.lines = options.input,
-                                                            .only_texts = options.audio_only,
-                                                            .color = display.color,
-                                                            .explained = options.explain},
-                                        out);
+    return std::make_unique<TextReport>(
+        TextReport::Options{.lines = options.input,
+                            .only_texts = options.audio_only,
+                            .color = display.color,
+                            .explained = options.explain},
+        out, options.findings ? finding_remarks(file, reading_of(options)) : nullptr);
 }
 
 }  // namespace

@@ -23,6 +23,11 @@ constexpr auto purpose = "Readable texts for the messages in traces of telephone
 
 constexpr auto footer = R"(Subcommands:
   summary                what is in traces, on one page
+  findings               what is wrong in traces, by rules
+  diff                   what two traces say differently
+  ladder                 who said what to whom, as a picture
+  redact                 the same trace without names, numbers, addresses, keys
+  report                 traces as a page for any browser
 "ztdecode summary --help" says more of one. A file of that name is ./summary.
 
 Layouts of trace lines, each with the two bytes 03 0a for its message:
@@ -97,6 +102,10 @@ void add_what_comes_out(CLI::App& app, Options& o, bool& no_input) {
                "when all was understood")
         ->group("Output");
     add_switch(app, "--explain", o.explain, "which bytes each stretch of a text came from")->group("Output");
+    add_switch(app, "--findings", o.findings,
+               "what is wrong, by rules, beneath the messages;\n"
+               "see ztdecode findings")
+        ->group("Output");
     add_switch(app, "--debug", o.debug, "what the decoders trace on the side")->group("Output");
     add_switch(app, "--catalog", o.catalog,
                "list every message that can be decoded with\n"
@@ -142,6 +151,10 @@ std::string contradiction(const Options& o) {
         return "--catalog: lists what can be decoded, --check and a selection have no place beside it";
     if (o.time != TimeShown::none && (o.asks() || o.check || o.format != Format::text || !o.input))
         return "--time: stands in front of trace lines, and has no place where none are shown";
+    if (o.findings && (o.asks() || o.check || o.catalog || o.selection.count || o.format != Format::text))
+        return "--findings: stands beneath texts; ztdecode findings --format ndjson has them as data";
+    if (o.findings && o.join != Join::none)
+        return "--findings: looks at each trace by itself; ztdecode findings --join looks at all as one";
     if (o.follow && (o.files.empty() || o.files.front() == "-"))
         return "--follow: needs a FILE; standard input is followed as it is";
     if (o.follow && o.files.size() > 1) return "--follow: one file, " + o.files[1] + " is one too many";

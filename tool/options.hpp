@@ -48,6 +48,7 @@ struct Options {
     bool audio_only = false;
     bool debug = false;
     bool explain = false;
+    bool findings = false;                       // what the rules find, beneath the messages
     std::shared_ptr<const PrefixFinder> prefix;  // in front of lines; null: what is usual is recognised
     Columns columns = Columns::text;
     Terminal terminal = Terminal::none;

@@ -8,6 +8,11 @@ namespace ztdecode::tool {
 std::span<const Subcommand> subcommands() noexcept {
     static constexpr auto all = std::to_array<Subcommand>({
         {"summary", "what is in traces, on one page", run_summary},
+        {"findings", "what is wrong in traces, by rules", run_findings},
+        {"diff", "what two traces say differently", run_diff},
+        {"ladder", "who said what to whom, as a picture", run_ladder},
+        {"redact", "the same trace without names, numbers, addresses and keys", run_redact},
+        {"report", "traces as a page for any browser", run_report},
     });
     return all;
 }

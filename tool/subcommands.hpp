@@ -19,6 +19,11 @@ std::span<const Subcommand> subcommands() noexcept;
 // Null where the first argument names none: a file called like one is given as ./summary or behind "--".
 const Subcommand* subcommand(int argc, const char* const* argv) noexcept;
 
+int run_redact(int argc, const char* const* argv);
+int run_diff(int argc, const char* const* argv);
+int run_ladder(int argc, const char* const* argv);
 int run_summary(int argc, const char* const* argv);
+int run_findings(int argc, const char* const* argv);
+int run_report(int argc, const char* const* argv);
 
 }  // namespace ztdecode::tool

@@ -1,9 +1,10 @@
 #include "tool/time_column.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <cstdio>
 #include <ctime>
+
+#include "tool/report/times.hpp"
 
 namespace ztdecode::tool {
 
@@ -35,19 +36,10 @@ std::string date(const LogTime& time) {
 
 }  // namespace
 
-std::optional<LogTime> TimeColumn::time_of(const CapturedMessage& captured) const {
-    if (columns_ != Columns::seconds && columns_ != Columns::milliseconds) return log_time(captured.time);
-    std::int64_t n = 0;
-    const char* const end = captured.time.data() + captured.time.size();
-    const auto read = std::from_chars(captured.time.data(), end, n);
-    if (read.ec != std::errc() || read.ptr != end) return std::nullopt;
-    return LogTime{n * (columns_ == Columns::seconds ? second : second / 1000), false};
-}
-
 // A time of day goes on behind midnight.
 std::string_view TimeColumn::of(const CapturedMessage& captured) {
     const std::size_t width = shown_ == TimeShown::absolute ? 26 : 14;
-    const std::optional<LogTime> time = time_of(captured);
+    const std::optional<LogTime> time = time_of(captured, column_unit(columns_));
     column_.clear();
     if (time) {
         std::int64_t delta = last_ ? time->microseconds - *last_ : 0;

@@ -10,6 +10,11 @@
 
 namespace ztdecode::tool {
 
+// Microseconds that columns count in which are a time, 0 for others.
+constexpr std::int64_t column_unit(Columns columns) {
+    return columns == Columns::seconds ? 1000000 : columns == Columns::milliseconds ? 1000 : 0;
+}
+
 // The times of a trace as a column in front of its lines.
 class TimeColumn {
   public:
@@ -19,8 +24,6 @@ class TimeColumn {
     std::string_view of(const CapturedMessage& captured);
 
   private:
-    std::optional<LogTime> time_of(const CapturedMessage& captured) const;
-
     TimeShown shown_;
     Columns columns_;
     std::optional<std::int64_t> last_;

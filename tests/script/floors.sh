@@ -23,7 +23,7 @@ find include "$@" -maxdepth 1 -type f \( -name '*.[ch]' -o -name '*.[ch]pp' \) -
         floor("decode/")
         floor("abi/ api/ tool/output/")
         floor("tool/input/ tool/report/")
-        floor("tool/select/ tool/analysis/")
+        floor("tool/select/ tool/analysis/ tool/redact/")
         floor("tool/")
 
         # FILE INCLUDED: an include that runs upward, and why it may.

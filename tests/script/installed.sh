@@ -57,8 +57,25 @@ installed() {
         }
     done
 
-    # Without a word on where the library is.
+    # The examples of ztdecode(3), which say the same.
+    for number in 1 2 3; do
+        awk -v wanted="$number" '
+            /^# EXAMPLES/ { there = 1 }
+            there && /^```/ { on = !on; block += on; next }
+            on && block == wanted { gsub(/\\\\/, "\\"); print }' "$source/docs/man/ztdecode.3.scd" >"$dir/example$number"
+    done
+    # shellcheck disable=SC2046
+    cc -std=c99 -Wall -Wextra -Wpedantic -Werror -x c "$dir/example1" -o "$dir/program" $(pkg-config --cflags --libs ztdecode)
+    LD_LIBRARY_PATH=$libdir "$dir/program" >"$dir/said1"
+    # shellcheck disable=SC2046
+    c++ -std=c++20 -Wall -Wextra -Wpedantic -Werror -x c++ "$dir/example2" -o "$dir/program" $(pkg-config --cflags --libs ztdecode)
+    LD_LIBRARY_PATH=$libdir "$dir/program" >"$dir/said2"
     package=$(dirname "$(dirname "$(find "$1" -path '*/ztdecode/_library.py')")")
+    PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$package python3 "$dir/example3" >"$dir/said3"
+    printf '\t- green led 3 ON\nled = 3\n' >"$dir/expected"
+    for number in 1 2 3; do diff -u "$dir/expected" "$dir/said$number"; done
+
+    # Without a word on where the library is.
     words=$(PYTHONDONTWRITEBYTECODE=1 PYTHONPATH=$package python3 -c 'import ztdecode
 print(ztdecode.version(), ztdecode.decode(bytes.fromhex("210403")).fields)')
     [ "$words" = "$version {'led': 3}" ] || {

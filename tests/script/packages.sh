@@ -51,7 +51,7 @@ export DEB_BUILD_OPTIONS
 logged "the build" dpkg-buildpackage --build=binary --no-pre-clean --unsigned-changes
 logged lintian lintian --allow-root --fail-on error,warning "$work"/*.changes
 if grep '^[EW]:' "$work/log"; then exit 1; fi
-packages=$(ls "$work"/*.deb | grep -v dbgsym)
+packages=$(find "$work" -maxdepth 1 -name '*.deb' ! -name '*-dbgsym_*')
 for name in libztdecode5 libztdecode-dev ztdecode python3-ztdecode; do
     case $packages in
         *"/${name}_$version"*) ;;

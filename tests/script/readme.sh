@@ -1,8 +1,8 @@
 #!/bin/sh
 # usage: readme.sh COMMAND SOURCE_DIR
-# Runs each "$ ..." line of README.md, docs/records.md and docs/queries.md, with the "> ..." lines that continue it, and
-# compares what it prints, on both outputs, with the lines below it. Where they end in "...", the output goes on. The lines
-# run beside examples/, with build/release/ztdecode for COMMAND.
+# Runs each "$ ..." line of README.md, docs/records.md, docs/queries.md, docs/findings.md and docs/scale.md, with the "> ..."
+# lines that continue it, and compares what it prints, on both outputs, with the lines below it. Where they end in "...", the
+# output goes on. The lines run beside examples/, with build/release/ztdecode for COMMAND.
 set -eu
 
 command=$1
@@ -75,4 +75,6 @@ check() {
 check README.md 5
 check docs/records.md 6
 check docs/queries.md 22
+check docs/findings.md 1
+check docs/scale.md 6
 exit $status

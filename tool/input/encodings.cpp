@@ -68,6 +68,7 @@ bool Utf16Source::fill() {
 void Utf16Source::unit(std::uint32_t code) {
     const bool is_mark = begins_ && code == mark;
     begins_ = false;
+    marked_ = marked_ || is_mark;
     if (is_mark) return;
     const bool low = code >= 0xDC00 && code < 0xE000;
     if (high_ != 0) {

@@ -23,6 +23,10 @@ class Utf16Source final : public Source {
     std::size_t read(char* to, std::size_t n) override;
     bool may_wait() const override { return source_.may_wait(); }
 
+    Encoding encoding() const noexcept { return encoding_; }
+    // There was a mark in front: known when something has been read.
+    bool marked() const noexcept { return marked_; }
+
   private:
     bool fill();
     void unit(std::uint32_t code);
@@ -31,6 +35,7 @@ class Utf16Source final : public Source {
     Source& source_;
     Encoding encoding_;
     bool begins_ = true;
+    bool marked_ = false;
     bool ended_ = false;
     int odd_ = -1;            // the first byte of a unit whose second one has not come
     std::uint32_t high_ = 0;  // the first unit of a character of two

@@ -1,5 +1,7 @@
 #include "tool/report/text.hpp"
 
+#include <utility>
+
 #include "decode/line_texts.hpp"
 #include "tool/report/explained.hpp"
 
@@ -12,11 +14,25 @@ constexpr std::size_t most_held = std::size_t{1} << 20;
 
 }  // namespace
 
-TextReport::TextReport(const Options& options, Output& out)
-    : options_(options), out_(out), presents_(options.explained || options.color || out.escapes()) {}
+TextReport::TextReport(const Options& options, Output& out, std::unique_ptr<Remarks> remarks)
+    : options_(options),
+      out_(out),
+      presents_(options.explained || options.color || out.escapes() || remarks != nullptr),
+      remarks_(std::move(remarks)) {}
 
 std::optional<Trail::What> TextReport::notes() const {
-    return options_.explained ? std::optional(Trail::What::words) : std::nullopt;
+    if (options_.explained) return Trail::What::words;
+    return remarks_ != nullptr ? std::optional(Trail::What::values) : std::nullopt;
+}
+
+// What is remarked stands below all texts of the line, and stays when they are taken back.
+template <class Say>
+void TextReport::remark(Say say) {
+    if (remarks_ == nullptr) return;
+    const std::size_t begin = out_.text.size();
+    say(*remarks_);
+    remarked_ += out_.text.from(begin);
+    out_.text.cut(begin);
 }
 
 void TextReport::other(std::uint64_t /*number*/, std::string_view line, bool newline) {
@@ -76,6 +92,7 @@ void TextReport::trace(std::uint64_t /*number*/, std::string_view words) { trace
 void TextReport::message(const Said& said) {
     if (presents_) present(said);
     if (said.captured.goes_on) out_.text.add("\n");
+    remark([&](Remarks& remarks) { remarks.message(said, out_); });
 }
 
 void TextReport::present(const Said& said) {
@@ -99,22 +116,26 @@ void TextReport::unfinished(const Said& said, Text& why) {
     add_uncoloured(out_.text.from(text_), why);
     out_.text.cut(text_);
     failed_ = true;
+    remark([&](Remarks& remarks) { remarks.message(said, out_); });
 }
 
-void TextReport::refused(std::uint64_t /*number*/, Line /*line*/, const Refusal& /*refusal*/) {
+void TextReport::refused(std::uint64_t number, Line line, const Refusal& refusal) {
     out_.text.cut(text_);
     failed_ = true;
+    remark([&](Remarks& remarks) { remarks.refused(number, line, refusal, out_); });
 }
 
 void TextReport::end_line(std::uint64_t /*number*/, Line /*line*/) {
     Text& out = out_.text;
     if (out.size() > text_) {
         if (out.view().back() != '\n') out.add("\n");
-    } else if (options_.only_texts && !partly_out_ && !failed_) {
+    } else if (options_.only_texts && !partly_out_ && !failed_ && remarked_.empty()) {
         out.cut(begin_);
         text_ = begin_;
     }
     put_traces_above_text();
+    out.add(remarked_);
+    remarked_.clear();
     use_line_end();
 }
 
@@ -150,6 +171,11 @@ bool TextReport::let_out(std::size_t besides) {
     use_line_end();
     out_.flush_keeping(text_);
     partly_out_ = true;
+    return true;
+}
+
+bool TextReport::end(const LineTotals& /*totals*/, std::uint64_t /*cut*/) {
+    if (remarks_ != nullptr) remarks_->end(out_);
     return true;
 }
 

@@ -1,9 +1,11 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
 #include "tool/output/output.hpp"
+#include "tool/report/remarks.hpp"
 #include "tool/report/report.hpp"
 
 namespace ztdecode::tool {
@@ -18,7 +20,8 @@ class TextReport final : public Report {
         bool color = false;       // texts have colours, which become those of terminals
         bool explained = false;   // below each text the bytes that its words came from
     };
-    TextReport(const Options& options, Output& out);
+    // `remarks`: who has something to say beneath the messages, if anybody.
+    TextReport(const Options& options, Output& out, std::unique_ptr<Remarks> remarks = nullptr);
 
     // Whether texts go out as they are decoded, and nothing else does.
     bool plain() const noexcept { return !presents_ && !options_.only_texts; }
@@ -46,13 +49,15 @@ class TextReport final : public Report {
     bool let_out(std::size_t besides) override;
     bool can_be_told_in_pieces() const override { return true; }
     void no_memory() override;
-    bool end(const LineTotals& /*totals*/, std::uint64_t /*cut*/) override { return true; }
+    bool end(const LineTotals& totals, std::uint64_t cut) override;
 
   private:
     void begin_text(std::size_t begin);
     void present(const Said& said);
     void put_traces_above_text();
     void use_line_end();
+    template <class Say>
+    void remark(Say say);
 
     Options options_;
     Output& out_;
@@ -65,6 +70,8 @@ class TextReport final : public Report {
     bool failed_ = false;      // the line has no text, since something is wrong with it
     Text decoded_;             // a text before it is presented
     std::string traced_;       // side output that is not in the output yet
+    std::unique_ptr<Remarks> remarks_;
+    std::string remarked_;  // of the line, not in the output yet
 };
 
 }  // namespace ztdecode::tool

@@ -3,6 +3,9 @@
 #include <span>
 #include <string_view>
 
+#include "tool/report/identity.hpp"
+#include "tool/report/reported.hpp"
+
 namespace ztdecode::tool {
 
 namespace {
@@ -82,19 +85,6 @@ constexpr std::string_view reset_fields[] = {
     "software_version,softversion,code_version",
     "self_test",
 };
-constexpr std::string_view terminal_fields[] = {
-    "module",
-    "module_address",
-    "terminal_type,term_type",
-    "terminal_design",
-    "software_version,softversion,firmware_version,code_version,ram_version",
-    "hardware_version,hardversion",
-    "boot_version,rom_version,loader_version",
-    "data_version",
-    "serialnum",
-    "mac_address",
-    "local_ip_address",
-};
 constexpr std::string_view ticket_fields[] = {
     "call_end_date",     "call_duration",    "local_id",
     "distant_id",        "source_ip",        "remote_ip",
@@ -109,9 +99,7 @@ constexpr View message_views[] = {
      "m.message in ('reset', 'init', 'software_reset', 'warm_start', 'subdevice_reset', 'reset_subdevices')",
      reset_fields},
     {"tickets", "m.link = 'ip' and m.message = 'qos_ticket'", ticket_fields},
-    {"terminals",
-     "m.direction = 'to' and m.message in ('reset', 'init', 'version_response', 'param_response')",
-     terminal_fields},
+    {"terminals", "m.direction = 'to' and m.message in ({identity_messages})", identity_fields},
 };
 
 // The first value of a field; of a message that `id` names.
@@ -123,6 +111,15 @@ std::string field_of(std::string_view id, std::string_view names) {
            std::string(id) + " and d.name in (" + quoted + ") order by v.rowid limit 1)";
 }
 
+void put_in(std::string& words, std::string_view place, const std::string& names) {
+    if (const std::size_t at = words.find(place); at != std::string::npos)
+        words.replace(at, place.size(), names);
+}
+
+void add_quoted(std::string_view name, std::string& names) {
+    names.append(names.empty() ? "'" : ", '").append(name).append("'");
+}
+
 std::string statement_of(const View& view) {
     std::string words = "create view " + std::string(view.name) +
                         " as select m.id as message_id, m.file, m.line, m.columns, m.direction, m.link, " +
@@ -130,7 +127,11 @@ std::string statement_of(const View& view) {
     for (const std::string_view names : view.fields) {
         words += ", " + field_of("m.id", names) + " as " + std::string(names.substr(0, names.find(',')));
     }
-    return words + ", m.text, m.file_id from messages m where " + std::string(view.messages) + ";\n";
+    words += ", m.text, m.file_id from messages m where " + std::string(view.messages) + ";\n";
+    std::string names;
+    for (const std::string_view name : identity_messages) add_quoted(name, names);
+    put_in(words, "{identity_messages}", names);
+    return words;
 }
 
 // A call is an RTP start with the first stop of its channel before the next start there, and the first ticket
@@ -171,16 +172,11 @@ std::string calls_view() {
 }
 
 // What terminals complain of, what could not be decoded, and what is not to be believed.
-constexpr auto errors_view = R"(
+constexpr std::string_view errors_view = R"(
 create view errors as
 select 'reported' as what, file, line, columns, link, message, trim(text, char(9, 10) || ' -') as detail,
     id as message_id, file_id
-from messages where direction = 'to' and (message in (
-        'anomaly', 'bt_link_failure', 'download_failure', 'download_bad_message', 'download_checksum_bad',
-        'error', 'error_status', 'fn_dl_cho_failure', 'hardware_anomaly', 'host_error_1', 'host_error_2', 'illegal_command',
-        'illegal_length', 'illegal_parameter', 'incident', 'literal_string_error', 'local_power_failure',
-        'loss_of_power', 'not_implemented', 'overload_condition', 'segment_failure', 'set_down', 'smart_card_nack',
-        'software_anomaly', 'stack_dump', 'subdevice_down', 'v120_protocol_error', 'warning', 'wrong_state')
+from messages where direction = 'to' and (message in ({reported})
     or (link in ('call_server', 'presentation_server')
         and (message like 'error\_%' escape '\' or message like 'warning\_%' escape '\')))
 union all
@@ -200,6 +196,14 @@ from messages where padded > 0
 order by file_id, line, message_id;
 )";
 
+std::string errors_statement() {
+    std::string names;
+    for (const Reported& one : reported) add_quoted(one.message, names);
+    std::string words(errors_view);
+    put_in(words, "{reported}", names);
+    return words;
+}
+
 constexpr std::string_view readable[] = {
     "files",         "messages",    "fields",    "lines",        "resets",     "calls",
     "tickets",       "terminals",   "errors",    "message_rows", "field_rows", "line_rows",
@@ -218,7 +222,7 @@ void create_views(sqlite::Connection& database) {
     database.run(plain_views);
     for (const View& view : message_views) database.run(statement_of(view).c_str());
     database.run(calls_view().c_str());
-    database.run(errors_view);
+    database.run(errors_statement().c_str());
 }
 
 void create_indexes(sqlite::Connection& database) { database.run(indexes); }

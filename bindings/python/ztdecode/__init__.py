@@ -25,11 +25,12 @@ from __future__ import annotations
 import ctypes
 import functools
 import os
+import struct
 import warnings
 import weakref
 from collections.abc import Iterator, Mapping
 from dataclasses import dataclass
-from typing import Any, Union
+from typing import Any, TypeVar, Union
 
 from . import _library
 from ._library import library as _lib
@@ -51,6 +52,9 @@ __all__ = [
 ]
 
 Value = Union[bool, int, float, str]
+
+_at = ctypes.string_at
+_text = _library.text
 
 
 class Error(Exception):
@@ -177,68 +181,92 @@ def _name(function: str, value: int) -> str:
     return str(value) if name is None else str(name.decode())
 
 
-def _ranges(ranges: Any) -> tuple[tuple[int, int], ...]:
-    return tuple((ranges.data[k].first, ranges.data[k].last) for k in range(ranges.size))
+_Made = TypeVar("_Made")
 
 
-def _value(field: Any) -> Value:
-    if field.kind == _library.NUMBER:
-        return int(field.number) if field.divisor == 1 else float(field.number / field.divisor)
-    if field.kind == _library.FLAG:
-        return bool(field.number)
-    return str(field.value)
+def _made(kind: type[_Made], /, **members: object) -> _Made:
+    """An object of a frozen class, whose own way sets a member after the other."""
+    one = object.__new__(kind)
+    object.__setattr__(one, "__dict__", members)
+    return one
 
 
-def _field(field: Any) -> Field:
-    return Field(
-        name=str(field.name),
-        value=_value(field),
-        kind=_name("zt_kind_name", field.kind),
-        unit=str(field.unit) or None,
-        shown=str(field.shown),
-        code=field.number if field.kind == _library.WORD else None,
-        known=bool(field.known),
-        missing=bool(field.missing),
-        sensitivity=_name("zt_sensitivity_name", field.sensitivity),
-        begin=field.begin,
-        end=field.end,
-        bytes=_ranges(field.bytes),
+def _ranges(data: int, size: int) -> tuple[tuple[int, int], ...]:
+    if not size:
+        return ()
+    ends = struct.unpack(f"@{2 * size}I", _at(data, 8 * size))
+    return tuple(zip(ends[::2], ends[1::2]))
+
+
+def _field(address: int) -> Field:
+    (name, name_size, unit, unit_size, value, value_size, shown, shown_size, kind, sensitivity, number, divisor, known,
+     missing, begin, end, ranges, ranges_size) = _library.FIELD_LAYOUT.unpack(_at(address, _library.FIELD_LAYOUT.size))
+    found: Value
+    if kind == _library.NUMBER:
+        found = number if divisor == 1 else number / divisor
+    elif kind == _library.FLAG:
+        found = bool(number)
+    else:
+        found = _text(value, value_size)
+    return _made(
+        Field,
+        name=_text(name, name_size),
+        value=found,
+        kind=_name("zt_kind_name", kind),
+        unit=_text(unit, unit_size) or None,
+        shown=_text(shown, shown_size),
+        code=number if kind == _library.WORD else None,
+        known=bool(known),
+        missing=bool(missing),
+        sensitivity=_name("zt_sensitivity_name", sensitivity),
+        begin=begin,
+        end=end,
+        bytes=_ranges(ranges, ranges_size),
     )
 
 
-def _word(word: Any) -> Word:
-    return Word(
-        text=str(word.text),
-        field=str(word.field) or None,
-        begin=word.begin,
-        end=word.end,
-        missing=bool(word.missing),
-        bytes=_ranges(word.bytes),
+def _word(address: int) -> Word:
+    text, text_size, field, field_size, ranges, ranges_size, begin, end, missing = _library.WORD_LAYOUT.unpack(
+        _at(address, _library.WORD_LAYOUT.size)
+    )
+    return _made(
+        Word,
+        text=_text(text, text_size),
+        field=_text(field, field_size) or None,
+        begin=begin,
+        end=end,
+        missing=bool(missing),
+        bytes=_ranges(ranges, ranges_size),
     )
 
 
-def _record(pointer: Any) -> Record:
-    record = pointer.contents
-    return Record(
-        text=str(record.text),
-        link=str(record.link) or None,
-        message=str(record.message) or None,
-        direction="from" if record.direction == _library.FROM_SYSTEM else "to",
-        outcome=_name("zt_outcome_name", record.outcome),
-        code=None if record.code < 0 else record.code,
-        length=record.length,
-        bytes=ctypes.string_at(record.bytes.data, record.bytes.size) if record.bytes.size else b"",
-        unknown=record.unknown,
-        missing=record.missing,
-        padded=record.padded,
-        left_over=record.left_over,
-        place=record.place,
-        segments=tuple(_lib.zt_segment_at(pointer, k) for k in range(record.segments)),
-        details=tuple(_field(_lib.zt_field_at(pointer, k).contents) for k in range(record.fields)),
-        words=tuple(_word(_lib.zt_word_at(pointer, k).contents) for k in range(record.words)),
-        parts=tuple(_record(_lib.zt_part_at(pointer, k)) for k in range(record.parts)),
-        trace=str(record.trace),
-        complaints=str(record.complaints),
+def _record(address: Any) -> Record:
+    (text, text_size, link, link_size, message, message_size, direction, outcome, code, length, unknown, missing, segments,
+     data, size, padded, place, fields, words, parts, trace, trace_size, complaints, complaints_size,
+     left_over) = (
+        _library.RECORD_LAYOUT.unpack(_at(address, _library.RECORD_LAYOUT.size))
+    )
+    return _made(
+        Record,
+        text=_text(text, text_size),
+        link=_text(link, link_size) or None,
+        message=_text(message, message_size) or None,
+        direction="from" if direction == _library.FROM_SYSTEM else "to",
+        outcome=_name("zt_outcome_name", outcome),
+        code=None if code < 0 else code,
+        length=length,
+        bytes=_at(data, size) if size else b"",
+        unknown=unknown,
+        missing=missing,
+        padded=padded,
+        left_over=left_over,
+        place=place,
+        segments=tuple([_lib.zt_segment_at(address, k) for k in range(segments)]) if segments else (),
+        details=tuple([_field(_lib.zt_field_at(address, k)) for k in range(fields)]),
+        words=tuple([_word(_lib.zt_word_at(address, k)) for k in range(words)]) if words else (),
+        parts=tuple([_record(_lib.zt_part_at(address, k)) for k in range(parts)]) if parts else (),
+        trace=_text(trace, trace_size),
+        complaints=_text(complaints, complaints_size),
     )
 
 
@@ -295,10 +323,10 @@ class Session:
 
     def decode(self, message: bytes, direction: str = "from") -> Record:
         """What a message said, as it was captured, without length bytes."""
-        record = ctypes.POINTER(_library.Record)()
+        record = ctypes.c_void_p()
         data = memoryview(message).tobytes()
         _check(_lib.zt_decode(self._handle, data, len(data), _direction(direction), ctypes.byref(record)))
-        return _record(record)
+        return _record(record.value)
 
     def feed(self, line: str | bytes) -> Line:
         """A line of a trace, with all that its messages said."""
@@ -309,9 +337,9 @@ class Session:
         return _line(fed.contents, records)
 
     def _messages(self) -> Iterator[Record]:
-        record = ctypes.POINTER(_library.Record)()
+        record = ctypes.c_void_p()
         while (status := _lib.zt_next_message(self._handle, ctypes.byref(record))) == _library.OK:
-            yield _record(record)
+            yield _record(record.value)
         if status not in (_library.DONE, _library.REFUSED):
             _check(status)
 

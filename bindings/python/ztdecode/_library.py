@@ -5,8 +5,9 @@ from __future__ import annotations
 import ctypes
 import os
 import pathlib
+import struct
 import sysconfig
-from ctypes import POINTER, Structure, c_char_p, c_int, c_int64, c_size_t, c_uint8, c_uint32, c_uint64, c_void_p
+from ctypes import POINTER, Structure, c_char_p, c_int, c_size_t, c_uint32, c_uint64, c_void_p
 
 # The enumerators that this package speaks of.
 OK, DONE, REFUSED, NO_MEMORY = range(4)
@@ -25,76 +26,23 @@ class Options(Structure):
 class String(Structure):
     _fields_ = [("data", c_void_p), ("size", c_size_t)]
 
-    def raw(self) -> bytes:
-        return ctypes.string_at(self.data, self.size) if self.size else b""
-
     def __str__(self) -> str:
-        return self.raw().decode("utf-8", "surrogateescape")
+        return text(self.data, self.size)
 
 
-class Bytes(Structure):
-    _fields_ = [("data", c_void_p), ("size", c_size_t)]
+def text(data: int, size: int) -> str:
+    """A zt_string."""
+    return ctypes.string_at(data, size).decode("utf-8", "surrogateescape") if size else ""
 
 
-class Range(Structure):
-    _fields_ = [("first", c_uint32), ("last", c_uint32)]
-
-
-class Ranges(Structure):
-    _fields_ = [("data", POINTER(Range)), ("size", c_size_t)]
-
-
-class Record(Structure):
-    _fields_ = [
-        ("text", String),
-        ("link", String),
-        ("message", String),
-        ("direction", c_int),
-        ("outcome", c_int),
-        ("code", c_int64),
-        ("length", c_uint32),
-        ("unknown", c_uint32),
-        ("missing", c_uint32),
-        ("segments", c_uint32),
-        ("bytes", Bytes),
-        ("padded", c_uint64),
-        ("place", c_uint64),
-        ("fields", c_size_t),
-        ("words", c_size_t),
-        ("parts", c_size_t),
-        ("trace", String),
-        ("complaints", String),
-        ("left_over", c_uint64),
-    ]
-
-
-class Field(Structure):
-    _fields_ = [
-        ("name", String),
-        ("unit", String),
-        ("value", String),
-        ("shown", String),
-        ("kind", c_int),
-        ("sensitivity", c_int),
-        ("number", c_int64),
-        ("divisor", c_uint32),
-        ("known", c_uint8),
-        ("missing", c_uint8),
-        ("begin", c_size_t),
-        ("end", c_size_t),
-        ("bytes", Ranges),
-    ]
-
-
-class Word(Structure):
-    _fields_ = [
-        ("text", String),
-        ("field", String),
-        ("bytes", Ranges),
-        ("begin", c_size_t),
-        ("end", c_size_t),
-        ("missing", c_uint8),
-    ]
+# Records are read a structure at a time, which is several times quicker than a member at a time. P: a pointer, N: a size.
+# zt_record: text, link, message, direction, outcome, code, length, unknown, missing, segments, bytes, padded, place, fields,
+# words, parts, trace, complaints, left_over
+RECORD_LAYOUT = struct.Struct("@PNPNPNiiqIIIIPNQQNNNPNPNQ0P")
+# zt_field: name, unit, value, shown, kind, sensitivity, number, divisor, known, missing, begin, end, bytes
+FIELD_LAYOUT = struct.Struct("@PNPNPNPNiiqIBBNNPN0P")
+# zt_word: text, field, bytes, begin, end, missing
+WORD_LAYOUT = struct.Struct("@PNPNPNNNB0P")
 
 
 class Line(Structure):
@@ -132,7 +80,7 @@ def _name() -> str:
 
 def _load() -> ctypes.CDLL:
     library = ctypes.CDLL(_name())
-    record = POINTER(Record)
+    record = c_void_p
     declarations: dict[str, tuple[object, list[object]]] = {
         "zt_version": (c_char_p, []),
         "zt_status_text": (c_char_p, [c_int]),
@@ -141,8 +89,8 @@ def _load() -> ctypes.CDLL:
         "zt_decode": (c_int, [c_void_p, c_char_p, c_size_t, c_int, POINTER(record)]),
         "zt_feed_line": (c_int, [c_void_p, c_char_p, c_size_t, POINTER(POINTER(Line))]),
         "zt_next_message": (c_int, [c_void_p, POINTER(record)]),
-        "zt_field_at": (POINTER(Field), [record, c_size_t]),
-        "zt_word_at": (POINTER(Word), [record, c_size_t]),
+        "zt_field_at": (c_void_p, [record, c_size_t]),
+        "zt_word_at": (c_void_p, [record, c_size_t]),
         "zt_part_at": (record, [record, c_size_t]),
         "zt_segment_at": (c_uint64, [record, c_size_t]),
         "zt_outcome_name": (c_char_p, [c_int]),
