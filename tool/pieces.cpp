@@ -228,7 +228,7 @@ bool Pieces::accepts(const Batch& batch) {
 
 void Pieces::fit_size(const Piece& piece) noexcept {
     const std::size_t text = std::max<std::size_t>(piece.outputs.size(), 1);
-    const std::size_t fits =
+    const auto fits =
         static_cast<std::size_t>(static_cast<double>(piece.lines.size) * static_cast<double>(text_of_piece) /
                                  static_cast<double>(text));
     size_ = std::clamp(fits, std::max<std::size_t>(splitting_.piece / 16, 1), splitting_.piece);
