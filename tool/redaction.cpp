@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "tool/report/verdicts.hpp"
+#include "tool/trace_reader.hpp"
 
 namespace ztdecode::tool {
 
@@ -12,34 +13,6 @@ namespace {
 // Decoding again and again what no stand-in fits has its end. A long text counts as several tries.
 constexpr std::size_t most_tries = 4000;
 constexpr std::size_t text_of_a_try = 4096;
-
-std::optional<LineLayout> line_layout(Layout layout) {
-    switch (layout) {
-        case Layout::line:
-            return LineLayout::line;
-        case Layout::line_lng2:
-            return LineLayout::line_lng2;
-        case Layout::tagged:
-            return LineLayout::tagged;
-        case Layout::spzt:
-            return LineLayout::spzt;
-        case Layout::spzt_lng2:
-            return LineLayout::spzt_lng2;
-        default:
-            return std::nullopt;
-    }
-}
-
-void prepare(TraceReader& reader, const Options& options) {
-    reader.use(options.prefix.get());
-    if (options.columns == Columns::seconds || options.columns == Columns::milliseconds)
-        reader.columns_are_time();
-}
-
-TraceReader reader_for(const Options& options) {
-    return {line_layout(options.layout), options.direction,
-            options.pad ? MissingBytes::padded : MissingBytes::refused};
-}
 
 // One character of UTF-8 and how many bytes it has; what is none counts as one of Latin 1.
 std::pair<std::uint32_t, std::size_t> character(std::string_view words) {
@@ -87,8 +60,6 @@ Redaction::Redaction(std::string name, const Redacting& redacting, BothSessions&
       diagnostics_(name_, diagnostics, redacting.options.quiet),
       reader_(reader_for(options_)),
       second_reader_(reader_for(options_)) {
-    prepare(reader_, options_);
-    prepare(second_reader_, options_);
     sessions_.before.each([this](Session& session) { session.trail = &trail_before_; });
     sessions_.after.each([this](Session& session) { session.trail = &trail_after_; });
 }

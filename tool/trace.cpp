@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "decode/line_texts.hpp"
+#include "tool/trace_reader.hpp"
 
 namespace ztdecode::tool {
 
@@ -11,23 +12,6 @@ namespace {
 
 // Of text that is held until it may go out.
 constexpr std::size_t most_of_piece = std::size_t{8} << 20;
-
-std::optional<LineLayout> line_layout(Layout layout) {
-    switch (layout) {
-        case Layout::line:
-            return LineLayout::line;
-        case Layout::line_lng2:
-            return LineLayout::line_lng2;
-        case Layout::tagged:
-            return LineLayout::tagged;
-        case Layout::spzt:
-            return LineLayout::spzt;
-        case Layout::spzt_lng2:
-            return LineLayout::spzt_lng2;
-        default:
-            return std::nullopt;
-    }
-}
 
 TextReport* plain_report(Report& report, const Options& options) {
     auto* const texts = dynamic_cast<TextReport*>(&report);
@@ -70,12 +54,8 @@ TraceDecoder::TraceDecoder(std::string name, std::unique_ptr<Report> report, con
       sessions_(sessions),
       session_(&sessions.main()),
       trail_(report_->notes().value_or(Trail::What::values)),
-      reader_(line_layout(options.layout), options.direction,
-              options.pad ? MissingBytes::padded : MissingBytes::refused) {
+      reader_(reader_for(options)) {
     sessions.each([this](Session& session) { begin_session(session); });
-    reader_.use(options.prefix.get());
-    if (options.columns == Columns::seconds || options.columns == Columns::milliseconds)
-        reader_.columns_are_time();
     if (options.time != TimeShown::none) times_.emplace(options.time, options.columns);
     progress_.emplace(name_, -1, false);
 }

@@ -7,39 +7,27 @@
 
 namespace ztdecode::tool {
 
-Text& CheckReport::begin_message(const CapturedMessage& /*captured*/) {
-    decoded_.clear();
-    return decoded_;
-}
-
-CheckReport::Kind CheckReport::kind_of(const Said& said) {
-    if (said.captured.cut_short > 0) return cut_short;
-    if (said.captured.left_over > 0) return left_over;
-    record_.take(said.trail, said.text, *said.captured.message, said.outcome);
-    bool lacks_bytes = said.captured.padded > 0;
-    for (std::size_t k = 0; k < record_.size(); ++k) {
-        const Record::Part& part = record_.part(k);
+CheckReport::Kind CheckReport::kind_of(const CapturedMessage& captured, const Record& record) {
+    if (captured.cut_short > 0) return cut_short;
+    if (captured.left_over > 0) return left_over;
+    bool lacks_bytes = captured.padded > 0;
+    for (std::size_t k = 0; k < record.size(); ++k) {
+        const Record::Part& part = record.part(k);
         if (part.unknown > 0 || part.decoded == Decoded::unknown) return unknown;
         lacks_bytes = lacks_bytes || part.missing > 0;
     }
     return lacks_bytes ? missing : decoded;
 }
 
-void CheckReport::message(const Said& said) {
-    const Kind kind = kind_of(said);
+void CheckReport::record(const CapturedMessage& captured, const Record& record) {
+    const Kind kind = kind_of(captured, record);
     ++totals_[kind];
-    for (const NotedMessage& noted : said.trail.messages()) {
+    for (const NotedMessage& noted : record.trail().messages()) {
         if (noted.name == "segment") last_segment_ = kind;
     }
 }
 
-// No message of its own: its line is refused.
 void CheckReport::unfinished(const Said& said, Text& why) { add_uncoloured(said.text, why); }
-
-void CheckReport::no_memory() {
-    decoded_ = Text();
-    record_ = Record();
-}
 
 Counts CheckReport::take_counts() {
     Counts counts{};
@@ -71,8 +59,7 @@ bool CheckReport::end(const LineTotals& totals, std::uint64_t cut) {
     add_count(std::accumulate(totals_.begin(), totals_.end(), std::uint64_t{0}), "message", out);
     out.print(
         " = {-} decoded + {-} unknown + {-} with missing bytes + {-} with bytes left over + {-} cut short by "
-        "the "
-        "file's end\n"_cf,
+        "the file's end\n"_cf,
         totals_[decoded], totals_[unknown], totals_[missing], totals_[left_over], totals_[cut_short]);
     return totals.refused + totals_[unknown] + totals_[left_over] + totals_[cut_short] == 0;
 }
