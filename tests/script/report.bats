@@ -45,6 +45,16 @@ about() { # PAGE: what it says of its trace
     run ! grep -F 'alert(1)' page
 }
 
+@test "what the rules find is in the page" {
+    "$ZTDECODE" report "$EXAMPLE" >page
+    "$ZTDECODE" findings --format ndjson "$EXAMPLE" | jq -c 'select(.kind == "finding") | [.severity, .line]' >expected
+    [ "$(wc -l <expected)" -gt 3 ]
+    about page '.findings[] | [.severity, .line]' | diff expected -
+    printf '%s\n' '000001S 02 21 07' >sound
+    "$ZTDECODE" report sound >page
+    [ "$(about page '.findings // [] | length')" = 0 ]
+}
+
 @test "refused lines are named and are in the page" {
     printf '%s\n' '000001S 02 21 07' '000002S 09 01' 'words' >trace
     run -0 --separate-stderr "$ZTDECODE" report -o page trace

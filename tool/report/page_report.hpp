@@ -10,7 +10,7 @@
 namespace ztdecode::tool {
 
 // A trace as rows of the page: its messages, and its other lines where they stand.
-class PageReport final : public RecordReport {
+class PageReport : public RecordReport {
   public:
     PageReport(std::string_view file, PageWriter& page, Output& out);
 
@@ -23,8 +23,10 @@ class PageReport final : public RecordReport {
     bool let_out(std::size_t besides) override;
     bool end(const LineTotals& totals, std::uint64_t cut) override;
 
-  private:
+  protected:
     void record(const CapturedMessage& captured, const Record& record) override;
+
+  private:
     void finish_other();
 
     PageWriter& page_;

@@ -188,8 +188,9 @@ test("what other analyses found stands in its tab and leads to its message", asy
         ladder: [item("a call", "note", 76)],
     };
     const html = readFileSync(officePage, "utf8");
-    const json = JSON.stringify(items).slice(1, -1).replaceAll("<", "\\u003c");
-    const page = await opened(written("items.html", html.replace('id="trace">{', () => `id="trace">{${json},`)));
+    const withItems = html.replace(/(id="trace">)(.*?)(<\/script>)/, (_, begin, about, end) =>
+        begin + JSON.stringify({ ...JSON.parse(about), ...items }).replaceAll("<", "\\u003c") + end);
+    const page = await opened(written("items.html", withItems));
     await page.click("#tab-findings");
     assert.deepEqual(await page.$$eval("#finding-items button", (all) => all.map((b) => [...b.children].map((c) => c.textContent))), [
         ["error", "<b>reset</b> without a reason", "line 5"], ["warning", "slow answer", "line 58"],
