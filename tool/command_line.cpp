@@ -32,8 +32,6 @@ constexpr auto layouts = std::to_array<Named<Layout>>({
     {"bin2", Layout::bin2},
 });
 constexpr auto directions = std::to_array<Named<std::uint32_t>>({{"from", from_dhs}, {"to", to_dhs}});
-constexpr auto formats = std::to_array<Named<Format>>(
-    {{"text", Format::text}, {"ndjson", Format::ndjson}, {"csv", Format::csv}, {"table", Format::table}});
 constexpr auto colors = std::to_array<Named<Color>>(
     {{"auto", Color::automatic}, {"always", Color::always}, {"never", Color::never}});
 constexpr auto controls = std::to_array<Named<Control>>(
@@ -42,10 +40,6 @@ constexpr auto columns = std::to_array<Named<Columns>>({{"text", Columns::text},
                                                         {"number", Columns::number},
                                                         {"ms", Columns::milliseconds},
                                                         {"s", Columns::seconds}});
-constexpr auto times = std::to_array<Named<TimeShown>>({{"none", TimeShown::none},
-                                                        {"relative", TimeShown::relative},
-                                                        {"delta", TimeShown::delta},
-                                                        {"absolute", TimeShown::absolute}});
 constexpr auto terminals = std::to_array<Named<Terminal>>(
     {{"none", Terminal::none}, {"columns", Terminal::columns}, {"prefix", Terminal::prefix}});
 constexpr auto joins = std::to_array<Named<Join>>({{"order", Join::as_given}, {"name", Join::by_name}});
