@@ -149,7 +149,9 @@ CLI::Option* add_file(CLI::App& app, const std::string& option, std::string& fil
 
 CommandLine::CommandLine(const std::string& command, const std::string& purpose, const std::string& examples,
                          Options& options)
-    : app_(purpose, command), options_(options) {
+    : app_(purpose, command),
+      options_(options),
+      more_(command.find(' ') == std::string::npos ? "below" : "ztdecode(1)") {
     app_.footer(examples);
     const auto layout = std::make_shared<HelpLayout>();
     layout->column_width(22);
@@ -165,7 +167,8 @@ void CommandLine::add_input() {
     add_choice(app_, "--layout", options_.layout, layouts,
                "how the messages are written: auto (as each\n"
                "line looks, default), line, lng2, zt, spzt,\n"
-               "spzt-lng2, bin1 or bin2; see below")
+               "spzt-lng2, bin1 or bin2; see " +
+                   more_)
         ->type_name("LAYOUT")
         ->group("Input");
     add_choice(app_, "--direction", options_.direction, directions,
@@ -206,7 +209,8 @@ void CommandLine::add_selection() {
     const auto group = [](CLI::Option* option) { option->group("Selection"); };
     group(add_list(app_, "--where", s.where,
                    "messages for which this SQL expression over\n"
-                   "their columns is true; see below")
+                   "their columns is true; see " +
+                       more_)
               ->type_name("EXPR"));
     group(add_list(app_, "--link", s.links, "messages of these links: ip,he")
               ->delimiter(',')
@@ -259,8 +263,8 @@ void CommandLine::add_output() {
     add_file(app_, "-o,--output", options_.output, "write to this file, not to standard output")
         ->group("Output");
     add_switch(app_, "-q,--quiet", options_.quiet,
-               "say nothing of lines that are refused; the\n"
-               "exit status still does")
+               "say nothing on standard error of lines that\n"
+               "are refused")
         ->group("Output");
 }
 
@@ -270,7 +274,20 @@ void CommandLine::add_help() {
         ->group("Work");
 }
 
+// "--output=" by itself: the library takes the next word for its value.
+std::string CommandLine::option_without_value(int argc, const char* const* argv) const {
+    for (int k = 1; k < argc && std::string_view(argv[k]) != "--"; ++k) {
+        const std::string_view word = argv[k];
+        if (!word.starts_with("--") || !word.ends_with('=')) continue;
+        const std::string name(word.substr(0, word.size() - 1));
+        if (app_.get_option_no_throw(name) != nullptr) return name;
+    }
+    return {};
+}
+
 std::optional<int> CommandLine::parse(int argc, const char* const* argv) {
+    if (const std::string option = option_without_value(argc, argv); !option.empty())
+        return refuse(option + ": its value is empty");
     try {
         app_.parse(argc, argv);
         options_.join = join_of(join_);
@@ -294,6 +311,9 @@ void CommandLine::default_files() {
 }
 
 std::optional<int> CommandLine::settle() {
+    const SelectionOptions& s = options_.selection;
+    if (s.invert && !s.of_messages() && !s.refused)
+        return refuse("--invert: needs a condition, it shows the messages for which that does not hold");
     if (!selection_stands(options_)) return status_failed;
     if (options_.join == Join::by_name) std::sort(options_.files.begin(), options_.files.end());
     return std::nullopt;

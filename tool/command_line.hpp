@@ -102,9 +102,11 @@ class CommandLine {
   private:
     std::optional<int> settle();
     std::string no_such_option(const std::string& word) const;
+    std::string option_without_value(int argc, const char* const* argv) const;
 
     CLI::App app_;
     Options& options_;
+    std::string more_;  // where layouts and columns are explained
     std::string join_;
 };
 

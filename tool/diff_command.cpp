@@ -19,9 +19,9 @@ namespace {
 constexpr int status_different = 1;
 
 constexpr auto purpose =
-    "What two traces say differently. Messages are matched in order by link, direction,\n"
-    "name and fields; columns, times, and fields that only count or tell the time do\n"
-    "not matter.\n";
+    "What two traces say differently. Messages are matched in order by link,\n"
+    "direction, name and fields; columns, times, and fields that only count or tell\n"
+    "the time do not matter.\n";
 
 constexpr auto examples = R"(Lines of the output:
     a:12 b:14  the same in both: context

@@ -12,17 +12,16 @@ namespace ztdecode::tool {
 
 namespace {
 
-constexpr auto examples = R"(docs/findings.md tells of the rules, "ztdecode --help" of layouts and of columns
-for --where. With a selection only the messages that it names are looked at, as
-if the trace had no others.
+constexpr auto examples = R"(docs/findings.md tells of the rules. With a selection only the messages that it
+names are looked at, as if the trace had no others.
 
 Examples:
   ztdecode findings trace.spzt
   ztdecode findings --fail-on error --columns ms trace.spzt
   ztdecode findings --format ndjson trace.spzt | jq -r .code | sort | uniq -c
 
-Exit status: 0, 1 when there is a finding that --fail-on names, 2 for bad usage,
-a file that cannot be read or an output that cannot be written.
+Exit status: 0, 1 when there is a finding that --fail-on names, 2 for bad
+usage, a file that cannot be read or an output that cannot be written.
 )";
 
 constexpr auto formats = std::to_array<Named<Format>>({{"text", Format::text}, {"ndjson", Format::ndjson}});

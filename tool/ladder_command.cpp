@@ -20,8 +20,9 @@ namespace ztdecode::tool {
 namespace {
 
 constexpr auto purpose =
-    "Who said what to whom, as a ladder: a lifeline for the system and for each terminal,\n"
-    "module, hub and server that the traces name, and an arrow for each message.\n";
+    "Who said what to whom, as a ladder: a lifeline for the system and for each\n"
+    "terminal, module, hub and server that the traces name, and an arrow for each\n"
+    "message.\n";
 
 constexpr auto examples = R"(Examples:
   ztdecode ladder trace.spzt | less

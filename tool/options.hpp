@@ -55,15 +55,16 @@ struct Options {
     Join join = Join::none;
     bool follow = false;  // go on when the file grows
     TimeShown time = TimeShown::none;
-    bool pad = false;                // bytes that a line lacks are 0xff
-    bool check = false;              // say what became of the lines, and nothing else
-    bool catalog = false;            // list the messages that there are, and decode nothing
-    std::optional<std::string> sql;  // a question to all files
-    std::string database;            // where their messages go; empty: nowhere that stays
-    bool append = false;             // what the database holds stays in it
-    std::string output;              // file that the output goes to; empty: standard output
-    bool quiet = false;              // no word of what is wrong with lines
-    unsigned jobs = 0;               // 0: as many as there are processors, where that serves
+    bool pad = false;                    // bytes that a line lacks are 0xff
+    bool check = false;                  // say what became of the lines, and nothing else
+    bool catalog = false;                // list the messages that there are, and decode nothing
+    std::optional<std::string> sql;      // a question to all files
+    std::string database;                // where their messages go; empty: nowhere that stays
+    bool append = false;                 // what the database holds stays in it
+    std::vector<std::string> also_read;  // files beside the traces, a key say
+    std::string output;                  // file that the output goes to; empty: standard output
+    bool quiet = false;                  // no word of what is wrong with lines
+    unsigned jobs = 0;                   // 0: as many as there are processors, where that serves
 
     bool asks() const noexcept { return sql.has_value() || !database.empty(); }
 };

@@ -24,6 +24,12 @@ bool is_read(const struct stat& output, const std::string& file) {
            input.st_ino == output.st_ino;
 }
 
+bool is_read(const struct stat& output, const Options& options) {
+    const auto read = [&](const std::string& file) { return is_read(output, file); };
+    return std::any_of(options.files.begin(), options.files.end(), read) ||
+           std::any_of(options.also_read.begin(), options.also_read.end(), read) || read(options.database);
+}
+
 int complain(const Options& options, std::string_view why) {
     Output diagnostics(STDERR_FILENO, display(options).escapes_diagnostics);
     complain_of_file(options.output, why, diagnostics);
@@ -42,8 +48,7 @@ std::optional<int> open_output(const Options& options) {
     std::string why;
     if (::fstat(descriptor, &output) != 0) {
         why = std::strerror(errno);
-    } else if (std::any_of(options.files.begin(), options.files.end(),
-                           [&](const std::string& file) { return is_read(output, file); })) {
+    } else if (is_read(output, options)) {
         why = "is read, and cannot be written at the same time";
     } else if ((S_ISREG(output.st_mode) && ::ftruncate(descriptor, 0) != 0) ||
                ::dup2(descriptor, STDOUT_FILENO) < 0) {

@@ -165,7 +165,10 @@ void Pieces::decode_batches(Piece& piece) {
         batch.before = memory;
         Input lines(piece.lines, begin, batch.end);
         piece.decoder->decode_piece(lines, lines_before);
+        // It may have seen enough where the trace has not: the rest is decoded at its turn.
+        const bool whole = piece.decoder->goes_on();
         batch.found = piece.decoder->take_found();
+        if (!whole) break;
         batch.output_end = piece.outputs.place();
         batch.after = memory;
         lines_before = batch.found.lines;

@@ -34,22 +34,22 @@ constexpr auto footer = R"(Kinds for --keep:
   address                addresses of the network
   hardware_address       and serial numbers
   unknown                messages that no table knows, but for their codes
-  unread                 bytes of others that their texts do not speak of
   left_over              words behind a message that its length does not count
   refused                what is refused of a trace line
   line                   lines that are no trace line
   comment                lines that begin with #
   prefix                 what logs write in front of lines, but for the time
-Passwords and keys are never kept.
+Passwords and keys are never kept, nor bytes that no text speaks of: they may
+be such.
 
 Examples:
-  ztdecode redact trace.spzt -o for-the-vendor.spzt
+  ztdecode redact trace.spzt -o for-support.spzt
   ztdecode redact --key case-4711.key monday.spzt -o monday-redacted.spzt
   ztdecode redact --keep comment,prefix --report what.txt trace.log >out.log
 
 Exit status: 0, 1 when lines were refused or blanked whole, or a message says
-something else besides, 2 for bad usage, a file that cannot be read or an output
-that cannot be written. "man ztdecode-redact" says more.
+something else besides, 2 for bad usage, a file that cannot be read or an
+output that cannot be written. "man ztdecode-redact" says more.
 )";
 
 constexpr std::size_t shortest_key = 16;
@@ -118,7 +118,7 @@ int open_report(const RedactOptions& own, const Options& options, std::string& w
         return report;
     }
     std::vector<std::string> read = options.files;
-    read.push_back(own.key);
+    read.insert(read.end(), options.also_read.begin(), options.also_read.end());
     for (const std::string& file : read) {
         struct stat input {};
         if (::stat(file.c_str(), &input) == 0 && same_file(found, input))
@@ -264,6 +264,7 @@ int run_redact(int argc, const char* const* argv) {
     line.add_help();
     if (const auto status = line.parse(argc, argv)) return *status;
     line.default_files();
+    options.also_read.push_back(own.key);
     for (const std::string& pattern : line.app().get_option("--prefix")->results())
         own.kept.keep_words_of(pattern);
     return redact_files(options, own);

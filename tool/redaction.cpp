@@ -237,7 +237,7 @@ bool Redaction::waits() {
 
 void Redaction::finish_pending() {
     open_.clear();
-    hide_put_by(messages_, redacting_.kept, edits_);
+    hide_put_by(messages_, edits_);
     const auto first = [](const Edit& edit) { return edit.spots.front().message; };
     std::stable_sort(edits_.begin(), edits_.end(),
                      [&](const Edit& a, const Edit& b) { return first(a) < first(b); });
@@ -448,7 +448,10 @@ void Redaction::refuse(const PendingLine& pending) {
     refused_ = true;
     Text why;
     const Refusal refusal = pending.line.refusal();
-    describe(refusal, reader_.line(), why);
+    // Without the words that it is about: they may be what is hidden.
+    std::string masked(reader_.line().text, reader_.line().length);
+    for (char& c : masked) c = c == ' ' ? ' ' : '?';
+    describe(refusal, {masked.data(), masked.size()}, why);
     diagnostics_.of_line(number_, why.view(), reader_.whole_column(refusal.column) + 1);
 }
 

@@ -75,8 +75,8 @@ int run_report(int argc, const char* const* argv) {
     Options options;
     options.format = Format::ndjson;
     CommandLine line("ztdecode report",
-                     "Traces as one HTML file that any browser opens, without a network: the messages, their "
-                     "texts and fields, and which bytes each word came from.\n",
+                     "Traces as one HTML file that any browser opens, without a network: the\n"
+                     "messages, their texts and fields, and which bytes each word came from.\n",
                      "Examples:\n  ztdecode report trace.spzt > trace.html\n"
                      "  ztdecode report --link ip -o calls.html monday.spzt.gz tuesday.spzt.gz\n",
                      options);

@@ -179,3 +179,13 @@ codes() { "$ZTDECODE" findings --rules | cut -d' ' -f1; }
     run sh -c '"$ZTDECODE" findings "$EXAMPLE" >/dev/full'
     is "$status" 2
 }
+
+@test "--findings says the same by several jobs" {
+    start='20 00 13 01 02 00 02 75 30 01 04 0a 00 00 02 02 02 7d 00 03 01 b8 04 01 00 05 01 14 0d 01 01 14 01 00'
+    awk -v start="$start" 'BEGIN {
+        for (k = 1; k <= 60000; ++k) printf "%06dS %s\n", k % 1000000, k == 30000 || k == 45000 ? start : "03 21 04 03"
+    }' >long
+    "$ZTDECODE" -j 1 --findings long >one
+    grep -q stream-started-twice one
+    "$ZTDECODE" -j 4 --findings long | cmp one -
+}

@@ -163,3 +163,44 @@ fails() {
     "$ZTDECODE" redact --key key trace 2>errors >/dev/null || [ $? -eq 1 ]
     grep -q '^redacted 8 messages' errors
 }
+
+@test "no secret stays, whatever is kept and whatever it is written with" {
+    head -c 32 /dev/zero | tr '\0' k >key
+    # Master keys, which no text shows; a session string of signs; hardware addresses and half bytes that could be text.
+    printf '%s\n' \
+        '000001S 0d 00 13 0e 08 04 de ad be ef 09 03 ab cd ef' \
+        '000002S 0e 00 13 0a 15 0a 61 c2 a7 e2 82 ac c2 b0 c2 bf' \
+        '000003R 12 00 13 02 0a 06 2d 2e 21 23 24 25 0b 06 2d 2e 21 23 24 25' \
+        '000004S 0f 00 13 01 02 0e 04 21 22 23 24 0f 04 22 23 24 25' >trace
+    "$ZTDECODE" redact -q --key key trace >out || [ $? = 1 ]
+    for bytes in 'de ad' 'ab cd' 'c2 a7' 'c2 b0' '21 23 24' '21 22 23' '23 24 25'; do
+        run ! grep "$bytes" out
+    done
+    run -2 "$ZTDECODE" redact --keep unread trace
+    [ "${lines[0]}" = 'ztdecode: --keep: bytes that no text speaks of may be keys, and are never kept' ]
+}
+
+@test "what is said of refused lines holds no word of theirs" {
+    printf '%s\n' '000001S 03 4711Dupont 04 03' 'zt Dupont' >trace
+    run -1 --separate-stderr "$ZTDECODE" redact --report report trace
+    [ -n "$stderr" ]
+    [[ "$stderr" != *Dup* && "$stderr" != *4711* ]]
+    run ! grep -E 'Dup|4711' report
+}
+
+@test "words that count in a --prefix are none that stay" {
+    echo 'ext 4 room 15: berta7 000001S 01 2a' >trace
+    "$ZTDECODE" redact -q --prefix '\w+ \d+ room \d{2,15}: \w+ ' trace >out
+    grep -q ' room ' out
+    run ! grep -E '15|berta' out
+}
+
+@test "the key is not written over" {
+    head -c 32 /dev/zero | tr '\0' k >key
+    cp key before
+    echo '000001S 01 2a' >trace
+    run -2 "$ZTDECODE" redact --key key -o key trace
+    cmp key before
+    run -2 "$ZTDECODE" redact --key= trace
+    [ "${lines[0]}" = 'ztdecode: --key: its value is empty' ]
+}

@@ -37,6 +37,37 @@ setup() {
     [ "${lines[0]}" = 'ztdecode: --output: its value is empty' ]
 }
 
+@test "an empty value takes no other word for it" {
+    cp trace before
+    for option in --output --where --link --jobs; do
+        run -2 "$ZTDECODE" "$option=" trace
+        [ "${lines[0]}" = "ztdecode: $option: its value is empty" ]
+    done
+    run -2 "$ZTDECODE" summary --output= trace
+    cmp trace before
+}
+
+@test "--output is not the database that is asked" {
+    "$ZTDECODE" -q --database office.db trace || [ $? = 1 ]
+    cp office.db before
+    run -2 "$ZTDECODE" --database office.db --sql 'select * from calls' -o office.db
+    [ "$output" = 'ztdecode: office.db: is read, and cannot be written at the same time' ]
+    cmp office.db before
+}
+
+@test "--invert needs something to invert" {
+    run -2 "$ZTDECODE" -v trace
+    [ "${lines[0]}" = 'ztdecode: --invert: needs a condition, it shows the messages for which that does not hold' ]
+    run -2 "$ZTDECODE" findings -v trace
+}
+
+@test "every help fits a terminal" {
+    for command in summary findings diff ladder redact report; do
+        "$ZTDECODE" $command --help >help
+        [ -z "$(awk 'length($0) > 79' help)" ]
+    done
+}
+
 @test "--output that is full is named" {
     run -2 "$ZTDECODE" -q -o /dev/full trace
     [ "$output" = 'ztdecode: /dev/full: No space left on device' ]

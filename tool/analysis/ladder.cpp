@@ -248,7 +248,7 @@ void Ladder::mark(const Finding& finding) {
             mark.trace = on.file;
             mark.line = on.line;
         }
-        others += (others.empty() ? " (with " : ", ") + std::to_string(on.line);
+        others += (others.empty() ? " (with line " : ", ") + std::to_string(on.line);
     }
     if (!others.empty()) mark.words += others + ")";
     row->marks.push_back(std::move(mark));

@@ -132,8 +132,13 @@ std::size_t Input::whole_lines(std::size_t most) const {
 // Nothing waits for the input alone: there is no output of its own to be let out before.
 bool Input::take(std::size_t most, Lines& lines) {
     if (!learnt_ || in_long_line_) return false;
-    const auto before_waiting = std::exchange(before_waiting_, {});
+    struct PutBack {
+        std::function<bool()>& place;
+        std::function<bool()> taken = std::exchange(place, {});
+        ~PutBack() { place = std::move(taken); }
+    };
     std::size_t n = 0;
+    const PutBack put_back{before_waiting_};
     for (;;) {
         const std::size_t present = end_ - begin_;
         const bool enough = present >= most || may_wait_;
@@ -141,7 +146,6 @@ bool Input::take(std::size_t most, Lines& lines) {
         if (n > 0 || at_end_ || present >= longest_line) break;
         fill();
     }
-    before_waiting_ = before_waiting;
     if (n == 0) return false;
     const char* const text = text_ + begin_;
     lines.bytes.assign(text, text + n + 1);

@@ -12,11 +12,26 @@ bool is_copy(const Field& field) {
     return field.name == "item_text" || field.name == "part_bytes" || field.name == "repeated_text";
 }
 
-bool is_typed(const Field& field) { return field.name == "digit" || field.name == "key_text"; }
+bool is_typed(const Field& field) {
+    return field.name == "digit" || field.name == "key_text" || field.name == "key";
+}
+
+// Of HE sets a key's code may be the character that it types.
+std::optional<Hidden> kind_of_value(const NotedValue& value, std::string_view link) {
+    if (value.field == nullptr) return std::nullopt;
+    const std::int64_t code = value.meaning.number;
+    const auto byte = static_cast<std::uint8_t>(code & 0xFF);
+    const bool types = link == "he" && value.field->name == "key" && value.meaning.kind == Kind::number &&
+                       code == byte && all_letters({&byte, 1});
+    return types ? Hidden::number : kind_of(value.field->sensitivity);
+}
 
 Edit::Form form_of(const NotedValue& value, Hidden kind, std::span<const std::uint8_t> bytes) {
-    const bool characters = value.meaning.kind == Kind::text || all_printable(bytes);
-    if (kind == Hidden::secret) return characters ? Edit::Form::blank_text : Edit::Form::blank;
+    const bool is_text = value.meaning.kind == Kind::text;
+    // Bytes that are characters are shown as such, too.
+    if (kind == Hidden::secret)
+        return is_text || all_printable(bytes) ? Edit::Form::blank_text : Edit::Form::blank;
+    const bool characters = is_text || (kind != Hidden::hardware_address && all_letters(bytes));
     if (is_typed(*value.field) && bytes.size() == 1) return Edit::Form::typed;
     const bool address =
         value.meaning.kind == Kind::address || (kind == Hidden::address && value.meaning.kind != Kind::text);
@@ -192,7 +207,7 @@ void HiddenValues::map_segments(Source& source, const NotedMessage& whole) {
 
 void HiddenValues::claim(const NotedValue& value) {
     if (value.field == nullptr || is_copy(*value.field)) return;
-    const auto kind = kind_of(value.field->sensitivity);
+    const auto kind = kind_of_value(value, trail_.messages()[value.message].link);
     if (!kind || kept_[*kind]) return;
     Source& source = source_of(value.message);
     Edit edit{*kind, Edit::Form::bytes, {}};
@@ -265,7 +280,7 @@ void HiddenValues::hide_unread(Source& source) {
         const Hidden kind = unread_kind(is_unknown(source, at));
         if (kind != edit.kind) done();
         edit.kind = kind;
-        if (!kept_[kind]) edit.spots.push_back(source.spots[at]);
+        if (kind == Hidden::unread || !kept_[kind]) edit.spots.push_back(source.spots[at]);
     }
     done();
 }
@@ -351,8 +366,7 @@ std::vector<ByteRange> bytes_of_segments(const Trail& trail) {
     return bytes;
 }
 
-void hide_put_by(std::vector<HiddenMessage>& messages, const Kept& kept, std::vector<Edit>& edits) {
-    if (kept[Hidden::unread]) return;
+void hide_put_by(std::vector<HiddenMessage>& messages, std::vector<Edit>& edits) {
     for (std::uint32_t k = 0; k < messages.size(); ++k) {
         for (const ByteRange& range : messages[k].put_by) {
             Edit edit{Hidden::unread, Edit::Form::blank, {}, {}, messages[k].link, messages[k].name};

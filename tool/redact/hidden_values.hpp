@@ -113,6 +113,6 @@ std::string what_is_said(const Record& record, Outcome outcome, std::string_view
 std::vector<ByteRange> bytes_of_segments(const Trail& trail);
 
 // Bytes that were put by for a message whose end never came, or came too late: nobody knows what they say.
-void hide_put_by(std::vector<HiddenMessage>& messages, const Kept& kept, std::vector<Edit>& edits);
+void hide_put_by(std::vector<HiddenMessage>& messages, std::vector<Edit>& edits);
 
 }  // namespace ztdecode::tool

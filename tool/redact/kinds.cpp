@@ -32,7 +32,7 @@ std::optional<Hidden> kind_of(Sensitivity sensitivity) noexcept {
     return Hidden::secret;
 }
 
-// What stands behind a backslash and the names of groups are no words.
+// What stands behind a backslash, names of groups, numbers of times and sets of characters are no words.
 void Kept::keep_words_of(std::string_view pattern) {
     const auto in_word = [](char c) {
         return (c >= '0' && c <= '9') || ((c | 0x20) >= 'a' && (c | 0x20) <= 'z');
@@ -40,6 +40,8 @@ void Kept::keep_words_of(std::string_view pattern) {
     for (std::size_t at = 0; at < pattern.size();) {
         if (pattern[at] == '\\') {
             at += 2;
+        } else if (pattern[at] == '{' || pattern[at] == '[') {
+            at = std::min(pattern.find(pattern[at] == '{' ? '}' : ']', at), pattern.size() - 1) + 1;
         } else if (pattern.substr(at).starts_with("(?")) {
             at = std::min(pattern.find_first_of(">:)", at), pattern.size() - 1) + 1;
         } else if (in_word(pattern[at])) {
@@ -54,12 +56,17 @@ void Kept::keep_words_of(std::string_view pattern) {
 
 bool Kept::keep(std::string_view name, std::string& why) {
     const auto* const found = std::find(names.begin(), names.end(), name);
+    const auto never = [](std::string_view one) {
+        return one == name_of(Hidden::secret) || one == name_of(Hidden::unread);
+    };
     if (name == name_of(Hidden::secret)) {
         why = "a secret is never kept";
+    } else if (name == name_of(Hidden::unread)) {
+        why = "bytes that no text speaks of may be keys, and are never kept";
     } else if (found == names.end()) {
         why.assign(name).append(" is none of ");
         for (const std::string_view one : names) {
-            if (one == name_of(Hidden::secret)) continue;
+            if (never(one)) continue;
             why.append(one == names.front() ? "" : ", ").append(one);
         }
     } else {

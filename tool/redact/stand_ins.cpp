@@ -52,10 +52,14 @@ std::optional<Class> class_of(const Character& c) {
     if (code >= 'A' && code <= 'Z') return Class{'A', 26};
     if (code < 0x80) return std::nullopt;
     if (c.alone()) return class_of_byte(code);
+    if (code == 0xB2 || code == 0xB3) return Class{0xB2, 2};
+    if (code == 0xB9 || code == 0xBA) return Class{0xB9, 2};
     if (code < 0xC0 || code == 0xD7 || code == 0xF7) return std::nullopt;
     if (code < 0xDF) return Class{0xC0, 30, 0xD7};
     if (code < 0x100) return Class{0xDF, 32, 0xF7};
-    const bool punctuation = code >= 0x2000 && code < 0x2C00;
+    const bool small_or_circled = (code >= 0x2070 && code < 0x20A0) || (code >= 0x2100 && code < 0x2190) ||
+                                  (code >= 0x2460 && code < 0x2500);
+    const bool punctuation = code >= 0x2000 && code < 0x2C00 && !small_or_circled;
     const bool stays = (code >= 0xD800 && code < 0xF900) || code == 0xFEFF;
     if (punctuation || stays) return std::nullopt;
     return Class{code / row * row, row};
@@ -159,27 +163,16 @@ std::optional<std::size_t> zeros_of_utf16(std::span<const std::uint8_t> bytes) {
     return std::nullopt;
 }
 
-// Letters and digits of the form, the first or the second of each class.
-void blank_characters(StandIns::Bytes bytes, std::uint32_t index) {
-    for (std::size_t at = 0; at < bytes.size();) {
-        Character c = character_at(bytes, at);
-        if (is_digit(c.code)) {
-            c.code = '0' + index;
-        } else if (c.code > ' ' && c.code < 0x7F) {
-            const bool capital = c.code >= 'A' && c.code <= 'Z';
-            c.code = (capital ? 'X' : 'x') + index;
-        } else if (const auto one_of = class_of(c)) {
-            c.code = one_of->code(index);
-        }
-        write_whole(c, bytes, at);
-        at += c.bytes;
-    }
-}
-
 }  // namespace
 
 bool all_printable(std::span<const std::uint8_t> bytes) noexcept {
     return std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t b) { return b >= 0x20 && b < 0x7F; });
+}
+
+bool all_letters(std::span<const std::uint8_t> bytes) noexcept {
+    return std::all_of(bytes.begin(), bytes.end(), [](std::uint8_t b) {
+        return is_digit(b) || ((b | 0x20) >= 'a' && (b | 0x20) <= 'z');
+    });
 }
 
 // Numbers that only who has the key can foretell, of what the label says.
@@ -399,11 +392,17 @@ void StandIns::bytes(Bytes bytes, unsigned attempt) const {
                    [](std::uint32_t index) { return static_cast<std::uint8_t>(index); });
 }
 
+// Not even what kind of characters they were. A zero ends a text.
 void StandIns::blank_text(Bytes characters, unsigned attempt) {
-    const std::vector<std::uint8_t> before(characters.begin(), characters.end());
-    blank_characters(characters, attempt % 2);
-    if (std::equal(before.begin(), before.end(), characters.begin()))
-        blank_characters(characters, 1 - attempt % 2);
+    constexpr std::array<char, 3> letters = {'x', 'y', 'X'};
+    const auto is = [&](std::uint8_t byte, unsigned k) {
+        return byte == 0 || byte == static_cast<std::uint8_t>(letters[k % letters.size()]);
+    };
+    const bool same = std::all_of(characters.begin(), characters.end(),
+                                  [&](std::uint8_t byte) { return is(byte, attempt); });
+    for (std::uint8_t& byte : characters) {
+        if (byte != 0) byte = static_cast<std::uint8_t>(letters[(attempt + (same ? 1 : 0)) % letters.size()]);
+    }
 }
 
 void StandIns::blank(Bytes bytes, unsigned attempt) {

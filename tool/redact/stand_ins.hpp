@@ -57,5 +57,7 @@ class StandIns {
 
 // Whether all of these can be shown as characters.
 bool all_printable(std::span<const std::uint8_t> bytes) noexcept;
+// Whether all of these are letters or digits, and so may well be a text.
+bool all_letters(std::span<const std::uint8_t> bytes) noexcept;
 
 }  // namespace ztdecode::tool

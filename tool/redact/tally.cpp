@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/format.hpp"
+#include "tool/report/verdicts.hpp"
 
 namespace ztdecode::tool {
 
@@ -28,9 +29,19 @@ void Tally::count(Hidden kind, std::string_view link, std::string_view message, 
 }
 
 void Tally::write(Text& out) const {
-    out.print("redacted {-} messages in {-} lines\n"_cf, messages_, lines_);
-    if (lost_ > 0) out.print("{-} lines blanked whole: no stand-in keeps them trace lines\n"_cf, lost_);
-    if (changed_ > 0) out.print("{-} messages say something else besides\n"_cf, changed_);
+    out.add("redacted ");
+    add_count(messages_, "message", out);
+    out.add(" in ");
+    add_count(lines_, "line", out);
+    out.add("\n");
+    if (lost_ > 0) {
+        add_count(lost_, "line", out);
+        out.add(" blanked whole: no stand-in can be read as what they were\n");
+    }
+    if (changed_ > 0) {
+        add_count(changed_, "message", out);
+        out.add(" with something else to say besides\n");
+    }
     if (counts_.empty()) {
         out.add("nothing was replaced\n");
         return;

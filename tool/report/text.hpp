@@ -47,7 +47,8 @@ class TextReport final : public Report {
     void refused(std::uint64_t number, Line line, const Refusal& refusal) override;
     void end_line(std::uint64_t number, Line line) override;
     bool let_out(std::size_t besides) override;
-    bool can_be_told_in_pieces() const override { return true; }
+    // What remarks say depends on messages far in front.
+    bool can_be_told_in_pieces() const override { return remarks_ == nullptr; }
     void no_memory() override;
     bool end(const LineTotals& totals, std::uint64_t cut) override;
 

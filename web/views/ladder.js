@@ -1,4 +1,4 @@
-import { element } from "./dom.js";
+import { element, oneLine } from "./dom.js";
 import { found, rowText } from "./rows.js";
 
 // Messages between the system and its terminals: a lane for the system, one for each link.
@@ -58,7 +58,7 @@ export class Ladder {
         const arrow = /** @type {HTMLElement} */ (lanes.lastElementChild);
         const said = /** @type {HTMLElement} */ (arrow.firstElementChild);
         line.textContent = there ? String(there.block.lines[there.index]) : "";
-        time.textContent = there ? there.block.time(there.index) : "";
+        time.textContent = there ? oneLine(there.block.time(there.index)) : "";
         if (!there) {
             said.textContent = "…";
             return false;

@@ -178,9 +178,10 @@ TEST(StandIns, SecretsLookAlike) {
         StandIns::blank_text(bytes, 0);
         return std::string(bytes.begin(), bytes.end());
     };
-    EXPECT_EQ(blank("1234"), "0000");
-    EXPECT_EQ(blank("0000"), "1111");
-    EXPECT_EQ(blank("pA55-w"), "xX00xx");
+    EXPECT_EQ(blank("1234"), "xxxx");
+    EXPECT_EQ(blank("xxxx"), "yyyy");
+    EXPECT_EQ(blank("a\u00a7\u20ac \x01"), "xxxxxxxx");
+    EXPECT_EQ(blank(std::string_view("p\0w\0", 4)), std::string_view("x\0x\0", 4));
 }
 
 TEST(StandIns, AnotherKeyMakesOthers) {
