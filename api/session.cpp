@@ -97,8 +97,8 @@ Line as_line(std::string_view s) { return {s.data(), s.size()}; }
 std::string_view view(Line line) { return {line.text, line.length}; }
 
 TraceReader reader_for(const zt_options& options) {
-    return TraceReader(reader_layout(options.layout), reader_direction(options.direction),
-                       (options.flags & ZT_PAD) != 0 ? MissingBytes::padded : MissingBytes::refused);
+    return {reader_layout(options.layout), reader_direction(options.direction),
+            (options.flags & ZT_PAD) != 0 ? MissingBytes::padded : MissingBytes::refused};
 }
 
 }  // namespace

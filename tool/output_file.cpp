@@ -30,6 +30,15 @@ bool is_read(const struct stat& output, const Options& options) {
            std::any_of(options.also_read.begin(), options.also_read.end(), read) || read(options.database);
 }
 
+// Empty, or why it cannot be the standard output.
+std::string why_not(int descriptor, const Options& options) {
+    struct stat output {};
+    if (::fstat(descriptor, &output) != 0) return std::strerror(errno);
+    if (is_read(output, options)) return "is read, and cannot be written at the same time";
+    const bool is_empty = !S_ISREG(output.st_mode) || ::ftruncate(descriptor, 0) == 0;
+    return is_empty && ::dup2(descriptor, STDOUT_FILENO) >= 0 ? std::string() : std::strerror(errno);
+}
+
 int complain(const Options& options, std::string_view why) {
     Output diagnostics(STDERR_FILENO, display(options).escapes_diagnostics);
     complain_of_file(options.output, why, diagnostics);
@@ -44,16 +53,7 @@ std::optional<int> open_output(const Options& options) {
     constexpr mode_t all_may = 0666;
     const int descriptor = ::open(options.output.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, all_may);
     if (descriptor < 0) return complain(options, std::strerror(errno));
-    struct stat output {};
-    std::string why;
-    if (::fstat(descriptor, &output) != 0) {
-        why = std::strerror(errno);
-    } else if (is_read(output, options)) {
-        why = "is read, and cannot be written at the same time";
-    } else if ((S_ISREG(output.st_mode) && ::ftruncate(descriptor, 0) != 0) ||
-               ::dup2(descriptor, STDOUT_FILENO) < 0) {
-        why = std::strerror(errno);
-    }
+    const std::string why = why_not(descriptor, options);
     ::close(descriptor);
     if (!why.empty()) return complain(options, why);
     return std::nullopt;

@@ -15,8 +15,8 @@ Word operating_mode(const Byte& mode) noexcept;
 Word internal_status(const Byte& code) noexcept;
 
 // byte 3: bit 7 first segment, bits 0-6 segments still to come   byte 12 of a first one: call-control message
-// type `total` is what the first segment announced, remembered until the next first one.
-void segment_message(Decoding& d, Remembered<std::int32_t>& total);
+// type `announced` is what the first segment announced, remembered until the next first one.
+void segment_message(Decoding& d, Remembered<std::int32_t>& announced);
 
 // byte 3: SAPI   byte 4: TEI
 void data_link(Decoding& d);

@@ -70,7 +70,7 @@ void add_noun(std::uint64_t n, std::string_view noun, Text& out) {
 }  // namespace
 
 bool FindingCounts::reach(Severity severity) const noexcept {
-    for (std::size_t k = static_cast<std::size_t>(severity); k < counts_.size(); ++k) {
+    for (auto k = static_cast<std::size_t>(severity); k < counts_.size(); ++k) {
         if (counts_[k] > 0) return true;
     }
     return false;
@@ -99,7 +99,7 @@ void write_finding_beneath(const Findings& findings, const Finding& finding, Out
 
 void write_finding_as_ndjson(const Findings& findings, const Finding& finding, Output& out) {
     Text& text = out.text;
-    text.add("{\"kind\":\"finding\",");
+    text.add(R"({"kind":"finding",)");
     add_string("code", finding.rule->code, out);
     add_string("severity", name_of(finding.rule->severity), out);
     add_standing(findings, finding.at, out);

@@ -43,7 +43,7 @@ class Summary {
         std::string place;  // behind a hub or a set
         std::string type;
         std::string serial;
-        auto operator<=>(const Who&) const = default;
+        auto operator<=>(const Who&) const = default;  // NOLINT(modernize-use-nullptr): the compiler's
     };
     struct Identity {
         Who who;

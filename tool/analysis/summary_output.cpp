@@ -171,6 +171,7 @@ class SummaryPage {
             std::stable_sort(of_link.begin(), of_link.end(),
                              [](const auto& a, const auto& b) { return a.first > b.first; });
             std::vector<std::string> items;
+            items.reserve(of_link.size());
             for (const auto& [n, message] : of_link)
                 items.push_back(std::string(name_or_none(message)) + " " + std::to_string(n));
             entry("  " + std::string(link) + " " + std::string(word_of(direction)), items);
