@@ -21,7 +21,7 @@ using ztdecode::tool::Options;
 constexpr std::size_t header = 2;
 constexpr std::size_t longest = 3000;
 constexpr std::size_t room = std::size_t{1} << 20;
-constexpr std::array<std::string_view, 8> kinds = {"number", "person",  "unknown", "unread",
+constexpr std::array<std::string_view, 8> kinds = {"number", "person",  "unknown", "address",
                                                    "line",   "comment", "refused", "prefix"};
 constexpr std::array<std::uint8_t, 16> key = {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, 14, 15, 16};
 

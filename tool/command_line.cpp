@@ -279,7 +279,7 @@ std::string CommandLine::option_without_value(int argc, const char* const* argv)
     for (int k = 1; k < argc && std::string_view(argv[k]) != "--"; ++k) {
         const std::string_view word = argv[k];
         if (!word.starts_with("--") || !word.ends_with('=')) continue;
-        const std::string name(word.substr(0, word.size() - 1));
+        std::string name(word.substr(0, word.size() - 1));
         if (app_.get_option_no_throw(name) != nullptr) return name;
     }
     return {};
