@@ -2,16 +2,9 @@
 # What `ztdecode findings` finds, and how it says it. ZTDECODE is the command, SOURCE the project, MAKE_TRACE writes the
 # traffic of an office (empty where it is not built).
 
+load support
+
 setup() { cd "$BATS_TEST_TMPDIR"; }
-
-is() {
-    [ "$1" = "$2" ] || {
-        printf 'expected: %s\n     got: %s\n' "$2" "$1"
-        return 1
-    }
-}
-
-has() { case $1 in *"$2"*) ;; *) printf 'no "%s" in: %s\n' "$2" "$1"; return 1 ;; esac; }
 
 # What the command found: the line of each finding, its code, the lines that it stands on.
 found() {

@@ -1,6 +1,8 @@
 #!/usr/bin/env bats
 # Which messages the options of the group Selection show. ZTDECODE is the command.
 
+load support
+
 # Each trace line has its number in front: shown is what numbers come out.
 setup() {
     cd "$BATS_TEST_TMPDIR"
@@ -23,13 +25,6 @@ shown() {
     local status=0
     "$ZTDECODE" "$@" trace >output 2>errors || status=$?
     echo "$(sed -n 's/^00000\([0-9]\).*/\1/p' output | tr '\n' ' ')$status"
-}
-
-is() {
-    [ "$1" = "$2" ] || {
-        printf 'expected: %s\n     got: %s\n' "$2" "$1"
-        return 1
-    }
 }
 
 # The conditions, and the messages that they hold for by themselves. 4c is the message that the hub's message 4

@@ -2,16 +2,9 @@
 # What is on the page of `ztdecode summary`. ZTDECODE is the command, SOURCE the project.
 bats_require_minimum_version 1.5.0
 
+load support
+
 setup() { cd "$BATS_TEST_TMPDIR"; }
-
-is() {
-    [ "$1" = "$2" ] || {
-        printf 'expected: %s\n     got: %s\n' "$2" "$1"
-        return 1
-    }
-}
-
-has() { case $1 in *"$2"*) ;; *) printf 'no "%s" in: %s\n' "$2" "$1"; return 1 ;; esac; }
 
 # section HEADING FILE: what stands below a heading of the page.
 section() { awk -v heading="$1" '$0 == heading { on = 1; next } /^$/ { on = 0 } on' "$2"; }
