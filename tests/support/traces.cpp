@@ -1,6 +1,7 @@
 #include "support/traces.hpp"
 
 #include <algorithm>
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
@@ -60,6 +61,20 @@ std::vector<Captured> golden_messages() {
     for (const fs::path& file : traces_in({"tests/golden"})) read_trace(file, messages);
     if (messages.empty()) throw std::runtime_error("no messages in the golden traces");
     return messages;
+}
+
+std::string nested_hub_line(std::size_t most) {
+    std::string bytes = " 03 0a";
+    for (std::size_t length = 2; length + 5 <= most; length += 5) {
+        char head[32];
+        std::snprintf(head, sizeof head, " 14 10 17 %02x %02x", static_cast<unsigned>(length & 0xFF),
+                      static_cast<unsigned>(length >> 8));
+        bytes.insert(0, head);
+    }
+    char head[32];
+    std::snprintf(head, sizeof head, "000002S %02x %02x", static_cast<unsigned>(bytes.size() / 3 & 0xFF),
+                  static_cast<unsigned>(bytes.size() / 3 >> 8));
+    return head + bytes;
 }
 
 }  // namespace ztdecode::testing

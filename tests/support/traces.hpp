@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <string>
@@ -20,5 +21,9 @@ std::vector<Captured> golden_messages();
 // The golden traces, here and in examples/; a file of tests/golden that belongs to one, by its ending.
 std::vector<std::filesystem::path> golden_traces();
 std::filesystem::path beside_golden(const std::filesystem::path& trace, const char* ending);
+
+// A line with a hub's message with a super message with a hub's message ..., so many bytes at most: each
+// level shows its bytes, and the text comes to millions of characters.
+std::string nested_hub_line(std::size_t most);
 
 }  // namespace ztdecode::testing

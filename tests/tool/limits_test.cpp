@@ -7,6 +7,7 @@
 
 #include "fuzz/bounds.hpp"
 #include "support/process.hpp"
+#include "support/traces.hpp"
 
 // The command where threads, memory, descriptors or room give out: what was hit is named, the rest goes on.
 
@@ -55,21 +56,7 @@ std::string small_trace() {
     return text;
 }
 
-// A hub's message with a super message with a hub's message ...: each level shows its bytes, and the text
-// comes to millions of characters.
-std::string deep_trace() {
-    std::string bytes = " 03 0a";
-    for (std::size_t length = 2; length + 5 <= 5100; length += 5) {
-        char head[32];
-        std::snprintf(head, sizeof head, " 14 10 17 %02x %02x", static_cast<unsigned>(length & 0xFF),
-                      static_cast<unsigned>(length >> 8));
-        bytes.insert(0, head);
-    }
-    char head[32];
-    std::snprintf(head, sizeof head, "000002S %02x %02x", static_cast<unsigned>(bytes.size() / 3 & 0xFF),
-                  static_cast<unsigned>(bytes.size() / 3 >> 8));
-    return "000001S 01 2a\n" + (head + bytes) + "\n000003S 02 21 07\n";
-}
+std::string deep_trace() { return "000001S 01 2a\n" + nested_hub_line(5100) + "\n000003S 02 21 07\n"; }
 
 std::string two_bytes(std::size_t first, std::size_t second) {
     char bytes[16];

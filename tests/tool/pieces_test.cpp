@@ -310,18 +310,9 @@ TEST(Pieces, LongLinesAreTheSame) {
 
 // More text than is held for a piece: what is too much is decoded at its turn.
 TEST(Pieces, LongTextsAreTheSame) {
-    std::string bytes = " 03 0a";
-    for (std::size_t length = 2; length + 5 <= 3000; length += 5) {
-        char head[32];
-        std::snprintf(head, sizeof head, " 14 10 17 %02x %02x", static_cast<unsigned>(length & 0xFF),
-                      static_cast<unsigned>(length >> 8));
-        bytes.insert(0, head);
-    }
-    char head[32];
-    std::snprintf(head, sizeof head, "000002S %02x %02x", static_cast<unsigned>(bytes.size() / 3 & 0xFF),
-                  static_cast<unsigned>(bytes.size() / 3 >> 8));
+    const std::string deep = nested_hub_line(3000);
     std::string trace;
-    for (int k = 0; k < 12; ++k) trace += "000001R 02 03 04\n" + (head + bytes) + "\n000003S 01 2a\n";
+    for (int k = 0; k < 12; ++k) trace += "000001R 02 03 04\n" + deep + "\n000003S 01 2a\n";
     Options options;
     const Result expected = decode(trace, options, {.jobs = 1});
     EXPECT_GT(expected.words.size(), std::size_t{8} << 20);
